@@ -1,0 +1,110 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+
+class PackageArena;
+
+// A node of the engine's generic document tree: null, a boolean, an integer, a floating-point
+// number, a string, an array of nodes or an object of named nodes (members keep their order; a
+// repeated name is kept, and lookups find the first). A node made on its own (a root) owns the
+// memory of its whole subtree; child nodes live in that memory and stay valid until the root is
+// destroyed or cleared. Strings and names may contain any byte, including zero.
+class Package {
+public:
+    enum Type : uint8_t { NUL = 0, BOOL, INT, DOUBLE, STRING, ARRAY, OBJECT };
+
+    // Makes an empty root (null).
+    Package();
+    // Frees the subtree's memory when this node is a root.
+    ~Package();
+    Package(const Package&) = delete;
+    Package& operator=(const Package&) = delete;
+
+    // Turns a root back into null and frees everything below it; on a child it only resets the
+    // value (its old children stay allocated until the root goes).
+    void clear();
+
+    Type getType() const;
+    bool isNull() const;
+    bool isBool() const;
+    // True for INT and DOUBLE.
+    bool isNumber() const;
+    bool isString() const;
+    bool isArray() const;
+    bool isObject() const;
+
+    // The member name in the parent object; empty for roots and array elements.
+    const char* getName() const;
+    int getNameLength() const;
+
+    // Returns the value, or fallback when the node is of another type (numbers convert both ways;
+    // a DOUBLE read as int is truncated).
+    bool getBool(bool fallback = false) const;
+    int64_t getInt(int64_t fallback = 0) const;
+    double getDouble(double fallback = 0.0) const;
+    // Returns the text of a STRING node, or "" for any other type.
+    const char* getString() const;
+    int getStringLength() const;
+
+    // Children of an ARRAY or OBJECT; 0 and null for anything else or an index out of range.
+    int getNumChildren() const;
+    Package* getChild(int index) const;
+    // Returns the first member of an OBJECT with the name, or null.
+    Package* find(const char* name) const;
+
+    // Where the value began in the text it was read from (1-based); 0 for nodes built in memory.
+    int getLine() const;
+    int getColumn() const;
+
+    // Setters replace the value and the type; old children of this node are dropped.
+    void setNull();
+    void setBool(bool value);
+    void setInt(int64_t value);
+    void setDouble(double value);
+    void setString(const char* text);
+    void setString(const char* text, int length);
+    void setArray();
+    void setObject();
+
+    // Appends a null child and returns it; name is used by OBJECT nodes and ignored by ARRAY nodes.
+    // A NUL node first becomes an OBJECT when a name is given, an ARRAY otherwise. Returns null
+    // (and logs) on a node of any other type.
+    Package* add(const char* name = nullptr);
+    Package* addBool(const char* name, bool value);
+    Package* addInt(const char* name, int64_t value);
+    Package* addDouble(const char* name, double value);
+    Package* addString(const char* name, const char* text);
+    Package* addArray(const char* name);
+    Package* addObject(const char* name);
+
+    // Returns whether both trees hold the same types, names, values and order (numbers of type INT
+    // and DOUBLE are equal when their values are equal).
+    bool equals(const Package& other) const;
+
+private:
+    friend class PackageBuilder;
+    friend class PackageArena;
+    // Nodes below a root are made in the root's arena.
+    explicit Package(PackageArena* arena);
+
+    PackageArena* arena();
+    Package* appendChild(Package* child);
+
+    const char* m_name = nullptr;
+    union {
+        bool b;
+        int64_t i;
+        double d;
+        const char* s;
+        Package** items;
+    } m_value{};
+    PackageArena* m_arena = nullptr;
+    uint32_t m_name_length = 0;
+    uint32_t m_count = 0; // string length or number of children
+    uint32_t m_capacity = 0;
+    uint32_t m_line = 0;
+    uint32_t m_column = 0;
+    Type m_type = NUL;
+    bool m_owns_arena = false;
+};

@@ -1,0 +1,49 @@
+#pragma once
+
+#include <cstddef>
+#include <string>
+
+#include "io/Package.h"
+
+// Reads and writes document trees as UTF-8 JSON.
+//
+// Reading accepts exactly RFC 8259 JSON (plus nothing), limits nesting to MAX_DEPTH levels, and on
+// failure logs and keeps "path:line:column: reason" (columns count bytes from 1).
+// Writing is canonical, so that files diff and merge well: members in the tree's order, two-space
+// indent, arrays that hold only scalars on one line, numbers in their shortest exact form (a
+// floating-point number always shows a '.' or an exponent, so it reads back as one), and a final
+// newline. Saving is atomic: a temporary file beside the target is written, flushed, synced and
+// renamed over it, so the target holds either the old or the new content whatever happens.
+class mjl {
+public:
+    enum Flags { DEFAULT = 0 };
+    static constexpr int MAX_DEPTH = 512;
+
+    mjl();
+    ~mjl();
+    mjl(const mjl&) = delete;
+    mjl& operator=(const mjl&) = delete;
+
+    // Reads and parses the file. Returns false, logs the error and keeps it for getError() when
+    // the file cannot be read or is not valid JSON; the previous root is dropped either way.
+    bool open(const char* path, int flags = DEFAULT);
+    // Parses text held in memory; name stands for the path in error messages.
+    bool parse(const char* text, size_t size, const char* name);
+    // Returns the root of the last successful read, or null.
+    Package* getRoot();
+    // Returns the last error as "path:line:column: reason" (or "path: reason" when no position
+    // applies); empty after a success.
+    const std::string& getError() const { return m_error; }
+
+    // Writes the tree atomically to path. Returns false and logs the path and the system's reason
+    // when anything fails; the file on disk is then untouched and no temporary file is left.
+    // A non-finite number cannot be written: the save fails naming it.
+    static bool save(const char* path, const Package* root, int flags = DEFAULT);
+    // Returns the canonical text of the tree in out; false (with the reason in error) when the tree
+    // holds a non-finite number.
+    static bool write(const Package* root, std::string& out, std::string* error = nullptr);
+
+private:
+    Package* m_root = nullptr;
+    std::string m_error;
+};
