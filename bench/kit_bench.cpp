@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <random>
+#include <set>
 #include <vector>
 
 #include "kit/jSet.h"
@@ -44,6 +45,30 @@ void jSetInsertRandom(benchmark::State& state)
     state.SetItemsProcessed(state.iterations() * ITEMS);
 }
 
+// The standard set on the same keys, to show what the registered allocations and the tree cost.
+void stdSetInsertSorted(benchmark::State& state)
+{
+    for (auto _ : state) {
+        std::set<int> set;
+        for (int i = 0; i < ITEMS; ++i)
+            set.insert(i);
+        benchmark::DoNotOptimize(set.size());
+    }
+    state.SetItemsProcessed(state.iterations() * ITEMS);
+}
+
+void stdSetInsertRandom(benchmark::State& state)
+{
+    std::vector<int> keys = shuffledKeys();
+    for (auto _ : state) {
+        std::set<int> set;
+        for (int key : keys)
+            set.insert(key);
+        benchmark::DoNotOptimize(set.size());
+    }
+    state.SetItemsProcessed(state.iterations() * ITEMS);
+}
+
 void jVectorAppend(benchmark::State& state)
 {
     for (auto _ : state) {
@@ -70,5 +95,7 @@ void stdVectorPushBack(benchmark::State& state)
 
 BENCHMARK(jSetInsertSorted)->Unit(benchmark::kMillisecond);
 BENCHMARK(jSetInsertRandom)->Unit(benchmark::kMillisecond);
+BENCHMARK(stdSetInsertSorted)->Unit(benchmark::kMillisecond);
+BENCHMARK(stdSetInsertRandom)->Unit(benchmark::kMillisecond);
 BENCHMARK(jVectorAppend)->Unit(benchmark::kMillisecond);
 BENCHMARK(stdVectorPushBack)->Unit(benchmark::kMillisecond);

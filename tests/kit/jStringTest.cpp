@@ -90,7 +90,8 @@ TEST_F(jStringTest, CopiesAndSelfAssignmentKeepTheText)
     jString b(a);
     b += "!";
     EXPECT_EQ(a, "shared text");
-    a = a;
+    const jString& same = a;
+    a = same;
     EXPECT_EQ(a, "shared text");
     a = a.c_str() + 7;
     EXPECT_EQ(a, "text");
