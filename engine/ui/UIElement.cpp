@@ -61,17 +61,23 @@ UIElement::~UIElement()
 {
     if (m_root && UIRoot::get() == m_root)
         m_root->forgetElement(this);
-    if (m_parent)
-        m_parent->removeChild(this);
     for (int i = 0; i < m_childs.size(); ++i) {
         m_childs[i]->m_parent = nullptr;
         if (QWidget* w = nativeWidget(m_childs[i]))
             w->setParent(nullptr);
     }
-    if (QWidget* w = m_native->widget.data()) {
+    // The deriving parts are gone already: what the native widgets announce from here on (a field
+    // losing the focus as it leaves the window) must reach none of their handlers.
+    QWidget* w = m_native->widget.data();
+    if (w) {
         registerElementWidget(w, nullptr);
-        delete w;
+        w->blockSignals(true);
+        for (QObject* o : w->findChildren<QObject*>())
+            o->blockSignals(true);
     }
+    if (m_parent)
+        m_parent->removeChild(this);
+    delete w;
     jDelete(m_native, k_file, __LINE__, "UIElement::~UIElement");
 }
 

@@ -133,6 +133,17 @@ bool UITreeBox::isItemHidden(int item) const
     return valid(item, "UITreeBox::isItemHidden") && m_items->items[item]->data(0, k_hidden_role).toBool();
 }
 
+bool UITreeBox::isItemShown(int item) const
+{
+    if (!valid(item, "UITreeBox::isItemShown"))
+        return false;
+    for (QTreeWidgetItem* up = m_items->items[item]->parent(); up; up = up->parent()) {
+        if (!up->isExpanded())
+            return false;
+    }
+    return true;
+}
+
 bool UITreeBox::setItemText(int item, const char* text)
 {
     if (!valid(item, "UITreeBox::setItemText"))

@@ -25,6 +25,8 @@ public:
     // flagged shows its children.
     bool setItemHidden(int item, bool hidden);
     bool isItemHidden(int item) const;
+    // True when the item can be seen: every item above it shows its children.
+    bool isItemShown(int item) const;
     bool setItemText(int item, const char* text);
     jString getItemText(int item) const;
     bool setItemTag(int item, int tag);
