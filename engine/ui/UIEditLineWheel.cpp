@@ -77,7 +77,9 @@ UINative* make_wheel_native(const char* label)
     auto* caption = new QLabel(QString::fromUtf8(label ? label : ""), frame);
     caption->setVisible(label && *label);
     row->addWidget(caption);
-    row->addWidget(new WheelLineEdit(), 1);
+    auto* line = new WheelLineEdit();
+    row->addWidget(line, 1);
+    frame->setFocusProxy(line);
     return makeNative(frame);
 }
 

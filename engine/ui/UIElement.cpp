@@ -1,5 +1,6 @@
 #include "ui/UIElement.h"
 
+#include <QApplication>
 #include <QBoxLayout>
 #include <cmath>
 
@@ -230,8 +231,11 @@ void UIElement::removeFocus()
     if (!hasFocus())
         return;
     m_root->setFocusElement(nullptr);
-    if (QWidget* w = m_native->widget.data())
-        w->clearFocus();
+    // The native focus may sit on a widget inside this element's own (a field in a frame).
+    QWidget* w = m_native->widget.data();
+    QWidget* focused = QApplication::focusWidget();
+    if (w && focused && (focused == w || w->isAncestorOf(focused)))
+        focused->clearFocus();
 }
 
 void UIElement::setContentAligns(int align)
