@@ -216,17 +216,27 @@ int UIShapeStore::paint(QPainter& painter, const QRect& area)
     visit(QRectF(area), [&ids](int id, Shape&) { ids.push_back(id); });
     std::sort(ids.begin(), ids.end(), [this](int a, int b) { return draws_before(m_shapes[a], m_shapes[b]); });
     painter.setRenderHint(QPainter::Antialiasing, false);
+    // Neighbouring marks mostly share a colour; changing the painter's state only when it differs
+    // keeps the cost per shape down to the fill itself.
+    Kind state = Removed;
+    QRgb brush = 0;
     for (int id : ids) {
         const Shape& s = m_shapes[id];
         if (s.kind == Polygon) {
-            painter.setPen(Qt::NoPen);
-            painter.setBrush(s.color);
+            if (state != Polygon || brush != s.color.rgba()) {
+                painter.setPen(Qt::NoPen);
+                painter.setBrush(s.color);
+                state = Polygon;
+                brush = s.color.rgba();
+            }
             painter.drawPolygon(s.points.data(), static_cast<int>(s.points.size()));
         } else if (s.kind == Line) {
+            state = Line;
             painter.setPen(QPen(s.color, s.width, Qt::SolidLine, Qt::SquareCap, Qt::MiterJoin));
             painter.setBrush(Qt::NoBrush);
             painter.drawPolyline(s.points.data(), static_cast<int>(s.points.size()));
         } else {
+            state = Text;
             QFont font = fontOf(s.fontSize);
             QPainterPath path;
             path.addText(s.position + QPointF(0, QFontMetricsF(font).ascent()), font, s.text);
