@@ -92,6 +92,8 @@ public:
     void setPreferredSize(int w, int h);
     int getPreferredWidth() const;
     int getPreferredHeight() const;
+    // True when setPreferredSize gave a size (getPreferred* report the natural size otherwise).
+    bool hasPreferredSize() const { return m_preferred_width > 0 && m_preferred_height > 0; }
     // The element's current size in pixels.
     int getWidth() const;
     int getHeight() const;
