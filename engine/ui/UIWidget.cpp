@@ -3,9 +3,7 @@
 #include <QCloseEvent>
 #include <QDialog>
 #include <QEventLoop>
-#include <QGuiApplication>
 #include <QKeyEvent>
-#include <QScreen>
 #include <QVBoxLayout>
 
 #include "UINative.h"
