@@ -19,10 +19,21 @@ QToolButton* button_of(const UIElement* element)
     return qobject_cast<QToolButton*>(nativeWidget(element));
 }
 
-// The icon's name without folder, variant and extension: "data/core/editor/gui/key.png" gives "key".
-jString icon_name(const jString& path)
+// Returns the icon of a PNG file together with its 16-pixel drawing ("key@16.png" beside
+// "key.png"), which is sharper at toolbar size than a scaled-down copy; null when the file is missing.
+QIcon load_icon(const std::string& file)
 {
-    return path.baseName();
+    QIcon icon;
+    if (!QFileInfo::exists(QString::fromStdString(file)))
+        return icon;
+    icon.addFile(QString::fromStdString(file));
+    const std::string png = ".png";
+    if (file.size() > png.size() && file.compare(file.size() - png.size(), png.size(), png) == 0) {
+        QString small = QString::fromStdString(file.substr(0, file.size() - png.size()) + "@16.png");
+        if (QFileInfo::exists(small))
+            icon.addFile(small);
+    }
+    return icon;
 }
 
 int normalised_key(int key)
@@ -68,29 +79,20 @@ ToolButton::~ToolButton() = default;
 bool ToolButton::setIcon(const char* path)
 {
     m_icon = path;
-    QToolButton* b = button_of(this);
-    std::string file = DataDir::resolve(path);
-    QIcon icon;
-    bool found = QFileInfo::exists(QString::fromStdString(file));
-    if (found) {
-        icon.addFile(QString::fromStdString(file));
-        // The 16-pixel drawing beside the icon is sharper than a scaled-down copy.
-        std::string small = file.substr(0, file.size() - 4) + "@16.png";
-        if (file.size() > 4 && file.compare(file.size() - 4, 4, ".png") == 0 && QFileInfo::exists(QString::fromStdString(small)))
-            icon.addFile(QString::fromStdString(small));
-    } else {
-        jLog::error("%s:cannot read icon \"%s\"", "ToolButton::setIcon", file.c_str());
-    }
-    if (b) {
+    QIcon icon = load_icon(DataDir::resolve(path));
+    if (icon.isNull())
+        jLog::error("%s:cannot read icon \"%s\"", "ToolButton::setIcon", DataDir::resolve(path).c_str());
+    if (QToolButton* b = button_of(this)) {
+        // Without its picture the button still names its command.
         b->setIcon(icon);
-        b->setText(found ? QString::fromUtf8(m_text.c_str()) : QString::fromUtf8(icon_name(m_icon).c_str()));
-        b->setToolButtonStyle(found && m_text.empty() ? Qt::ToolButtonIconOnly : Qt::ToolButtonTextOnly);
+        b->setText(QString::fromUtf8(icon.isNull() ? m_icon.baseName().c_str() : m_text.c_str()));
+        b->setToolButtonStyle(!icon.isNull() && m_text.empty() ? Qt::ToolButtonIconOnly : Qt::ToolButtonTextOnly);
     }
     if (m_tip.empty()) {
-        jString key = jString("tip_") + icon_name(m_icon);
-        setTip(tr(key));
+        const char* tip = Locale::get().find((jString("tip_") + m_icon.baseName()).c_str());
+        setTip(tip ? tip : m_icon.baseName().c_str());
     }
-    return found;
+    return !icon.isNull();
 }
 
 void ToolButton::setText(const char* text)

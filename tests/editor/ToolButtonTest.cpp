@@ -121,6 +121,7 @@ TEST_F(ToolButtonTest, MissingIconIsReportedByPath)
     auto* button = make<ToolButton>(root(), "data/core/editor/gui/no_such_icon.png");
     expectLogged("ToolButton::setIcon:cannot read icon");
     EXPECT_EQ(button->getIcon(), "data/core/editor/gui/no_such_icon.png");
+    EXPECT_EQ(button->getTip(), "no_such_icon");
     EXPECT_FALSE(button->setIcon("data/core/editor/gui/also_missing.png"));
     expectLogged("also_missing.png");
     EXPECT_TRUE(button->setIcon("data/core/editor/gui/key.png"));
