@@ -175,6 +175,18 @@ bool UIAutomation::mouseWheel(int x, int y, int notches, int modifiers)
     return true;
 }
 
+bool UIAutomation::mouseLeave(const UIElement* window)
+{
+    QWidget* w = nativeWidget(window);
+    if (!w || !w->isVisible()) {
+        jLog::error("%s:%s", "UIAutomation::mouseLeave", "the window is not shown");
+        return false;
+    }
+    QEvent leave(QEvent::Leave);
+    QApplication::sendEvent(w, &leave);
+    return true;
+}
+
 bool UIAutomation::click(int x, int y, int button, int modifiers)
 {
     return mouseDown(x, y, button, modifiers) && mouseUp(x, y, button, modifiers);

@@ -39,7 +39,9 @@ void UIEditLine::connect_native()
     QLineEdit* line = line_of(this);
     QObject::connect(line, &QLineEdit::textChanged, line,
                      [this](const QString& text) { m_text = text.toUtf8().constData(); });
-    QObject::connect(line, &QLineEdit::textEdited, line, [this](const QString&) {
+    // Qt announces an edit before it announces the new text, so the edit carries the text too.
+    QObject::connect(line, &QLineEdit::textEdited, line, [this](const QString& text) {
+        m_text = text.toUtf8().constData();
         UIEventChanged e;
         sigChanged(&e, this);
     });

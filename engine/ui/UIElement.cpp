@@ -1,5 +1,6 @@
 #include "ui/UIElement.h"
 
+#include <QApplication>
 #include <QBoxLayout>
 #include <cmath>
 
@@ -61,17 +62,23 @@ UIElement::~UIElement()
 {
     if (m_root && UIRoot::get() == m_root)
         m_root->forgetElement(this);
-    if (m_parent)
-        m_parent->removeChild(this);
     for (int i = 0; i < m_childs.size(); ++i) {
         m_childs[i]->m_parent = nullptr;
         if (QWidget* w = nativeWidget(m_childs[i]))
             w->setParent(nullptr);
     }
-    if (QWidget* w = m_native->widget.data()) {
+    // The deriving parts are gone already: what the native widgets announce from here on (a field
+    // losing the focus as it leaves the window) must reach none of their handlers.
+    QWidget* w = m_native->widget.data();
+    if (w) {
         registerElementWidget(w, nullptr);
-        delete w;
+        w->blockSignals(true);
+        for (QObject* o : w->findChildren<QObject*>())
+            o->blockSignals(true);
     }
+    if (m_parent)
+        m_parent->removeChild(this);
+    delete w;
     jDelete(m_native, k_file, __LINE__, "UIElement::~UIElement");
 }
 
@@ -224,8 +231,11 @@ void UIElement::removeFocus()
     if (!hasFocus())
         return;
     m_root->setFocusElement(nullptr);
-    if (QWidget* w = m_native->widget.data())
-        w->clearFocus();
+    // The native focus may sit on a widget inside this element's own (a field in a frame).
+    QWidget* w = m_native->widget.data();
+    QWidget* focused = QApplication::focusWidget();
+    if (w && focused && (focused == w || w->isAncestorOf(focused)))
+        focused->clearFocus();
 }
 
 void UIElement::setContentAligns(int align)

@@ -96,6 +96,7 @@ bool UIInputRouter::eventFilter(QObject* watched, QEvent* event)
         route_focus(w, event);
         return false;
     case QEvent::Leave:
+    case QEvent::WindowDeactivate: // a drag cannot go on in a window that lost the input
         route_leave(w);
         return false;
     default:

@@ -57,6 +57,8 @@ public:
     bool mouseUp(int x, int y, int button = 1, int modifiers = 0);
     bool mouseDClick(int x, int y, int button = 1, int modifiers = 0);
     bool mouseWheel(int x, int y, int notches, int modifiers = 0);
+    // The pointer leaves a top-level element's window (its tree gets onNonClient).
+    bool mouseLeave(const UIElement* window);
     // Press and release at the same point.
     bool click(int x, int y, int button = 1, int modifiers = 0);
     // Returns the screen point of an element-local point (for aiming synthesized input).

@@ -149,3 +149,97 @@ TEST_F(UIElementTest, KeysReachTheFocusedElementThroughTheTree)
     EXPECT_EQ(root()->getFocus(), nullptr);
     destroy(window);
 }
+
+namespace {
+
+// Records every kind of pointer event the tree offers it, consuming what lands on it.
+class Recorder : public UIElement {
+public:
+    using UIElement::UIElement;
+    void update(float dt) override
+    {
+        elapsed += dt;
+        UIElement::update(dt);
+    }
+    bool onMouseMove(const UIEventMouse* e) override { return note("move", e); }
+    bool onMouseUp(const UIEventMouse* e) override { return note("up", e); }
+    bool onMouseDClick(const UIEventMouse* e) override { return note("dclick", e); }
+    bool onNonClient(const UIEventMouse*) override
+    {
+        seen += "leave ";
+        return false;
+    }
+    bool note(const char* what, const UIEventMouse* e)
+    {
+        if (!isHit(e->x, e->y))
+            return false;
+        seen += what;
+        seen += e->isLeftDown() ? "+L " : " ";
+        return true;
+    }
+    std::string seen;
+    float elapsed = 0.0f;
+};
+
+} // namespace
+
+TEST_F(UIElementTest, MovesReleasesDoubleClicksAndLeavingReachTheTree)
+{
+    auto* window = make<UIWindow>(root(), "events", 200, 200);
+    auto* top = make<Recorder>(root());
+    auto* bottom = make<Recorder>(root());
+    window->addChild(top, UI_EXPAND_BOTH);
+    window->addChild(bottom, UI_EXPAND_BOTH);
+    window->show();
+    settle();
+    int x = 0, y = 0;
+    root()->getAutomation()->elementPoint(bottom, 10, 10, x, y);
+    auto* hook = root()->getAutomation();
+    ASSERT_TRUE(hook->mouseDown(x, y));
+    ASSERT_TRUE(hook->mouseMove(x + 5, y));
+    ASSERT_TRUE(hook->mouseUp(x + 5, y));
+    ASSERT_TRUE(hook->mouseDClick(x, y));
+    ASSERT_TRUE(hook->mouseLeave(window));
+    EXPECT_EQ(top->seen, "leave ");
+    EXPECT_EQ(bottom->seen, "move+L up up dclick+L up leave ");
+    destroy(window);
+}
+
+TEST_F(UIElementTest, HitTestsAndCoordinatesAreInScreenPixels)
+{
+    auto* window = make<UIWindow>(root(), "hit", 200, 100);
+    auto* left = make<UIElement>(root());
+    left->setFixWidth(50);
+    auto* row = make<UIElement>(root());
+    window->addChild(row, UI_EXPAND_BOTH);
+    row->addChild(left, UI_EXPAND_BOTH);
+    window->setPosition(300, 200);
+    window->show();
+    settle();
+    int x = 10, y = 20;
+    left->localToScreen(x, y);
+    EXPECT_GE(x, 310);
+    EXPECT_GE(y, 220);
+    EXPECT_TRUE(left->isHit(x, y));
+    int lx = x, ly = y;
+    left->screenToLocal(lx, ly);
+    EXPECT_EQ(lx, 10);
+    EXPECT_EQ(ly, 20);
+    EXPECT_FALSE(left->isHit(x + 45, y)); // 55 pixels in: past its 50-pixel width
+    EXPECT_TRUE(row->isHit(x + 45, y));
+    destroy(window);
+}
+
+TEST_F(UIElementTest, UpdateReachesEveryDescendant)
+{
+    auto* parent = make<Recorder>(root());
+    auto* child = make<Recorder>(root());
+    auto* grandchild = make<Recorder>(root());
+    parent->addChild(child);
+    child->addChild(grandchild);
+    parent->update(0.25f);
+    parent->update(0.5f);
+    EXPECT_FLOAT_EQ(grandchild->elapsed, 0.75f);
+    EXPECT_FLOAT_EQ(child->elapsed, 0.75f);
+    destroy(parent);
+}
