@@ -224,6 +224,22 @@ TEST_F(UIFactoryTest, TypingIntoTheShownWindowCommitsOnEnter)
     EXPECT_EQ(heard.lines, (std::vector<std::string>{"message 198"}));
 }
 
+TEST_F(UIFactoryTest, WheelOverTheFloatFieldWritesTheNudgedValue)
+{
+    UIFloat end(&track, &TrackTimes::setEnd, &TrackTimes::getEnd, column, 198, "");
+    end.addListener(bind(&Heard::first, &heard));
+    window->show();
+    settle();
+    int x = 0;
+    int y = 0;
+    root()->getAutomation()->elementPoint(end.getEditor(), 4, 4, x, y);
+    ASSERT_TRUE(root()->getAutomation()->mouseWheel(x, y, 2));
+    settle();
+    EXPECT_FLOAT_EQ(track.end, 3.2f);
+    EXPECT_EQ(heard.lines.back(), "message 198");
+    EXPECT_EQ(end.getShown(), track.end);
+}
+
 TEST_F(UIFactoryTest, IntegerFieldReadsDecimalOrHexadecimal)
 {
     track.flags = 31;
