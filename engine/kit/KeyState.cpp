@@ -1,28 +1,34 @@
 #include "kit/KeyState.h"
 
-#include <array>
+#include "kit/jLog.h"
 
 namespace {
 
-// One flag per virtual key; only the toolkit's input thread writes it.
-std::array<bool, 256>& key_table()
+constexpr int KEY_COUNT = 256;
+constexpr unsigned short DOWN_BIT = 0x8000;
+
+// Only the user-interface thread touches the state.
+bool g_down[KEY_COUNT];
+
+bool inRange(int virtualKey)
 {
-    static std::array<bool, 256> table{};
-    return table;
+    return virtualKey >= 0 && virtualKey < KEY_COUNT;
 }
 
 } // namespace
 
-short GetKeyState(int vk)
+short GetKeyState(int virtualKey)
 {
-    if (vk < 0 || vk > 255)
+    if (!inRange(virtualKey) || !g_down[virtualKey])
         return 0;
-    return key_table()[vk] ? static_cast<short>(0x8000) : 0;
+    return static_cast<short>(DOWN_BIT);
 }
 
-void SetKeyState(int vk, bool down)
+void SetKeyState(int virtualKey, bool down)
 {
-    if (vk < 0 || vk > 255)
+    if (!inRange(virtualKey)) {
+        jLog::error("%s:virtual key %d out of range", "SetKeyState", virtualKey);
         return;
-    key_table()[vk] = down;
+    }
+    g_down[virtualKey] = down;
 }

@@ -33,6 +33,7 @@ protected:
     {
         if (!m_owner->m_store)
             return;
+        m_owner->m_repaint_asked = false;
         QPainter painter(this);
         m_owner->m_last_paint = m_owner->m_store->paint(painter, e->rect());
     }
@@ -57,8 +58,12 @@ UICanvas::~UICanvas()
 
 void UICanvas::changed()
 {
-    if (QWidget* w = nativeWidget(this))
+    if (m_repaint_asked)
+        return;
+    if (QWidget* w = nativeWidget(this)) {
+        m_repaint_asked = true;
         w->update();
+    }
 }
 
 int UICanvas::addLine(int order)

@@ -60,12 +60,12 @@ int buttons_of(Qt::MouseButtons b)
 
 void record_key_state(const UIEventMouse& m)
 {
-    SetKeyState(VK_KEY_LBUTTON, (m.buttons & (1 << UI_MOUSE_LEFT)) != 0);
-    SetKeyState(VK_KEY_RBUTTON, (m.buttons & (1 << UI_MOUSE_RIGHT)) != 0);
-    SetKeyState(VK_KEY_MBUTTON, (m.buttons & (1 << UI_MOUSE_MIDDLE)) != 0);
-    SetKeyState(VK_KEY_SHIFT, (m.modifiers & UI_MOD_SHIFT) != 0);
-    SetKeyState(VK_KEY_CONTROL, (m.modifiers & UI_MOD_CTRL) != 0);
-    SetKeyState(VK_KEY_MENU, (m.modifiers & UI_MOD_ALT) != 0);
+    SetKeyState(VK_LBUTTON, (m.buttons & (1 << UI_MOUSE_LEFT)) != 0);
+    SetKeyState(VK_RBUTTON, (m.buttons & (1 << UI_MOUSE_RIGHT)) != 0);
+    SetKeyState(VK_MBUTTON, (m.buttons & (1 << UI_MOUSE_MIDDLE)) != 0);
+    SetKeyState(VK_SHIFT, (m.modifiers & UI_MOD_SHIFT) != 0);
+    SetKeyState(VK_CONTROL, (m.modifiers & UI_MOD_CTRL) != 0);
+    SetKeyState(VK_MENU, (m.modifiers & UI_MOD_ALT) != 0);
 }
 
 // Typing into a text field is never a command of the tree around it.
@@ -143,9 +143,9 @@ bool UIInputRouter::route_key(QWidget* w, QKeyEvent* e)
     if (is_propagation(w, d))
         return false;
     m_last = d;
-    SetKeyState(VK_KEY_SHIFT, (e->modifiers() & Qt::ShiftModifier) != 0);
-    SetKeyState(VK_KEY_CONTROL, (e->modifiers() & Qt::ControlModifier) != 0);
-    SetKeyState(VK_KEY_MENU, (e->modifiers() & Qt::AltModifier) != 0);
+    SetKeyState(VK_SHIFT, (e->modifiers() & Qt::ShiftModifier) != 0);
+    SetKeyState(VK_CONTROL, (e->modifiers() & Qt::ControlModifier) != 0);
+    SetKeyState(VK_MENU, (e->modifiers() & Qt::AltModifier) != 0);
     UIElement* top = top_of(w);
     UIEventKey k;
     k.key = toKeyCode(e->key());

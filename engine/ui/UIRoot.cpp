@@ -53,8 +53,13 @@ QPalette dark_palette()
 }
 
 // The interface uses DejaVu Sans from the system fonts so that text measures the same everywhere.
+// The application outlives every root, so the fonts are registered with it once.
 void load_fonts()
 {
+    static bool loaded = false;
+    if (loaded)
+        return;
+    loaded = true;
     for (const char* file : {"DejaVuSans.ttf", "DejaVuSans-Bold.ttf"}) {
         QString path = QString("/usr/share/fonts/truetype/dejavu/") + file;
         if (QFontDatabase::addApplicationFont(path) < 0)

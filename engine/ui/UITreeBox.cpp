@@ -65,12 +65,7 @@ UITreeBox::UITreeBox(UIRoot* root)
     });
 }
 
-UITreeBox::~UITreeBox()
-{
-    if (QTreeWidget* tree = tree_of(this))
-        tree->disconnect();
-    jDelete(m_items, k_file, __LINE__, "UITreeBox::~UITreeBox");
-}
+UITreeBox::~UITreeBox() { jDelete(m_items, k_file, __LINE__, "UITreeBox::~UITreeBox"); }
 
 bool UITreeBox::valid(int item, const char* op) const
 {

@@ -1,19 +1,23 @@
 #pragma once
 
-// Mouse-button and modifier state as the toolkit last saw it. The codes are the usual virtual-key
-// numbers: 1 the left mouse button, 2 the right one, 4 the middle one, 0x10 shift, 0x11 control,
-// 0x12 alt.
+// The state of the mouse buttons and modifier keys, in the manner of the desktop systems' key
+// state query: the toolkit records presses and releases from its input handling with SetKeyState,
+// and views read them with GetKeyState while they handle an event.
+
+// Virtual key codes the toolkit records.
 enum : int {
-    VK_KEY_LBUTTON = 0x01,
-    VK_KEY_RBUTTON = 0x02,
-    VK_KEY_MBUTTON = 0x04,
-    VK_KEY_SHIFT = 0x10,
-    VK_KEY_CONTROL = 0x11,
-    VK_KEY_MENU = 0x12,
+    VK_LBUTTON = 0x01,
+    VK_RBUTTON = 0x02,
+    VK_MBUTTON = 0x04,
+    VK_SHIFT = 0x10,
+    VK_CONTROL = 0x11,
+    VK_MENU = 0x12, // alt
 };
 
-// Returns the state of a virtual key: the high bit is set (the value is negative) while it is
-// down, 0 when it is up or when vk is outside 0..255.
-short GetKeyState(int vk);
-// Records that a virtual key went down or up; codes outside 0..255 are ignored.
-void SetKeyState(int vk, bool down);
+// Returns a value with the high bit set (0x8000, so negative) while virtualKey (0 to 255) is down,
+// and 0 when it is up or the code is out of range.
+short GetKeyState(int virtualKey);
+
+// Records that virtualKey (0 to 255) went down or up. The toolkit calls it from its mouse and key
+// event handling before it dispatches the event; a code out of range is logged and ignored.
+void SetKeyState(int virtualKey, bool down);

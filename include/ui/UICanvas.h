@@ -73,4 +73,5 @@ private:
 
     UIShapeStore* m_store;
     int m_last_paint = 0;
+    bool m_repaint_asked = false; // one request per repaint, however many shapes change
 };
