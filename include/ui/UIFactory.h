@@ -8,6 +8,7 @@
 #include "kit/SignalSlot.h"
 #include "kit/jString.h"
 #include "kit/jVector.h"
+#include "msg/MsgMngr.h"
 #include "ui/UIButton.h"
 #include "ui/UICheckBox.h"
 #include "ui/UIEditLine.h"
@@ -21,13 +22,8 @@
 //
 // The user's edit is written through the setter, the editor then shows what the getter returns
 // (the owner may have clamped it), the change listeners hear that value in the order they were
-// added, and the widget's message id, when positive, is posted (see postValueMessage).
-
-// Sets what postValueMessage does; an empty poster makes it do nothing. The host installs the
-// message manager's poster, tests a recorder.
-void setValueMessagePoster(const Function<void(int)>& poster);
-// Hands message id to the poster when id is positive; nothing otherwise.
-void postValueMessage(int id);
+// added, and the widget's message id, when positive, is posted as a host message, so that the
+// editor's views catch up with the edit.
 
 // The getter and setter of an owning object, bound to it. A missing setter (null) makes the value
 // read-only; a missing getter reads T().
@@ -85,7 +81,7 @@ public:
     int getNumListeners() const { return m_listeners.size(); }
     int getID() const { return m_id; }
     void setID(int id) { m_id = id; }
-    // The message id posted after the user's edit was written; 0 or less posts nothing.
+    // The host message posted after the user's edit was written; 0 or less posts nothing.
     int getMessage() const { return m_message; }
     UIElement* getEditor() const { return m_editor; }
     const DataOper<T>& getData() const { return m_data; }
@@ -133,7 +129,8 @@ protected:
         if (!(self->getShown() == kept))
             self->show(kept);
         notify(kept);
-        postValueMessage(m_message);
+        if (m_message > 0)
+            MsgMngr::get()->notifyHelper(m_message);
         return true;
     }
 

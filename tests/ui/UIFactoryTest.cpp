@@ -1,6 +1,8 @@
 #include "ui/UIFactory.h"
 
 #include "UIFixture.h"
+#include "msg/MsgNode.h"
+#include "msg/UiMsg.h"
 #include "ui/UIAutomation.h"
 #include "ui/UIVLayout.h"
 #include "ui/UIWindow.h"
@@ -33,14 +35,15 @@ public:
     jString name = "walk";
 };
 
-// Records what the listeners and the message poster heard, in order.
-struct Heard {
+// Records what the listeners and the host messages said, in order.
+struct Heard : public MsgNode {
+    Heard() { attach(); }
+    void processMsg(UiMsg* msg) override { lines.push_back("message " + std::to_string(msg->getID())); }
     void first(const float& v) { lines.push_back("first " + std::string(ToString(v).c_str())); }
     void second(const float& v) { lines.push_back("second " + std::string(ToString(v).c_str())); }
     void flag(const bool& v) { lines.push_back(v ? "on" : "off"); }
     void text(const jString& v) { lines.push_back(std::string("text ") + v.c_str()); }
     void number(const int& v) { lines.push_back("int " + std::to_string(v)); }
-    void message(int id) { lines.push_back("message " + std::to_string(id)); }
     std::vector<std::string> lines;
 };
 
@@ -52,11 +55,9 @@ protected:
         window = make<UIWindow>(root(), "Settings", 200, 120);
         column = make<UIVLayout>(root());
         window->addChild(column, UI_EXPAND_BOTH, -1);
-        setValueMessagePoster(bind(&Heard::message, &heard));
     }
     void TearDown() override
     {
-        setValueMessagePoster(Function<void(int)>());
         destroy(window);
         UIFixture::TearDown();
     }
