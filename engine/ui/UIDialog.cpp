@@ -1,8 +1,5 @@
 #include "ui/UIDialog.h"
 
-#include <QBoxLayout>
-
-#include "UINative.h"
 #include "kit/jAllocator.h"
 #include "ui/UIButton.h"
 #include "ui/UIHLayout.h"
@@ -23,8 +20,9 @@ UIDialog::UIDialog(UIRoot* root)
 {
     UIElement::addChild(m_content, UI_EXPAND_BOTH);
     UIElement::addChild(m_buttons, UI_EXPAND_ACROSS);
-    // The buttons sit at the right end of their row, the usual place for a dialog's answers.
-    static_cast<QBoxLayout*>(nativeWidget(m_buttons)->layout())->insertStretch(0, 1);
+    // An empty element takes the row's free space, so the buttons sit at its right end, the usual
+    // place for a dialog's answers.
+    m_buttons->addChild(jNew<UIElement>(k_file, __LINE__, "UIDialog::UIDialog", root), UI_EXPAND_ALONG);
     m_buttons->addChild(m_ok);
     m_buttons->addChild(m_cancel);
 }

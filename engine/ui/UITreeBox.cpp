@@ -88,6 +88,7 @@ int UITreeBox::addItem(const char* text, int parent)
         tree_of(this)->addTopLevelItem(item);
     else
         m_items->items[parent]->addChild(item);
+    apply_folding(item);
     return id;
 }
 

@@ -110,7 +110,7 @@ void UIWidget::setUI(UIElement* panel, const char* title)
         removeChild(old);
     addChild(panel, UI_EXPAND_BOTH);
     setTitle(title);
-    if (panel->getPreferredWidth() > 0 && panel->getPreferredHeight() > 0)
+    if (panel->hasPreferredSize())
         setSize(panel->getPreferredWidth(), panel->getPreferredHeight());
 }
 

@@ -21,8 +21,8 @@ public:
     UIWidget(UIRoot* root, const UIRect& rect, int style = UI_WIDGET_DEFAULT);
     ~UIWidget() override;
 
-    // Shows panel as the widget's content with a title; a previous panel is taken out first.
-    // Null logs and changes nothing.
+    // Shows panel as the widget's content with a title, and takes the panel's preferred size when
+    // it has one; a previous panel is taken out first. Null logs and changes nothing.
     void setUI(UIElement* panel, const char* title);
     // The panel shown, or null.
     UIElement* getUI() const;

@@ -13,14 +13,35 @@ TEST_F(UIDialogTest, ChildrenGoToTheContentAboveTheButtonRow)
     auto* label = make<UILabel>(root(), "find");
     ASSERT_TRUE(dialog->addChild(label, UI_EXPAND_ACROSS));
     EXPECT_EQ(label->getParent(), dialog->getContent());
-    EXPECT_EQ(dialog->getButtonRow()->getNumChilds(), 2);
-    EXPECT_EQ(dialog->getButtonRow()->getChild(0), dialog->getOkButton());
+    // A filler first, then OK and Cancel at the right end.
+    EXPECT_EQ(dialog->getButtonRow()->getNumChilds(), 3);
+    EXPECT_EQ(dialog->getButtonRow()->getChild(1), dialog->getOkButton());
+    EXPECT_EQ(dialog->getButtonRow()->getChild(2), dialog->getCancelButton());
     EXPECT_EQ(dialog->getOkButton()->getText(), "OK");
     EXPECT_EQ(dialog->getCancelButton()->getText(), "Cancel");
     auto* extra = make<UIButton>(root(), "internal_node");
     dialog->getButtonRow()->addChild(extra, UI_EXPAND_NONE);
     extra->setHidden(true);
-    EXPECT_EQ(dialog->getButtonRow()->getNumChilds(), 3);
+    EXPECT_EQ(dialog->getButtonRow()->getNumChilds(), 4);
+    destroy(dialog);
+}
+
+TEST_F(UIDialogTest, TheAnswerButtonsSitAtTheRightEnd)
+{
+    auto* widget = make<UIWidget>(root(), Widget::MakeCenter(300, 200));
+    auto* dialog = make<UIDialog>(root());
+    widget->setUI(dialog, "dialog");
+    widget->show();
+    settle();
+    int x = dialog->getCancelButton()->getWidth(), y = 0;
+    dialog->getCancelButton()->localToScreen(x, y);
+    dialog->screenToLocal(x, y);
+    EXPECT_NEAR(x, dialog->getWidth(), 8); // the dialog's margin
+    int ok_x = 0, ok_y = 0;
+    dialog->getOkButton()->localToScreen(ok_x, ok_y);
+    dialog->screenToLocal(ok_x, ok_y);
+    EXPECT_GT(ok_x, dialog->getWidth() / 3);
+    destroy(widget);
     destroy(dialog);
 }
 

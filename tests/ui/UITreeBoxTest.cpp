@@ -41,6 +41,7 @@ TEST_F(UITreeBoxTest, ItemsKeepTheirParentsChildrenAndTexts)
     EXPECT_EQ(tree->getItemChild(node, 1), rot);
     EXPECT_EQ(tree->getItemChild(node, 2), -1);
     EXPECT_EQ(tree->getItemNumChilds(light), 0);
+    EXPECT_TRUE(tree->isItemShown(rot)); // a branch shows its children unless flagged
     EXPECT_EQ(tree->getItemText(rot), "rotation");
     tree->setItemText(rot, "rotate");
     EXPECT_EQ(tree->getItemText(rot), "rotate");
