@@ -1,6 +1,7 @@
 #include "PackageBuilder.h"
 
 #include <climits>
+#include <cmath>
 #include <cstring>
 #include <new>
 
@@ -139,6 +140,9 @@ bool PackageBuilder::Uint64(uint64_t value)
 
 bool PackageBuilder::Double(double value)
 {
+    // RapidJSON rounds a number just beyond the largest double up to infinity instead of failing.
+    if (!std::isfinite(value))
+        return fail("number too large for a double", m_stream.Tell());
     begin_value(Package::DOUBLE, m_stream.Tell())->m_value.d = value;
     return true;
 }

@@ -161,6 +161,7 @@ TEST_F(mjlRead, ReportsBadStringsAndNumbersWithReadableReasons)
     EXPECT_EQ(failure("[1.]"), "doc.json:1:4: digits expected after the decimal point");
     EXPECT_EQ(failure("[1e]"), "doc.json:1:4: digits expected in the exponent");
     EXPECT_EQ(failure("[1e400]"), "doc.json:1:2: number too large for a double");
+    EXPECT_EQ(failure("[0,\n 2.7976931348623157e308]"), "doc.json:2:2: number too large for a double");
 }
 
 TEST_F(mjlRead, ReportsTheEndOfTheDocument)
