@@ -1,11 +1,45 @@
 #include "PackageBuilder.h"
 
+#include <charconv>
 #include <climits>
 #include <cstring>
 #include <new>
 
 #include "PackageArena.h"
 #include "kit/jAllocator.h"
+
+namespace {
+
+// Returns true when a number that does not fit a double is too large rather than too small: its
+// first significant digit stands at a positive power of ten. Counts saturate, which cannot change
+// the sign of a number that is out of range.
+bool beyond_largest_double(const char* p, const char* end)
+{
+    constexpr long long limit = 1000000000;
+    if (p < end && *p == '-')
+        ++p;
+    while (p < end && *p == '0')
+        ++p;
+    long long magnitude = -1;
+    for (; p < end && *p >= '0' && *p <= '9'; ++p)
+        magnitude += magnitude < limit;
+    if (magnitude < 0 && p < end && *p == '.') {
+        for (++p; p < end && *p == '0'; ++p)
+            magnitude -= magnitude > -limit;
+    }
+    while (p < end && *p != 'e' && *p != 'E')
+        ++p;
+    if (p == end)
+        return magnitude > 0;
+    bool negative = *++p == '-';
+    p += *p == '-' || *p == '+';
+    long long exponent = 0;
+    for (; p < end; ++p)
+        exponent = exponent < limit ? exponent * 10 + (*p - '0') : limit;
+    return magnitude + (negative ? -exponent : exponent) > 0;
+}
+
+} // namespace
 
 PackageBuilder::PackageBuilder(Package& root, const char* text, const TextStream& stream)
     : m_root(root), m_text(text), m_stream(stream)
@@ -143,9 +177,25 @@ bool PackageBuilder::Double(double value)
     return true;
 }
 
-bool PackageBuilder::RawNumber(const char*, rapidjson::SizeType, bool)
+bool PackageBuilder::RawNumber(const char*, rapidjson::SizeType length, bool)
 {
-    return fail("numbers kept as text are not supported", m_stream.Tell());
+    // The reader has checked the grammar; the number's own bytes are still where the stream stands,
+    // so they are converted in place rather than from the reader's copy.
+    size_t start = m_stream.Tell();
+    const char* text = m_text + start;
+    const char* end = text + length;
+    int64_t integer = 0;
+    std::from_chars_result read = std::from_chars(text, end, integer);
+    if (read.ptr == end && read.ec == std::errc())
+        return Int64(integer);
+    double value = 0;
+    read = std::from_chars(text, end, value);
+    if (read.ec == std::errc::result_out_of_range) {
+        if (beyond_largest_double(text, end))
+            return fail("number too large for a double", start);
+        value = *text == '-' ? -0.0 : 0.0; // below the smallest subnormal: it rounds to zero
+    }
+    return Double(value);
 }
 
 bool PackageBuilder::String(const char* text, rapidjson::SizeType length, bool)

@@ -1,9 +1,13 @@
 #include "io/mjl.h"
 
+#include <chrono>
+#include <csignal>
 #include <filesystem>
 #include <limits>
+#include <random>
 #include <string>
 #include <sys/stat.h>
+#include <sys/wait.h>
 #include <unistd.h>
 
 #include "support/Scenario.h"
@@ -39,6 +43,28 @@ protected:
 };
 
 const char OLD_CONTENT[] = "{\"old\": true}\n";
+
+// A document of a few megabytes: keys of seven full-precision numbers, seeded so that two seeds
+// give two different documents of about the same size.
+void fillLarge(Package& root, unsigned seed)
+{
+    std::mt19937_64 random(seed);
+    std::uniform_real_distribution<double> value(-1000.0, 1000.0);
+    root.addInt("seed", seed);
+    Package* keys = root.addArray("keys");
+    for (int k = 0; k < 15000; ++k) {
+        Package* key = keys->addArray(nullptr);
+        for (int c = 0; c < 7; ++c)
+            key->addDouble(nullptr, value(random));
+    }
+}
+
+// Saves the documents in turn until killed; never returns.
+[[noreturn]] void saveForever(const std::string& path, const Package& first, const Package& second)
+{
+    for (long round = 0;; ++round)
+        mjl::save(path.c_str(), round % 2 ? &first : &second);
+}
 
 } // namespace
 
@@ -129,4 +155,56 @@ TEST_F(AtomicSave, ARelativePathSavesInTheCurrentFolder)
     std::filesystem::current_path(previous);
     ASSERT_TRUE(saved);
     EXPECT_EQ(entries(dir.path()), "relative.json ");
+}
+
+TEST_F(AtomicSave, AKilledSaveLeavesEitherTheOldOrTheNewContent)
+{
+    std::string path = dir.file("large.json");
+    Package first;
+    Package second;
+    fillLarge(first, 1);
+    fillLarge(second, 2);
+    std::string first_text;
+    std::string second_text;
+    ASSERT_TRUE(mjl::write(&first, first_text));
+    ASSERT_TRUE(mjl::write(&second, second_text));
+    ASSERT_GT(first_text.size(), 2000000u);
+
+    auto started = std::chrono::steady_clock::now();
+    ASSERT_TRUE(mjl::save(path.c_str(), &first));
+    auto save_time = std::chrono::duration_cast<std::chrono::microseconds>(std::chrono::steady_clock::now() - started);
+
+    // Kill at any moment of the child's first save or soon after: while it writes, syncs or
+    // renames, or while the next save starts.
+    std::mt19937 random(7);
+    std::uniform_int_distribution<long> delay(0, save_time.count() * 3 / 2 + 1000);
+    int seen_first = 0;
+    int seen_second = 0;
+    for (int round = 0; round < 200; ++round) {
+        pid_t child = fork();
+        ASSERT_GE(child, 0);
+        if (child == 0)
+            saveForever(path, first, second);
+        usleep(static_cast<useconds_t>(delay(random)));
+        kill(child, SIGKILL);
+        int status = 0;
+        ASSERT_EQ(waitpid(child, &status, 0), child);
+        ASSERT_TRUE(WIFSIGNALED(status)) << "the saving process ended on its own";
+
+        std::string now = readFileText(path);
+        ASSERT_TRUE(now == first_text || now == second_text) << "round " << round << ": " << now.size() << " bytes";
+        seen_first += now == first_text;
+        seen_second += now == second_text;
+        mjl reader;
+        ASSERT_TRUE(reader.open(path.c_str())) << reader.getError();
+        EXPECT_TRUE(reader.getRoot()->equals(now == first_text ? first : second));
+    }
+    // Both contents were seen, so saves did complete between kills; killed saves leave their
+    // temporary files behind, and only those.
+    EXPECT_GT(seen_first, 0);
+    EXPECT_GT(seen_second, 0);
+    std::string left = entries(dir.path());
+    EXPECT_NE(left.find(".large.json."), std::string::npos) << "no save was interrupted";
+    first.clear();
+    second.clear();
 }

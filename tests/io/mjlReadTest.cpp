@@ -1,8 +1,10 @@
 #include "io/mjl.h"
 
+#include <cmath>
 #include <cstring>
 #include <optional>
 #include <string>
+#include <vector>
 
 #include "support/Scenario.h"
 
@@ -150,6 +152,23 @@ TEST_F(mjlRead, ReportsTheLineColumnAndReasonOfASyntaxError)
     EXPECT_EQ(failure("[1] x"), "doc.json:1:5: unexpected text after the document's value");
 }
 
+TEST_F(mjlRead, ReadsLongMantissasAndExtremeExponentsExactly)
+{
+    // This one used to run RapidJSON's own conversion out of its power-of-ten table.
+    std::string tiny =
+        "4" + std::string(23, '0') + "." + std::string(20, '0') + "8" + std::string(90, '0') + "4E-441";
+    std::string long_fraction = "0." + std::string(799, '0') + "1e790";
+    Package* root = parse("[" + tiny + ", -1e-400, 4.9e-324, " + long_fraction + ", 12345678901234567890123e-3]");
+    ASSERT_NE(root, nullptr);
+    EXPECT_EQ(root->getChild(0)->getType(), Package::DOUBLE);
+    EXPECT_EQ(root->getChild(0)->getDouble(), 0.0);
+    EXPECT_TRUE(std::signbit(root->getChild(1)->getDouble()));
+    EXPECT_EQ(root->getChild(1)->getDouble(), 0.0);
+    EXPECT_EQ(root->getChild(2)->getDouble(), 4.9406564584124654e-324);
+    EXPECT_EQ(root->getChild(3)->getDouble(), 1e-10);
+    EXPECT_EQ(root->getChild(4)->getDouble(), 12345678901234567890.123);
+}
+
 TEST_F(mjlRead, ReportsBadStringsAndNumbersWithReadableReasons)
 {
     EXPECT_EQ(failure("[\n\"ab\ncd\"]"), "doc.json:2:4: control character in a string (it must be escaped)");
@@ -161,6 +180,8 @@ TEST_F(mjlRead, ReportsBadStringsAndNumbersWithReadableReasons)
     EXPECT_EQ(failure("[1.]"), "doc.json:1:4: digits expected after the decimal point");
     EXPECT_EQ(failure("[1e]"), "doc.json:1:4: digits expected in the exponent");
     EXPECT_EQ(failure("[1e400]"), "doc.json:1:2: number too large for a double");
+    EXPECT_EQ(failure("[0,\n 2.7976931348623157e308]"), "doc.json:2:2: number too large for a double");
+    EXPECT_EQ(failure("[-0.0000000002e318]"), "doc.json:1:2: number too large for a double");
 }
 
 TEST_F(mjlRead, ReportsTheEndOfTheDocument)
@@ -170,6 +191,23 @@ TEST_F(mjlRead, ReportsTheEndOfTheDocument)
     EXPECT_EQ(failure("[1,\n 2"), "doc.json:2:3: unexpected end of the document inside an array");
     EXPECT_EQ(failure("{\"a\": 1"), "doc.json:1:8: unexpected end of the document inside an object");
     EXPECT_EQ(failure("[\"open"), "doc.json:1:7: unterminated string");
+}
+
+TEST_F(mjlRead, NeverReadsPastTheEndOfTheCallersText)
+{
+    // Each prefix sits alone in a heap block of its exact size, so the address sanitizer stops on
+    // any byte read beyond it.
+    const std::string document = "{\"position\\u00e9\": [1.5e-3, -20, true, null], "
+                                 "\"n\\u00e4me\": \"\xC3\xA9\xE2\x82\xAC\xF0\x9F\x8E\xAC\"}";
+    for (size_t size = 0; size < document.size(); ++size) {
+        std::vector<char> prefix(document.begin(), document.begin() + static_cast<std::ptrdiff_t>(size));
+        EXPECT_FALSE(reader->parse(prefix.data(), prefix.size(), "doc.json")) << size;
+        expectLogged("mjl::parse:" + reader->getError());
+    }
+    std::vector<char> cut_in_a_character = {'{', '"', 'p', 'o', 's', 'i', 't', 'i', 'o', 'n', '\xEB'};
+    EXPECT_FALSE(reader->parse(cut_in_a_character.data(), cut_in_a_character.size(), "doc.json"));
+    EXPECT_EQ(reader->getError(), "doc.json:1:11: invalid UTF-8 in a string");
+    expectLogged("mjl::parse:" + reader->getError());
 }
 
 TEST_F(mjlRead, RejectsAZeroByteInsteadOfStoppingThere)
