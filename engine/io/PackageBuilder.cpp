@@ -1,0 +1,258 @@
+#include "PackageBuilder.h"
+
+#include <charconv>
+#include <climits>
+#include <cstring>
+#include <new>
+
+#include "PackageArena.h"
+#include "kit/jAllocator.h"
+
+namespace {
+
+// Returns true when a number that does not fit a double is too large rather than too small: its
+// first significant digit stands at a positive power of ten. Counts saturate, which cannot change
+// the sign of a number that is out of range.
+bool beyond_largest_double(const char* p, const char* end)
+{
+    constexpr long long limit = 1000000000;
+    if (p < end && *p == '-')
+        ++p;
+    while (p < end && *p == '0')
+        ++p;
+    long long magnitude = -1;
+    for (; p < end && *p >= '0' && *p <= '9'; ++p)
+        magnitude += magnitude < limit;
+    if (magnitude < 0 && p < end && *p == '.') {
+        for (++p; p < end && *p == '0'; ++p)
+            magnitude -= magnitude > -limit;
+    }
+    while (p < end && *p != 'e' && *p != 'E')
+        ++p;
+    if (p == end)
+        return magnitude > 0;
+    bool negative = *++p == '-';
+    p += *p == '-' || *p == '+';
+    long long exponent = 0;
+    for (; p < end; ++p)
+        exponent = exponent < limit ? exponent * 10 + (*p - '0') : limit;
+    return magnitude + (negative ? -exponent : exponent) > 0;
+}
+
+} // namespace
+
+PackageBuilder::PackageBuilder(Package& root, const char* text, const TextStream& stream)
+    : m_root(root), m_text(text), m_stream(stream)
+{
+}
+
+PackageBuilder::~PackageBuilder()
+{
+    if (m_pending) {
+        memRemoveInfo(m_pending, "engine/io/PackageBuilder", __LINE__, "PackageBuilder::~PackageBuilder");
+        jAllocator::get()->localFree(m_pending);
+    }
+}
+
+void PackageBuilder::advance(size_t offset)
+{
+    if (offset < m_scan) { // count again from the top rather than backwards
+        m_scan = 0;
+        m_line = 1;
+        m_line_start = 0;
+    }
+    const char* p = m_text + m_scan;
+    const char* end = m_text + offset;
+    while (p < end) {
+        // Eight bytes at a time while they hold no newline, which is most of the text.
+        if (end - p >= 8) {
+            uint64_t word;
+            std::memcpy(&word, p, 8);
+            word ^= 0x0A0A0A0A0A0A0A0Aull;
+            if (((word - 0x0101010101010101ull) & ~word & 0x8080808080808080ull) == 0) {
+                p += 8;
+                continue;
+            }
+        }
+        if (*p == '\n')
+            ++m_line, m_line_start = static_cast<size_t>(p + 1 - m_text);
+        ++p;
+    }
+    m_scan = offset;
+}
+
+void PackageBuilder::locate(size_t offset, int& line, int& column)
+{
+    advance(offset);
+    line = static_cast<int>(m_line);
+    size_t from_line_start = offset - m_line_start + 1;
+    column = static_cast<int>(from_line_start > INT_MAX ? INT_MAX : from_line_start);
+}
+
+Package* PackageBuilder::push_pending()
+{
+    if (m_pending_count == m_pending_capacity) {
+        size_t capacity = m_pending_capacity ? m_pending_capacity * 2 : 256;
+        void* grown = jAllocator::get()->localAlloc(capacity * sizeof(Package));
+        memAddInfo(grown, true, "engine/io/PackageBuilder", __LINE__, "PackageBuilder::push_pending",
+                   capacity * sizeof(Package));
+        if (m_pending) {
+            // Pending nodes hold only plain values and pointers into the arena: moving their bytes
+            // moves them.
+            std::memcpy(grown, static_cast<void*>(m_pending), m_pending_count * sizeof(Package));
+            memRemoveInfo(m_pending, "engine/io/PackageBuilder", __LINE__, "PackageBuilder::push_pending");
+            jAllocator::get()->localFree(m_pending);
+        }
+        m_pending = static_cast<Package*>(grown);
+        m_pending_capacity = capacity;
+    }
+    return new (m_pending + m_pending_count++) Package(m_arena);
+}
+
+Package* PackageBuilder::begin_value(Package::Type type, size_t start)
+{
+    Package* node = &m_root;
+    if (m_depth > 0) {
+        node = push_pending();
+        if (m_key) {
+            node->m_name = m_key;
+            node->m_name_length = m_key_length;
+            m_key = nullptr;
+        }
+    }
+    advance(start);
+    node->m_type = type;
+    node->m_line = m_line;
+    node->m_column = static_cast<uint32_t>(start - m_line_start + 1);
+    return node;
+}
+
+bool PackageBuilder::fail(const char* reason, size_t offset)
+{
+    m_failure = reason;
+    m_failure_offset = offset;
+    return false;
+}
+
+bool PackageBuilder::Null()
+{
+    begin_value(Package::NUL, m_stream.Tell() - 4);
+    return true;
+}
+
+bool PackageBuilder::Bool(bool value)
+{
+    begin_value(Package::BOOL, m_stream.Tell() - (value ? 4 : 5))->m_value.b = value;
+    return true;
+}
+
+bool PackageBuilder::Int(int value)
+{
+    begin_value(Package::INT, m_stream.Tell())->m_value.i = value;
+    return true;
+}
+
+bool PackageBuilder::Uint(unsigned value)
+{
+    begin_value(Package::INT, m_stream.Tell())->m_value.i = value;
+    return true;
+}
+
+bool PackageBuilder::Int64(int64_t value)
+{
+    begin_value(Package::INT, m_stream.Tell())->m_value.i = value;
+    return true;
+}
+
+bool PackageBuilder::Uint64(uint64_t value)
+{
+    if (value > static_cast<uint64_t>(INT64_MAX))
+        return Double(static_cast<double>(value));
+    return Int64(static_cast<int64_t>(value));
+}
+
+bool PackageBuilder::Double(double value)
+{
+    begin_value(Package::DOUBLE, m_stream.Tell())->m_value.d = value;
+    return true;
+}
+
+bool PackageBuilder::RawNumber(const char*, rapidjson::SizeType length, bool)
+{
+    // The reader has checked the grammar; the number's own bytes are still where the stream stands,
+    // so they are converted in place rather than from the reader's copy.
+    size_t start = m_stream.Tell();
+    const char* text = m_text + start;
+    const char* end = text + length;
+    int64_t integer = 0;
+    std::from_chars_result read = std::from_chars(text, end, integer);
+    if (read.ptr == end && read.ec == std::errc())
+        return Int64(integer);
+    double value = 0;
+    read = std::from_chars(text, end, value);
+    if (read.ec == std::errc::result_out_of_range) {
+        if (beyond_largest_double(text, end))
+            return fail("number too large for a double", start);
+        value = *text == '-' ? -0.0 : 0.0; // below the smallest subnormal: it rounds to zero
+    }
+    return Double(value);
+}
+
+bool PackageBuilder::String(const char* text, rapidjson::SizeType length, bool)
+{
+    if (length > INT_MAX)
+        return fail("string longer than 2 GB", m_stream.Tell());
+    if (!m_arena)
+        m_arena = m_root.arena();
+    const char* copy = m_arena->copyText(text, length);
+    Package* node = begin_value(Package::STRING, m_stream.Tell());
+    node->m_value.s = copy;
+    node->m_count = length;
+    return true;
+}
+
+bool PackageBuilder::Key(const char* text, rapidjson::SizeType length, bool)
+{
+    if (length > INT_MAX)
+        return fail("member name longer than 2 GB", m_stream.Tell());
+    m_key = m_arena->copyText(text, length);
+    m_key_length = length;
+    return true;
+}
+
+bool PackageBuilder::begin_container(Package::Type type)
+{
+    static_assert(mjl::MAX_DEPTH == 512, "the reason below names the limit");
+    if (m_depth == mjl::MAX_DEPTH)
+        return fail("nesting deeper than 512 levels", m_stream.Tell());
+    if (!m_arena)
+        m_arena = m_root.arena();
+    begin_value(type, m_stream.Tell());
+    m_frames[m_depth++] = m_pending_count;
+    return true;
+}
+
+bool PackageBuilder::end_container()
+{
+    size_t first = m_frames[--m_depth];
+    size_t count = m_pending_count - first;
+    if (count > INT_MAX)
+        return fail("container with more than 2^31 elements", m_stream.Tell());
+    // The container itself waits just below its children, unless it is the root.
+    Package* node = m_depth == 0 ? &m_root : m_pending + first - 1;
+    node->m_count = static_cast<uint32_t>(count);
+    node->m_capacity = static_cast<uint32_t>(count);
+    if (count) {
+        void* row = m_arena->allocate(count * sizeof(Package), alignof(Package));
+        std::memcpy(row, static_cast<const void*>(m_pending + first), count * sizeof(Package));
+        node->m_value.nodes = static_cast<Package*>(row);
+        node->m_in_row = true;
+    }
+    m_pending_count = first;
+    return true;
+}
+
+bool PackageBuilder::StartObject() { return begin_container(Package::OBJECT); }
+bool PackageBuilder::EndObject(rapidjson::SizeType) { return end_container(); }
+bool PackageBuilder::StartArray() { return begin_container(Package::ARRAY); }
+bool PackageBuilder::EndArray(rapidjson::SizeType) { return end_container(); }
