@@ -171,31 +171,27 @@ bool PackageBuilder::Uint64(uint64_t value)
     return Int64(static_cast<int64_t>(value));
 }
 
-bool PackageBuilder::Double(double value)
+bool PackageBuilder::Double(double)
 {
-    begin_value(Package::DOUBLE, m_stream.Tell())->m_value.d = value;
-    return true;
-}
-
-bool PackageBuilder::RawNumber(const char*, rapidjson::SizeType length, bool)
-{
-    // The reader has checked the grammar; the number's own bytes are still where the stream stands,
-    // so they are converted in place rather than from the reader's copy.
+    // The reader's own conversion is approximate (its exact one reads outside its tables on some
+    // long mantissas with large exponents). The number's bytes are still where the stream stands,
+    // the reader has checked their grammar, so they are converted again here, exactly.
     size_t start = m_stream.Tell();
     const char* text = m_text + start;
-    const char* end = text + length;
-    int64_t integer = 0;
-    std::from_chars_result read = std::from_chars(text, end, integer);
-    if (read.ptr == end && read.ec == std::errc())
-        return Int64(integer);
     double value = 0;
-    read = std::from_chars(text, end, value);
+    std::from_chars_result read = std::from_chars(text, m_stream.getEnd(), value);
     if (read.ec == std::errc::result_out_of_range) {
-        if (beyond_largest_double(text, end))
+        if (beyond_largest_double(text, read.ptr))
             return fail("number too large for a double", start);
         value = *text == '-' ? -0.0 : 0.0; // below the smallest subnormal: it rounds to zero
     }
-    return Double(value);
+    begin_value(Package::DOUBLE, start)->m_value.d = value;
+    return true;
+}
+
+bool PackageBuilder::RawNumber(const char*, rapidjson::SizeType, bool)
+{
+    return fail("numbers kept as text are not supported", m_stream.Tell());
 }
 
 bool PackageBuilder::String(const char* text, rapidjson::SizeType length, bool)

@@ -32,8 +32,7 @@ public:
     PackageBuilder& operator=(const PackageBuilder&) = delete;
 
     // RapidJSON's handler interface. Each returns false to stop the parse when the input goes
-    // beyond what a tree can hold; getFailure() then says why. The reader hands every number to
-    // RawNumber, which converts it and passes it on to Int64 or Double.
+    // beyond what a tree can hold; getFailure() then says why.
     bool Null();
     bool Bool(bool value);
     bool Int(int value);

@@ -73,10 +73,9 @@ const char* reason_for(rapidjson::ParseErrorCode code, const char* text, size_t 
 
 bool PackageReader::read(const char* text, size_t size, const char* name, Package& root, std::string& error)
 {
-    // Numbers come to the builder as text: RapidJSON 1.1.0's own full-precision conversion reads
-    // outside its tables on some long mantissas with large exponents, std::from_chars does not.
-    constexpr unsigned flags =
-        rapidjson::kParseNumbersAsStringsFlag | rapidjson::kParseValidateEncodingFlag | rapidjson::kParseIterativeFlag;
+    // Not kParseFullPrecisionFlag: RapidJSON 1.1.0's exact conversion reads outside its tables on
+    // some long mantissas with large exponents. The builder converts floating-point numbers itself.
+    constexpr unsigned flags = rapidjson::kParseValidateEncodingFlag | rapidjson::kParseIterativeFlag;
     TextStream stream(text, size);
     PackageBuilder builder(root, text, stream);
     rapidjson::Reader reader;

@@ -18,6 +18,8 @@ public:
     Ch Take() { return RAPIDJSON_LIKELY(m_cursor != m_end) ? *m_cursor++ : '\0'; }
     // Returns the offset of the next byte.
     size_t Tell() const { return static_cast<size_t>(m_cursor - m_begin); }
+    // Returns the end of the text, for handlers that read a token again from its first byte.
+    const char* getEnd() const { return m_end; }
 
     // The writing half of the stream concept; only in-place parsing uses it, and this reader never does.
     Ch* PutBegin() { return nullptr; }
