@@ -59,9 +59,10 @@ public:
     const vec4& getFogColor() const { return m_fog_color; }
     void setFogColor(const vec4& color) { m_fog_color = color; }
 
-    // Replaces this world and the engine's materials with the content of a .world file. Returns
-    // false and logs "path:line:column: reason" (or the missing field) on any error; the world and
-    // the materials are then left as they were.
+    // Replaces this world and the engine's materials with the content of a .world file (pointers
+    // to the old nodes and materials become invalid). Returns false and logs
+    // "path:line:column: reason" (or the missing field) on any error; the world and the materials
+    // are then left as they were.
     bool load(const char* path);
     // Does what load does with a document already parsed; name stands for the path in messages.
     bool loadDocument(const Package* root, const char* name);
@@ -78,8 +79,13 @@ private:
 
     Node* m_editor_camera = nullptr;
     jVector<Node*> m_nodes;
-    // Every node of the world sorted by id, for lookups by id.
-    jVector<Node*> m_index;
+    // Every node of the world sorted by id, for lookups by id; the id is kept beside the pointer so
+    // that a search touches only the index.
+    struct IndexEntry {
+        int id;
+        Node* node;
+    };
+    jVector<IndexEntry> m_index;
     int m_next_id = 1;
     double m_exposure = 1.0;
     vec4 m_fog_color{0.5f, 0.5f, 0.5f, 1.0f};
