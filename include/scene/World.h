@@ -36,8 +36,9 @@ public:
     // materials when this world installed them.
     void release();
 
-    // Top-level nodes in their order (the editor camera is not among them).
+    // Returns the number of top-level nodes (the editor camera is not among them).
     int getNumNodes() const { return m_nodes.size(); }
+    // Returns the top-level node at index, in file or creation order; null for a bad index.
     Node* getNode(int index) const;
     // Returns the node with this id (top-level, internal, or the editor camera), or null.
     Node* getNodeByID(int id) const;
@@ -53,7 +54,7 @@ public:
     // an OBJECT_PREFAB node of this world.
     Node* addNode(int type, const jString& name, int id = -1, Node* prefab = nullptr);
 
-    // Global render settings.
+    // Global render settings: exposure multiplier (1 at first) and fog colour; setters take any value.
     double getExposure() const { return m_exposure; }
     void setExposure(double exposure) { m_exposure = exposure; }
     const vec4& getFogColor() const { return m_fog_color; }
