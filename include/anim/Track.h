@@ -89,6 +89,10 @@ public:
     // registration accepts. Returns false and logs why, leaving the parameter as it was.
     bool bindMaterial(TrackParameter* param, const jString& material, const jString& tag, const jString& typeName);
 
+    // Makes an empty parameter of a kind through the engine allocator (free it with jDelete, or hand
+    // it to addParameter); null when kind is not 0 to 9.
+    static TrackParameter* CreateParameter(int kind);
+
     // Returns every registration, always in the same order.
     static const jVector<TrackReg*>& GetAllRegs();
     // Returns the registration with this name, or null.
@@ -105,7 +109,9 @@ private:
     friend class TrackCache;
 
     void clear_parameters();
+    TrackParameter* read_parameter(TrackReader& reader, const Package* object);
     void resolve(TrackParameter* param);
+    bool check_binding(TrackParameter* param, const TrackReg* reg, const jString& typeName, const char* function) const;
     TrackCache* cache();
 
     jVector<TrackParameter*> m_parameters;

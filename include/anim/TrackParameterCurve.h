@@ -4,6 +4,8 @@
 #include "anim/TrackParameterKeyed.h"
 
 // A float or double parameter: keys with tangents and a key type, evaluated as TrackCurve says.
+// The keys are compiled into curve segments on update, or at the first evaluation after they
+// changed.
 template <class Key>
 class TrackParameterCurve : public TrackParameterKeyed<Key> {
 public:
@@ -15,7 +17,9 @@ public:
         found = !this->m_keys.empty();
         if (!found)
             return 0;
-        return TrackCurve::evaluate(this->m_keys.data(), this->m_keys.size(), t, this->m_cursor);
+        if (this->m_changed)
+            compile();
+        return TrackCurve::evaluate(m_times.data(), m_segments.data(), m_times.size(), t, this->m_cursor);
     }
 
     // Returns the live value: the bound property's current value, else the value last played.
@@ -35,12 +39,19 @@ public:
         key.value = value;
         key.tangents = tangents;
         key.type = type;
-        this->m_keys.append(key);
+        TrackParameterKeyed<Key>::appendKey(key);
     }
     using TrackParameterKeyed<Key>::appendKey;
 
-    // Recomputes the tangents of smooth keys from their neighbours.
-    void update() override { TrackCurve::smoothTangents(this->m_keys.data(), this->m_keys.size()); }
+    // Recomputes the tangents of smooth keys from their neighbours and compiles the curve.
+    void update() override { compile(); }
+
+    void release() override
+    {
+        TrackParameterKeyed<Key>::release();
+        m_times.release();
+        m_segments.release();
+    }
 
     void apply(float t) override
     {
@@ -55,5 +66,16 @@ public:
     }
 
 private:
+    void compile() const
+    {
+        auto& keys = const_cast<jVector<Key>&>(this->m_keys);
+        TrackCurve::smoothTangents(keys.data(), keys.size());
+        TrackCurve::compile(keys.data(), keys.size(), m_times, m_segments);
+        this->m_changed = false;
+        this->m_cursor = 0;
+    }
+
+    mutable jVector<float> m_times;
+    mutable jVector<TrackCurveSegment<Value>> m_segments;
     Value m_value = 0;
 };

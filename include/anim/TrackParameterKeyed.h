@@ -16,28 +16,39 @@ public:
     int getNumKeys() const override { return m_keys.size(); }
     // Returns key i (0 <= i < getNumKeys()).
     const Key& getKey(int i) const { return m_keys[i]; }
-    // Returns the key array for reading or editing in place; call update after editing.
-    jVector<Key>& getKeys() { return m_keys; }
+    // Returns the key array for editing in place; call update after editing.
+    jVector<Key>& getKeys()
+    {
+        m_changed = true;
+        return m_keys;
+    }
     const jVector<Key>& getKeys() const { return m_keys; }
     // Removes every key (the storage is kept for the refill).
     void clearKeys()
     {
         m_keys.clear();
         m_cursor = 0;
+        m_changed = true;
     }
     // Appends a key record; the caller keeps the array sorted by time.
-    void appendKey(const Key& key) { m_keys.append(key); }
+    void appendKey(const Key& key)
+    {
+        m_keys.append(key);
+        m_changed = true;
+    }
 
     void release() override
     {
         m_keys.release();
         m_cursor = 0;
+        m_changed = true;
     }
 
     void readBody(TrackReader& reader, const Package* object) override
     {
         readKeys(reader, reader.require(object, "keys"), m_keys);
         m_cursor = 0;
+        m_changed = true;
         update();
     }
 
@@ -82,4 +93,6 @@ protected:
     jVector<Key> m_keys;
     // The segment of the last lookup; playback moves forward, so it is usually still right.
     mutable int m_cursor = 0;
+    // Whether the keys changed since derived data was last built from them.
+    mutable bool m_changed = true;
 };
