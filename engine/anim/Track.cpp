@@ -325,7 +325,7 @@ void Track::setWorld(World* world)
 void Track::rebind()
 {
     for (TrackParameter* p : m_parameters)
-        p->invalidateTarget();
+        resolve(p);
 }
 
 bool Track::check_binding(TrackParameter* param, const TrackReg* reg, const jString& typeName, const char* function) const

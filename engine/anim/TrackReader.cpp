@@ -41,7 +41,7 @@ bool TrackReader::readFloat(const Package* node, float& out, const char* what)
     if (!readNumber(node, value, what))
         return false;
     if (std::fabs(value) > std::numeric_limits<float>::max()) {
-        fail(node, std::string(what) + " is too large for a 32-bit float");
+        fail(node, std::string(what) + " is not finite as a 32-bit float");
         return false;
     }
     out = static_cast<float>(value);

@@ -76,7 +76,7 @@ public:
     World* getWorld() const { return m_world; }
     // Uses world for binding and playing from now on; every target is resolved again.
     void setWorld(World* world);
-    // Resolves every parameter's target again at the next set.
+    // Resolves every parameter's target again, now (the track's world must be alive).
     void rebind();
 
     // Binds param (held by this track) to a node of world: a node id of -1 means unbound. For a
