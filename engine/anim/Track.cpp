@@ -28,6 +28,14 @@
 namespace {
 
 const char* const FILE_TAG = "engine/anim/Track";
+
+// Returns whether a parameter of kind b can play a registration of kind a: the same kind, or the two
+// string kinds (a string parameter takes its kind from its registration).
+bool sameKind(int a, int b)
+{
+    auto text = [](int k) { return k == TRACK_PARAMETER_STRING_FILE || k == TRACK_PARAMETER_STRING_MATERIAL; };
+    return a == b || (text(a) && text(b));
+}
 const char* const FORMAT_NAME = "kuvo-anim";
 
 // Returns the node a binding names in world: by id, else by name; then the prefab's internal node
@@ -185,7 +193,7 @@ TrackParameter* Track::read_parameter(TrackReader& reader, const Package* object
     }
     p->read(reader, object);
     const TrackReg* reg = p->getReg();
-    if (reg && reg->getType() != p->getType()) {
+    if (reg && reg->getType() != kind) {
         reader.fail(kindNode, "type \"" + std::string(p->getTypeName().c_str()) + "\" animates kind " +
                                   std::to_string(reg->getType()) + ", not kind " + std::to_string(kind));
     } else if (!reg && reader.checksRegistry() && kind != TRACK_PARAMETER_OPAQUE) {
@@ -338,7 +346,7 @@ bool Track::check_binding(TrackParameter* param, const TrackReg* reg, const jStr
         jLog::error("%s:type \"%s\" is not registered", function, typeName.c_str());
         return false;
     }
-    if (reg->getType() != param->getType()) {
+    if (!sameKind(reg->getType(), param->getType())) {
         jLog::error("%s:type \"%s\" animates kind %d, not kind %d", function, typeName.c_str(), reg->getType(),
                     param->getType());
         return false;

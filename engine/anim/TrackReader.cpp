@@ -1,11 +1,17 @@
 #include "anim/TrackReader.h"
 
+#include <algorithm>
 #include <cmath>
 #include <limits>
 
 void TrackReader::fail(const Package* node, const std::string& reason)
 {
-    m_problems.push_back({node ? node->getLine() : 0, node ? node->getColumn() : 0, reason});
+    // Kept in file order, so that a reader sees them top to bottom whatever order they were found in.
+    Problem problem{node ? node->getLine() : 0, node ? node->getColumn() : 0, reason};
+    auto later = std::upper_bound(m_problems.begin(), m_problems.end(), problem, [](const Problem& a, const Problem& b) {
+        return a.line != b.line ? a.line < b.line : a.column < b.column;
+    });
+    m_problems.insert(later, problem);
 }
 
 const Package* TrackReader::require(const Package* object, const char* name)

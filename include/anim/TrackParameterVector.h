@@ -114,18 +114,27 @@ public:
 
     void apply(float t) override
     {
-        Vector v = getValue();
-        bool any = false;
+        Vector v;
+        int played = 0;
+        bool mine[3];
         for (int c = 0; c < 3; ++c) {
             bool keyed = false;
             Scalar s = m_components[c].getTrackValue(t, keyed);
-            if (keyed && m_components[c].isEnabled()) {
+            mine[c] = keyed && m_components[c].isEnabled();
+            if (mine[c]) {
                 v[c] = s;
-                any = true;
+                ++played;
             }
         }
-        if (!any)
+        if (played == 0)
             return;
+        if (played < 3) { // only then is the bound object's current value needed
+            Vector current = getValue();
+            for (int c = 0; c < 3; ++c) {
+                if (!mine[c])
+                    v[c] = current[c];
+            }
+        }
         m_value = v;
         TrackValue out;
         for (int c = 0; c < 3; ++c)

@@ -22,7 +22,8 @@ public:
 
     bool checksRegistry() const { return m_registry; }
 
-    // Records a problem at the position of node (0:0 when node is null or built in memory).
+    // Records a problem at the position of node (0:0 when node is null or built in memory); problems
+    // are kept in the order of their positions.
     void fail(const Package* node, const std::string& reason);
     bool failed() const { return !m_problems.empty(); }
     const std::vector<Problem>& problems() const { return m_problems; }

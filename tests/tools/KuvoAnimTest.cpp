@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstdlib>
 #include <string>
+#include <vector>
 
 #include "support/Scenario.h"
 
@@ -203,9 +204,16 @@ TEST_F(KuvoAnimTest, EvalReadsComponentsWithoutKeysFromTheScene)
 TEST_F(KuvoAnimTest, UsageErrorsExitWithTwoAndExplain)
 {
     std::string path = track("ok.anim", document(LIGHT));
-    for (const std::string& args : {std::string(""), std::string("frobnicate x"), std::string("info"),
-                                    "eval " + path, "eval " + path + " --times 0,x", "eval " + path + " --from 1 --to 0 --step 1",
-                                    "eval " + path + " --times 1 --from 0 --to 1 --step 1", "fmt", "validate a b"}) {
+    std::vector<std::string> wrong = {"",
+                                      "frobnicate x",
+                                      "info",
+                                      "fmt",
+                                      "validate a b",
+                                      "eval " + path,
+                                      "eval " + path + " --times 0,x",
+                                      "eval " + path + " --from 1 --to 0 --step 1",
+                                      "eval " + path + " --times 1 --from 0 --to 1 --step 1"};
+    for (const std::string& args : wrong) {
         Result r = run(args);
         EXPECT_EQ(r.status, 2) << args;
         EXPECT_NE(r.err.find("usage: kuvo-anim"), std::string::npos) << args;
