@@ -17,7 +17,9 @@ struct TrackCurveSegment {
     float t1 = 0.0f;
     float inv = 0.0f; // 1 / (t1 - t0)
     int mode = CONSTANT;
-    float ax = 0.0f, bx = 0.0f, cx = 0.0f;
+    // Kept in double: rounding them to float would move the curve's timing by up to a few 1e-7 of the
+    // segment, which steep segments turn into value errors above a millionth.
+    double ax = 0.0, bx = 0.0, cx = 0.0;
     Value v0 = 0, cv = 0, bv = 0, av = 0;
 };
 
@@ -188,14 +190,14 @@ private:
         }
         double h1 = odt / d, h2 = 1.0 + idt / d;
         double p1 = v0 + odv, p2 = v1 + idv;
-        s.cx = static_cast<float>(3.0 * h1);
-        s.bx = static_cast<float>(3.0 * (h2 - 2.0 * h1));
-        s.ax = static_cast<float>(1.0 + 3.0 * (h1 - h2));
+        s.cx = 3.0 * h1;
+        s.bx = 3.0 * (h2 - 2.0 * h1);
+        s.ax = 1.0 + 3.0 * (h1 - h2);
         s.cv = static_cast<Value>(3.0 * (p1 - v0));
         s.bv = static_cast<Value>(3.0 * (p2 - 2.0 * p1 + v0));
         s.av = static_cast<Value>(v1 - v0 + 3.0 * (p1 - p2));
         // Handles at a third and two thirds of the segment make time linear in s: no solving.
-        bool even = std::fabs(s.ax) + std::fabs(s.bx) + std::fabs(s.cx - 1.0f) <= 1e-7f;
+        bool even = std::fabs(s.ax) + std::fabs(s.bx) + std::fabs(s.cx - 1.0) <= 1e-7;
         s.mode = even ? S::BEZIER_EVEN : S::BEZIER;
         return s;
     }
