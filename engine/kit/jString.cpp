@@ -95,7 +95,7 @@ void jString::reserve(int capacity)
 
 void jString::assign(const char* text, int length)
 {
-    if (length <= 0) {
+    if (length <= 0 || !text) {
         m_length = 0;
         if (m_data)
             m_data[0] = '\0';
@@ -133,6 +133,8 @@ int jString::find(const char* text, int from) const
 
 int jString::rfind(const char* text) const
 {
+    if (!text)
+        text = "";
     int n = textLength(text);
     if (n > m_length)
         return -1;

@@ -90,7 +90,8 @@ TEST_F(jStringTest, CopiesAndSelfAssignmentKeepTheText)
     jString b(a);
     b += "!";
     EXPECT_EQ(a, "shared text");
-    a = a;
+    const jString& same = a;
+    a = same;
     EXPECT_EQ(a, "shared text");
     a = a.c_str() + 7;
     EXPECT_EQ(a, "text");
@@ -104,4 +105,18 @@ TEST_F(jStringTest, FloatTextIsShortestExact)
     EXPECT_EQ(ToString(2.0f), "2");
     EXPECT_EQ(ToString(-1.5f), "-1.5");
     EXPECT_EQ(std::stof(ToString(1.0f / 3.0f).c_str()), 1.0f / 3.0f);
+}
+
+TEST_F(jStringTest, NullTextCountsAsEmpty)
+{
+    jString s("abc");
+    EXPECT_EQ(s.rfind(nullptr), s.rfind(""));
+    EXPECT_EQ(s.rfind(""), 3);
+    EXPECT_EQ(s.find(nullptr), 0);
+    EXPECT_EQ(jString(nullptr, 4), "");
+    EXPECT_EQ(jString(nullptr), "");
+    s += static_cast<const char*>(nullptr);
+    EXPECT_EQ(s, "abc");
+    s = static_cast<const char*>(nullptr);
+    EXPECT_TRUE(s.empty());
 }
