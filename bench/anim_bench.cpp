@@ -156,7 +156,8 @@ void TrackSet(benchmark::State& state)
     for (int i = 0; i < 5000; ++i) {
         int kind = i % 10;
         int type = kind < 6 ? OBJECT_MESH : (kind < 9 ? LIGHT_POINT : CAMERA);
-        Node* n = world.addNode(type, jString(("n" + std::to_string(i)).c_str()));
+        std::string name = std::to_string(i);
+        Node* n = world.addNode(type, jString(name.c_str()));
         (type == OBJECT_MESH ? meshes : (type == LIGHT_POINT ? lights : cameras)).push_back(n);
     }
     Track track;

@@ -132,7 +132,8 @@ public:
         }
         float ax = (inT - outT) / 2.0f;
         float ay = static_cast<float>((inV - outV) / 2);
-        return vec4(ax, ay, -ax, -ay);
+        // 0 - a rather than -a: a flat handle is stored as 0, never as -0.
+        return vec4(ax, ay, 0.0f - ax, 0.0f - ay);
     }
 
     // Recomputes the tangents of every smooth key from its neighbours.

@@ -62,14 +62,14 @@ TEST_F(KuvoAnimTest, ValidateNamesEveryProblemWithItsPlace)
         const char* parameters;
         const char* line;
     } cases[] = {
-        {R"({"kind": 1, "type": "Light.glow", "keys": []})", ":3:23: type \"Light.glow\" is not registered"},
+        {R"({"kind": 1, "type": "Light.glow", "keys": []})", ":3:21: type \"Light.glow\" is not registered"},
         {R"({"kind": 0, "type": "Node.enabled", "keys": [[1, 1], [0.5, 0]]})",
-         ":3:56: keys are not sorted by time: 0.5 comes after 1"},
-        {R"({"kind": 0, "type": "Node.enabled", "keys": [[-1, 1]]})", ":3:48: time is negative"},
+         ":3:54: keys are not sorted by time: 0.5 comes after 1"},
+        {R"({"kind": 0, "type": "Node.enabled", "keys": [[-1, 1]]})", ":3:47: time is negative"},
         {R"({"kind": 1, "type": "Camera.fov", "keys": [[0, 1e300, 0, 0, 0, 0, 1]]})",
-         ":3:49: value is not finite as a 32-bit float"},
+         ":3:48: value is not finite as a 32-bit float"},
         {R"({"kind": 1, "type": "Camera.fov", "keys": [[1e300, 1, 0, 0, 0, 0, 1]]})",
-         ":3:46: time is not finite as a 32-bit float"},
+         ":3:45: time is not finite as a 32-bit float"},
         {R"({"kind": 11, "type": "Camera.fov"})", ":3:10: kind 11 is not a parameter kind (0 to 9)"},
         {R"({"kind": 1, "type": "Camera.fov"})", ":3:1: missing field \"keys\""},
         {R"({"type": "Camera.fov", "keys": []})", ":3:1: missing field \"kind\""},
@@ -93,7 +93,7 @@ TEST_F(KuvoAnimTest, ValidateReportsSyntaxErrorsAndSeveralProblemsAtOnce)
     path = track("two.anim", "{\"version\": 1, \"begin\": -2, \"parameters\": []}");
     r = run("validate " + path);
     EXPECT_EQ(r.status, 1);
-    EXPECT_EQ(r.out, path + ":1:1: missing field \"end\"\n" + path + ":1:26: time is negative\n");
+    EXPECT_EQ(r.out, path + ":1:1: missing field \"end\"\n" + path + ":1:25: time is negative\n");
 }
 
 TEST_F(KuvoAnimTest, InfoDescribesTheRangeAndEveryParameter)
