@@ -1,8 +1,15 @@
 #include "scene/World.h"
 
+#include <utility>
+
+#include "io/Package.h"
+#include "io/mjl.h"
 #include "kit/jLog.h"
 #include "scene/Engine.h"
+#include "scene/Material.h"
 #include "scene/Node.h"
+#include "scene/WorldReader.h"
+#include "scene/WorldWriter.h"
 
 namespace {
 
@@ -91,14 +98,49 @@ Node* World::addNode(int type, const jString& name, int id, Node* prefab)
 
 bool World::load(const char* path)
 {
-    jLog::error("%s:%s: reading worlds is not available in this build yet", "World::load", path);
-    return false;
+    mjl document;
+    if (!document.open(path))
+        return false; // the reader has logged path, line, column and reason
+    return loadDocument(document.getRoot(), path);
+}
+
+bool World::loadDocument(const Package* root, const char* name)
+{
+    if (!root) {
+        jLog::error("%s:%s", "World::loadDocument", "root");
+        return false;
+    }
+    // Everything is built aside and swapped in only when the whole document was read.
+    World fresh;
+    jVector<Material*> materials;
+    WorldReader reader(name);
+    if (!reader.read(root, fresh, materials)) {
+        for (int i = materials.size() - 1; i >= 0; --i)
+            jDelete(materials[i], "engine/scene/World", __LINE__, "World::load");
+        return false;
+    }
+    take_content(fresh);
+    Engine::get()->getMaterialManager()->replace(materials, this);
+    return true;
 }
 
 bool World::save(const char* path) const
 {
-    jLog::error("%s:%s: writing worlds is not available in this build yet", "World::save", path);
-    return false;
+    Package root;
+    WorldWriter::write(*this, *Engine::get()->getMaterialManager(), root);
+    return mjl::save(path, &root);
+}
+
+void World::take_content(World& other)
+{
+    std::swap(m_nodes, other.m_nodes);
+    std::swap(m_index, other.m_index);
+    // Each world keeps its own editor camera, which sits at the same place in both indexes.
+    m_index[index_position(EDITOR_CAMERA_ID)] = m_editor_camera;
+    other.m_index[other.index_position(EDITOR_CAMERA_ID)] = other.m_editor_camera;
+    std::swap(m_next_id, other.m_next_id);
+    std::swap(m_exposure, other.m_exposure);
+    std::swap(m_fog_color, other.m_fog_color);
 }
 
 int World::index_position(int id) const

@@ -5,6 +5,7 @@
 #include "kit/jVector.h"
 
 class Node;
+class Package;
 
 // A scene: its top-level nodes (prefabs own their internal nodes), the editor camera and the global
 // render settings. Loading a world also installs its materials in the engine's material manager
@@ -62,6 +63,8 @@ public:
     // false and logs "path:line:column: reason" (or the missing field) on any error; the world and
     // the materials are then left as they were.
     bool load(const char* path);
+    // Does what load does with a document already parsed; name stands for the path in messages.
+    bool loadDocument(const Package* root, const char* name);
     // Writes the nodes, the engine's materials and the render settings to a .world file,
     // atomically. Returns false and logs the reason; the file on disk is then unchanged.
     bool save(const char* path) const;
@@ -70,6 +73,8 @@ private:
     // Returns the position in m_index where id is or would go.
     int index_position(int id) const;
     void index_add(Node* node);
+    // Swaps nodes and render settings with other; each world keeps its editor camera.
+    void take_content(World& other);
 
     Node* m_editor_camera = nullptr;
     jVector<Node*> m_nodes;
