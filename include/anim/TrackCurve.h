@@ -51,13 +51,36 @@ public:
     template <class Value>
     static Value evaluate(const float* times, const TrackCurveSegment<Value>* segments, int count, float t, int& cursor)
     {
-        int c = cursor;
-        if (c < 0 || c >= count || t < segments[c].t0 || !(t < segments[c].t1)) {
-            c = TrackSegment::find(times, count, t, cursor);
-            if (c < 0)
-                return segments[0].v0;
+        return sample(locate(times, segments, count, t, cursor), t);
+    }
+
+    // Returns the segment of a compiled curve with count >= 1 keys that sample reads at t: before
+    // the first key, one that holds the first key's value from minus infinity up to that key.
+    template <class Value>
+    static TrackCurveSegment<Value> locate(const float* times, const TrackCurveSegment<Value>* segments, int count,
+                                           float t, int& cursor)
+    {
+        int c = TrackSegment::find(times, count, t, cursor);
+        if (c >= 0) {
+            if (c + 1 < count)
+                prefetch(segments + c + 1);
+            return segments[c];
         }
-        return sample(segments[c], t);
+        TrackCurveSegment<Value> before;
+        before.t0 = -std::numeric_limits<float>::infinity();
+        before.t1 = segments[0].t0;
+        before.v0 = segments[0].v0;
+        return before;
+    }
+
+    // Returns a segment that holds no time at all (t0 > t1), so that every range check fails.
+    template <class Value>
+    static TrackCurveSegment<Value> none()
+    {
+        TrackCurveSegment<Value> s;
+        s.t0 = std::numeric_limits<float>::infinity();
+        s.t1 = -std::numeric_limits<float>::infinity();
+        return s;
     }
 
     // Returns the value of one compiled segment at t (t0 <= t < t1).
@@ -147,6 +170,17 @@ public:
     }
 
 private:
+    // Starts loading a segment into the cache. Playback reaches the next segment a few frames after
+    // it entered this one, and by then the other channels of a large track have pushed everything
+    // of this one out of the nearest caches: loading it now hides that wait.
+    template <class Value>
+    static void prefetch(const TrackCurveSegment<Value>* s)
+    {
+        const char* first = reinterpret_cast<const char*>(s);
+        __builtin_prefetch(first);
+        __builtin_prefetch(first + sizeof(TrackCurveSegment<Value>) - 1);
+    }
+
     // The segment after the last key: its value forever.
     template <class Key, class Value>
     static TrackCurveSegment<Value> hold(const Key& a)

@@ -5,7 +5,9 @@
 
 // A float or double parameter: keys with tangents and a key type, evaluated as TrackCurve says.
 // The keys are compiled into curve segments on update, or at the first evaluation after they
-// changed.
+// changed. Playback asks for times that stay inside one segment for several frames, so the segment
+// of the last lookup is kept as a copy inside the parameter: while the time stays in it, a sample
+// reads nothing but the parameter itself.
 template <class Key>
 class TrackParameterCurve : public TrackParameterKeyed<Key> {
 public:
@@ -14,12 +16,11 @@ public:
     // Returns the value at t; found is false (and the result 0) only when there are no keys.
     Value getTrackValue(float t, bool& found) const
     {
-        found = !this->m_keys.empty();
-        if (!found)
-            return 0;
-        if (this->m_changed)
-            compile();
-        return TrackCurve::evaluate(m_times.data(), m_segments.data(), m_times.size(), t, this->m_cursor);
+        if (!this->m_changed && t >= m_current.t0 && t < m_current.t1) {
+            found = true;
+            return TrackCurve::sample(m_current, t);
+        }
+        return lookup(t, found);
     }
 
     // Returns the live value: the bound property's current value, else the value last played.
@@ -66,6 +67,18 @@ public:
     }
 
 private:
+    // Finds the segment that holds t, keeps a copy of it and samples it.
+    Value lookup(float t, bool& found) const
+    {
+        found = !this->m_keys.empty();
+        if (!found)
+            return 0;
+        if (this->m_changed)
+            compile();
+        m_current = TrackCurve::locate(m_times.data(), m_segments.data(), m_times.size(), t, this->m_cursor);
+        return TrackCurve::sample(m_current, t);
+    }
+
     void compile() const
     {
         auto& keys = const_cast<jVector<Key>&>(this->m_keys);
@@ -73,8 +86,11 @@ private:
         TrackCurve::compile(keys.data(), keys.size(), m_times, m_segments);
         this->m_changed = false;
         this->m_cursor = 0;
+        m_current = TrackCurve::none<Value>();
     }
 
+    // First, so that it shares a cache line with the changed flag the fast path also reads.
+    mutable TrackCurveSegment<Value> m_current = TrackCurve::none<Value>();
     mutable jVector<float> m_times;
     mutable jVector<TrackCurveSegment<Value>> m_segments;
     Value m_value = 0;
