@@ -54,23 +54,46 @@ public:
         return sample(locate(times, segments, count, t, cursor), t);
     }
 
-    // Returns the segment of a compiled curve with count >= 1 keys that sample reads at t: before
-    // the first key, one that holds the first key's value from minus infinity up to that key.
+    // Returns the value at t of a compiled curve with count >= 1 keys, as evaluate does, and keeps a
+    // copy of the segment in current when playback moved to it (the cursor was on it or on the one
+    // before): the next frames are then sampled from the copy. A jump elsewhere (scrubbing) leaves
+    // current alone, as its segment is unlikely to be asked for again.
+    template <class Value>
+    static Value play(const float* times, const TrackCurveSegment<Value>* segments, int count, float t, int& cursor,
+                      TrackCurveSegment<Value>& current)
+    {
+        int previous = cursor;
+        int c = TrackSegment::find(times, count, t, cursor);
+        if (c < 0) {
+            current = before(segments);
+            return current.v0;
+        }
+        if (c != previous && c != previous + 1)
+            return sample(segments[c], t);
+        if (c == previous + 1 && c + 1 < count)
+            prefetch(segments + c + 1);
+        current = segments[c];
+        return sample(current, t);
+    }
+
+    // Returns the segment of a compiled curve with count >= 1 keys that sample reads at t.
     template <class Value>
     static TrackCurveSegment<Value> locate(const float* times, const TrackCurveSegment<Value>* segments, int count,
                                            float t, int& cursor)
     {
         int c = TrackSegment::find(times, count, t, cursor);
-        if (c >= 0) {
-            if (c + 1 < count)
-                prefetch(segments + c + 1);
-            return segments[c];
-        }
-        TrackCurveSegment<Value> before;
-        before.t0 = -std::numeric_limits<float>::infinity();
-        before.t1 = segments[0].t0;
-        before.v0 = segments[0].v0;
-        return before;
+        return c >= 0 ? segments[c] : before(segments);
+    }
+
+    // Returns the segment before the first key: the first key's value from minus infinity up to it.
+    template <class Value>
+    static TrackCurveSegment<Value> before(const TrackCurveSegment<Value>* segments)
+    {
+        TrackCurveSegment<Value> s;
+        s.t0 = -std::numeric_limits<float>::infinity();
+        s.t1 = segments[0].t0;
+        s.v0 = segments[0].v0;
+        return s;
     }
 
     // Returns a segment that holds no time at all (t0 > t1), so that every range check fails.

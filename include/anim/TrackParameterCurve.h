@@ -67,7 +67,7 @@ public:
     }
 
 private:
-    // Finds the segment that holds t, keeps a copy of it and samples it.
+    // Finds the segment that holds t and samples it (keeping a copy of it during playback).
     Value lookup(float t, bool& found) const
     {
         found = !this->m_keys.empty();
@@ -75,8 +75,7 @@ private:
             return 0;
         if (this->m_changed)
             compile();
-        m_current = TrackCurve::locate(m_times.data(), m_segments.data(), m_times.size(), t, this->m_cursor);
-        return TrackCurve::sample(m_current, t);
+        return TrackCurve::play(m_times.data(), m_segments.data(), m_times.size(), t, this->m_cursor, m_current);
     }
 
     void compile() const
