@@ -56,8 +56,8 @@ void AppData::reset()
     m_begin = track->getBeginTime();
     m_end = track->getEndTime();
     m_time = m_begin;
-    m_path = jString::null();
-    m_name = jString::null();
+    m_path = jString(); // moving an empty string in frees the old text
+    m_name = jString();
 }
 
 bool AppData::loadTrack(const jString& path, World* world)
@@ -70,7 +70,11 @@ bool AppData::loadTrack(const jString& path, World* world)
     reset();
     m_path = path;
     m_name = path.baseName();
-    return take_loaded(reader.getRoot(), world);
+    if (take_loaded(reader.getRoot(), world))
+        return true;
+    // The engine names the line and column of each problem; this line names the file.
+    jLog::error("%s:%s: not a track the engine can play", "AppData::loadTrack", path.c_str());
+    return false;
 }
 
 bool AppData::loadTrack(Package* root, World* world)
