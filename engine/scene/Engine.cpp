@@ -8,6 +8,5 @@ Engine* Engine::get()
 
 void Engine::setDataPath(const jString& path)
 {
-    // Moving a fresh string in hands the old buffer to the temporary, which frees it.
-    m_data_path = jString(path.c_str(), path.length());
+    jKit::setDataPath(path); // one data folder for the whole engine: the kit keeps it
 }

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "kit/jKit.h"
+
 #include "kit/jString.h"
 #include "scene/MaterialManager.h"
 
@@ -22,7 +24,7 @@ public:
 
     // The data folder that relative file paths (meshes, nested tracks) start from; empty means the
     // working directory.
-    const jString& getDataPath() const { return m_data_path; }
+    const jString& getDataPath() const { return jKit::getDataPath(); }
     // Sets the data folder; an empty path frees the old text, so nothing stays allocated.
     void setDataPath(const jString& path);
 
@@ -31,5 +33,4 @@ private:
 
     MaterialManager m_materials;
     float m_frame_time = 0.0f;
-    jString m_data_path;
 };
