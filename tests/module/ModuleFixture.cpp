@@ -4,7 +4,6 @@
 #include "editor/DataDir.h"
 #include "kit/jKit.h"
 #include "msg/UiMsg.h"
-#include "scene/Engine.h"
 #include "scene/World.h"
 
 namespace {
@@ -17,7 +16,6 @@ public:
     {
         DataDir::set(KUVO_DATA_DIR);
         jKit::setDataPath(KUVO_DATA_DIR);
-        Engine::get()->setDataPath(KUVO_DATA_DIR);
         AppData::get();
     }
     void TearDown() override { AppData::get()->release(); }
