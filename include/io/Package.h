@@ -85,11 +85,16 @@ public:
 private:
     friend class PackageBuilder;
     friend class PackageArena;
+    friend class PackageWriter;
     // Nodes below a root are made in the root's arena.
     explicit Package(PackageArena* arena);
 
+    // Returns the arena of the tree, making it when a root needs its first byte.
     PackageArena* arena();
     Package* appendChild(Package* child);
+    void set_name(const char* name, size_t length);
+    void reset_value(Type type);
+    bool same_value(const Package& other) const;
 
     const char* m_name = nullptr;
     union {

@@ -44,6 +44,9 @@ public:
     static bool write(const Package* root, std::string& out, std::string* error = nullptr);
 
 private:
+    void drop_root();
+    bool read_text(const char* text, size_t size, const char* name, const char* caller);
+
     Package* m_root = nullptr;
     std::string m_error;
 };

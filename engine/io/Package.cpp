@@ -1,0 +1,310 @@
+#include "io/Package.h"
+
+#include <cmath>
+#include <cstring>
+#include <utility>
+
+#include "PackageArena.h"
+#include "kit/jAllocator.h"
+#include "kit/jLog.h"
+#include "kit/jVector.h"
+
+namespace {
+
+const char* type_name(Package::Type type)
+{
+    static const char* const names[] = {"null", "bool", "int", "double", "string", "array", "object"};
+    return names[type];
+}
+
+// Whether a DOUBLE holds exactly the integer value.
+bool double_equals_int(double d, int64_t i)
+{
+    // 2^63 is exact as a double; anything at or beyond it cannot be an int64.
+    if (!(d >= -9223372036854775808.0 && d < 9223372036854775808.0))
+        return false;
+    return std::trunc(d) == d && static_cast<int64_t>(d) == i;
+}
+
+} // namespace
+
+Package::Package() = default;
+
+Package::Package(PackageArena* arena) : m_arena(arena) {}
+
+Package::~Package()
+{
+    if (m_owns_arena)
+        jDelete(m_arena, "engine/io/Package", __LINE__, "Package::~Package");
+}
+
+void Package::clear()
+{
+    if (m_owns_arena) {
+        jDelete(m_arena, "engine/io/Package", __LINE__, "Package::clear");
+        m_arena = nullptr;
+        m_owns_arena = false;
+    }
+    reset_value(NUL);
+    m_line = 0;
+    m_column = 0;
+}
+
+PackageArena* Package::arena()
+{
+    if (!m_arena) {
+        m_arena = jNew<PackageArena>("engine/io/Package", __LINE__, "Package::arena");
+        m_owns_arena = true;
+    }
+    return m_arena;
+}
+
+void Package::reset_value(Type type)
+{
+    m_type = type;
+    m_value.i = 0;
+    m_count = 0;
+    m_capacity = 0;
+}
+
+void Package::set_name(const char* name, size_t length)
+{
+    m_name = arena()->copyText(name, length);
+    m_name_length = static_cast<uint32_t>(length);
+}
+
+Package::Type Package::getType() const { return m_type; }
+bool Package::isNull() const { return m_type == NUL; }
+bool Package::isBool() const { return m_type == BOOL; }
+bool Package::isNumber() const { return m_type == INT || m_type == DOUBLE; }
+bool Package::isString() const { return m_type == STRING; }
+bool Package::isArray() const { return m_type == ARRAY; }
+bool Package::isObject() const { return m_type == OBJECT; }
+
+const char* Package::getName() const { return m_name ? m_name : ""; }
+int Package::getNameLength() const { return static_cast<int>(m_name_length); }
+
+bool Package::getBool(bool fallback) const
+{
+    return m_type == BOOL ? m_value.b : fallback;
+}
+
+int64_t Package::getInt(int64_t fallback) const
+{
+    if (m_type == INT)
+        return m_value.i;
+    if (m_type != DOUBLE || std::isnan(m_value.d))
+        return fallback;
+    // Out-of-range doubles saturate rather than overflow the conversion.
+    if (m_value.d >= 9223372036854775808.0)
+        return INT64_MAX;
+    if (m_value.d < -9223372036854775808.0)
+        return INT64_MIN;
+    return static_cast<int64_t>(m_value.d);
+}
+
+double Package::getDouble(double fallback) const
+{
+    if (m_type == DOUBLE)
+        return m_value.d;
+    return m_type == INT ? static_cast<double>(m_value.i) : fallback;
+}
+
+const char* Package::getString() const
+{
+    return m_type == STRING ? m_value.s : "";
+}
+
+int Package::getStringLength() const
+{
+    return m_type == STRING ? static_cast<int>(m_count) : 0;
+}
+
+int Package::getNumChildren() const
+{
+    return m_type == ARRAY || m_type == OBJECT ? static_cast<int>(m_count) : 0;
+}
+
+Package* Package::getChild(int index) const
+{
+    if (index < 0 || index >= getNumChildren())
+        return nullptr;
+    return m_value.items[index];
+}
+
+Package* Package::find(const char* name) const
+{
+    if (m_type != OBJECT || !name)
+        return nullptr;
+    size_t length = std::strlen(name);
+    for (uint32_t i = 0; i < m_count; ++i) {
+        Package* child = m_value.items[i];
+        if (child->m_name_length == length && std::memcmp(child->m_name, name, length) == 0)
+            return child;
+    }
+    return nullptr;
+}
+
+int Package::getLine() const { return static_cast<int>(m_line); }
+int Package::getColumn() const { return static_cast<int>(m_column); }
+
+void Package::setNull() { reset_value(NUL); }
+
+void Package::setBool(bool value)
+{
+    reset_value(BOOL);
+    m_value.b = value;
+}
+
+void Package::setInt(int64_t value)
+{
+    reset_value(INT);
+    m_value.i = value;
+}
+
+void Package::setDouble(double value)
+{
+    reset_value(DOUBLE);
+    m_value.d = value;
+}
+
+void Package::setString(const char* text)
+{
+    setString(text, text ? static_cast<int>(std::strlen(text)) : 0);
+}
+
+void Package::setString(const char* text, int length)
+{
+    size_t size = text && length > 0 ? static_cast<size_t>(length) : 0;
+    // Copy first: text may be this node's own string, which reset_value forgets.
+    const char* copy = arena()->copyText(text, size);
+    reset_value(STRING);
+    m_value.s = copy;
+    m_count = static_cast<uint32_t>(size);
+}
+
+void Package::setArray() { reset_value(ARRAY); }
+void Package::setObject() { reset_value(OBJECT); }
+
+Package* Package::add(const char* name)
+{
+    if (m_type == NUL)
+        reset_value(name ? OBJECT : ARRAY);
+    if (m_type != ARRAY && m_type != OBJECT) {
+        jLog::error("%s:cannot add a child to a node of type %s", "Package::add", type_name(m_type));
+        return nullptr;
+    }
+    Package* child = arena()->makeNode();
+    if (m_type == OBJECT && name)
+        child->set_name(name, std::strlen(name));
+    return appendChild(child);
+}
+
+Package* Package::appendChild(Package* child)
+{
+    if (m_count == m_capacity) {
+        uint32_t capacity = m_capacity ? m_capacity * 2 : 4;
+        Package** items = arena()->makeItems(capacity);
+        if (m_count)
+            std::memcpy(items, m_value.items, m_count * sizeof(Package*));
+        m_value.items = items;
+        m_capacity = capacity;
+    }
+    m_value.items[m_count++] = child;
+    return child;
+}
+
+Package* Package::addBool(const char* name, bool value)
+{
+    Package* child = add(name);
+    if (child)
+        child->setBool(value);
+    return child;
+}
+
+Package* Package::addInt(const char* name, int64_t value)
+{
+    Package* child = add(name);
+    if (child)
+        child->setInt(value);
+    return child;
+}
+
+Package* Package::addDouble(const char* name, double value)
+{
+    Package* child = add(name);
+    if (child)
+        child->setDouble(value);
+    return child;
+}
+
+Package* Package::addString(const char* name, const char* text)
+{
+    Package* child = add(name);
+    if (child)
+        child->setString(text);
+    return child;
+}
+
+Package* Package::addArray(const char* name)
+{
+    Package* child = add(name);
+    if (child)
+        child->setArray();
+    return child;
+}
+
+Package* Package::addObject(const char* name)
+{
+    Package* child = add(name);
+    if (child)
+        child->setObject();
+    return child;
+}
+
+bool Package::same_value(const Package& other) const
+{
+    if (isNumber() && other.isNumber()) {
+        if (m_type == INT && other.m_type == INT)
+            return m_value.i == other.m_value.i;
+        if (m_type == DOUBLE && other.m_type == DOUBLE)
+            return m_value.d == other.m_value.d;
+        return m_type == INT ? double_equals_int(other.m_value.d, m_value.i)
+                             : double_equals_int(m_value.d, other.m_value.i);
+    }
+    if (m_type != other.m_type)
+        return false;
+    switch (m_type) {
+    case BOOL:
+        return m_value.b == other.m_value.b;
+    case STRING:
+        return m_count == other.m_count && std::memcmp(m_value.s, other.m_value.s, m_count) == 0;
+    case ARRAY:
+    case OBJECT:
+        return m_count == other.m_count;
+    default:
+        return true;
+    }
+}
+
+bool Package::equals(const Package& other) const
+{
+    // An explicit stack: a tree built in memory may be deeper than the call stack allows.
+    jVector<std::pair<const Package*, const Package*>> pending;
+    pending.append({this, &other});
+    while (!pending.empty()) {
+        auto [a, b] = pending.back();
+        pending.remove(pending.size() - 1);
+        if (!a->same_value(*b))
+            return false;
+        for (int i = a->getNumChildren() - 1; i >= 0; --i) {
+            const Package* x = a->m_value.items[i];
+            const Package* y = b->m_value.items[i];
+            // The names of the two tops do not matter: a subtree may be compared with a root.
+            if (x->m_name_length != y->m_name_length || std::memcmp(x->getName(), y->getName(), x->m_name_length) != 0)
+                return false;
+            pending.append({x, y});
+        }
+    }
+    return true;
+}

@@ -1,0 +1,61 @@
+#include "PackageArena.h"
+
+#include <cstring>
+#include <new>
+
+#include "io/Package.h"
+#include "kit/jAllocator.h"
+
+namespace {
+
+// Chunks double from 1 KB so that small trees stay small, up to 1 MB so that a large document
+// wastes little at the end of its last chunk.
+constexpr size_t MAX_CHUNK_SIZE = size_t(1) << 20;
+
+} // namespace
+
+PackageArena::~PackageArena()
+{
+    while (m_chunks) {
+        Chunk* next = m_chunks->next;
+        memRemoveInfo(m_chunks, "engine/io/PackageArena", __LINE__, "PackageArena::~PackageArena");
+        jAllocator::get()->localFree(m_chunks);
+        m_chunks = next;
+    }
+}
+
+void* PackageArena::allocate_chunk(size_t size, size_t align)
+{
+    size_t needed = sizeof(Chunk) + size + align;
+    size_t chunk_size = m_next_size > needed ? m_next_size : needed;
+    if (m_next_size < MAX_CHUNK_SIZE)
+        m_next_size *= 2;
+    auto* chunk = static_cast<Chunk*>(jAllocator::get()->localAlloc(chunk_size));
+    memAddInfo(chunk, true, "engine/io/PackageArena", __LINE__, "PackageArena::allocate", chunk_size);
+    chunk->next = m_chunks;
+    chunk->size = chunk_size;
+    m_chunks = chunk;
+    m_reserved += chunk_size;
+    m_cursor = reinterpret_cast<char*>(chunk + 1);
+    m_end = reinterpret_cast<char*>(chunk) + chunk_size;
+    return allocate(size, align);
+}
+
+const char* PackageArena::copyText(const char* text, size_t length)
+{
+    auto* copy = static_cast<char*>(allocate(length + 1, 1));
+    if (length)
+        std::memcpy(copy, text, length);
+    copy[length] = '\0';
+    return copy;
+}
+
+Package* PackageArena::makeNode()
+{
+    return new (allocate(sizeof(Package), alignof(Package))) Package(this);
+}
+
+Package** PackageArena::makeItems(size_t count)
+{
+    return static_cast<Package**>(allocate(count * sizeof(Package*), alignof(Package*)));
+}

@@ -1,0 +1,52 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+
+class Package;
+
+// The memory of one document tree: nodes, names, strings and children arrays are bump-allocated
+// from chunks that are only given back all at once, when the root goes. A parsed document makes
+// millions of small nodes; one pointer bump each keeps building the tree cheaper than parsing it.
+class PackageArena {
+public:
+    PackageArena() = default;
+    // Frees every chunk.
+    ~PackageArena();
+    PackageArena(const PackageArena&) = delete;
+    PackageArena& operator=(const PackageArena&) = delete;
+
+    // Returns size bytes aligned to align (a power of two); never null.
+    void* allocate(size_t size, size_t align)
+    {
+        uintptr_t at = (reinterpret_cast<uintptr_t>(m_cursor) + align - 1) & ~(uintptr_t(align) - 1);
+        if (at + size <= reinterpret_cast<uintptr_t>(m_end) && m_cursor) {
+            m_cursor = reinterpret_cast<char*>(at + size);
+            return reinterpret_cast<void*>(at);
+        }
+        return allocate_chunk(size, align);
+    }
+    // Returns a copy of length bytes of text followed by a zero byte.
+    const char* copyText(const char* text, size_t length);
+    // Returns a new null node living in this arena.
+    Package* makeNode();
+    // Returns room for count child pointers.
+    Package** makeItems(size_t count);
+
+    // Returns the bytes taken from the allocator for chunks.
+    size_t getReservedBytes() const { return m_reserved; }
+
+private:
+    struct Chunk {
+        Chunk* next;
+        size_t size;
+    };
+
+    void* allocate_chunk(size_t size, size_t align);
+
+    Chunk* m_chunks = nullptr;
+    char* m_cursor = nullptr;
+    char* m_end = nullptr;
+    size_t m_next_size = 1024;
+    size_t m_reserved = 0;
+};

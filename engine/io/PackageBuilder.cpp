@@ -1,0 +1,192 @@
+#include "PackageBuilder.h"
+
+#include <climits>
+#include <cstring>
+
+#include "PackageArena.h"
+#include "kit/jAllocator.h"
+
+PackageBuilder::PackageBuilder(Package& root, const char* text, const rapidjson::StringStream& stream)
+    : m_root(root), m_text(text), m_stream(stream)
+{
+}
+
+PackageBuilder::~PackageBuilder()
+{
+    if (m_pending) {
+        memRemoveInfo(m_pending, "engine/io/PackageBuilder", __LINE__, "PackageBuilder::~PackageBuilder");
+        jAllocator::get()->localFree(m_pending);
+    }
+}
+
+void PackageBuilder::advance(size_t offset)
+{
+    if (offset < m_scan) { // count again from the top rather than backwards
+        m_scan = 0;
+        m_line = 1;
+        m_line_start = 0;
+    }
+    for (size_t i = m_scan; i < offset; ++i) {
+        if (m_text[i] == '\n')
+            ++m_line, m_line_start = i + 1;
+    }
+    m_scan = offset;
+}
+
+void PackageBuilder::locate(size_t offset, int& line, int& column)
+{
+    advance(offset);
+    line = static_cast<int>(m_line);
+    size_t from_line_start = offset - m_line_start + 1;
+    column = static_cast<int>(from_line_start > INT_MAX ? INT_MAX : from_line_start);
+}
+
+void PackageBuilder::push_pending(Package* node)
+{
+    if (m_pending_count == m_pending_capacity) {
+        size_t capacity = m_pending_capacity ? m_pending_capacity * 2 : 256;
+        auto* grown = static_cast<Package**>(jAllocator::get()->localAlloc(capacity * sizeof(Package*)));
+        memAddInfo(grown, true, "engine/io/PackageBuilder", __LINE__, "PackageBuilder::push_pending",
+                   capacity * sizeof(Package*));
+        if (m_pending) {
+            std::memcpy(grown, m_pending, m_pending_count * sizeof(Package*));
+            memRemoveInfo(m_pending, "engine/io/PackageBuilder", __LINE__, "PackageBuilder::push_pending");
+            jAllocator::get()->localFree(m_pending);
+        }
+        m_pending = grown;
+        m_pending_capacity = capacity;
+    }
+    m_pending[m_pending_count++] = node;
+}
+
+Package* PackageBuilder::begin_value(Package::Type type, size_t start)
+{
+    Package* node = &m_root;
+    if (m_depth > 0) {
+        if (!m_arena)
+            m_arena = m_root.arena();
+        node = m_arena->makeNode();
+        if (m_key) {
+            node->m_name = m_key;
+            node->m_name_length = m_key_length;
+            m_key = nullptr;
+        }
+        push_pending(node);
+    }
+    advance(start);
+    node->m_type = type;
+    node->m_line = m_line;
+    node->m_column = static_cast<uint32_t>(start - m_line_start + 1);
+    return node;
+}
+
+bool PackageBuilder::fail(const char* reason, size_t offset)
+{
+    m_failure = reason;
+    m_failure_offset = offset;
+    return false;
+}
+
+bool PackageBuilder::Null()
+{
+    begin_value(Package::NUL, m_stream.Tell() - 4);
+    return true;
+}
+
+bool PackageBuilder::Bool(bool value)
+{
+    begin_value(Package::BOOL, m_stream.Tell() - (value ? 4 : 5))->m_value.b = value;
+    return true;
+}
+
+bool PackageBuilder::Int(int value)
+{
+    begin_value(Package::INT, m_stream.Tell())->m_value.i = value;
+    return true;
+}
+
+bool PackageBuilder::Uint(unsigned value)
+{
+    begin_value(Package::INT, m_stream.Tell())->m_value.i = value;
+    return true;
+}
+
+bool PackageBuilder::Int64(int64_t value)
+{
+    begin_value(Package::INT, m_stream.Tell())->m_value.i = value;
+    return true;
+}
+
+bool PackageBuilder::Uint64(uint64_t value)
+{
+    if (value > static_cast<uint64_t>(INT64_MAX))
+        return Double(static_cast<double>(value));
+    return Int64(static_cast<int64_t>(value));
+}
+
+bool PackageBuilder::Double(double value)
+{
+    begin_value(Package::DOUBLE, m_stream.Tell())->m_value.d = value;
+    return true;
+}
+
+bool PackageBuilder::RawNumber(const char*, rapidjson::SizeType, bool)
+{
+    return fail("numbers kept as text are not supported", m_stream.Tell());
+}
+
+bool PackageBuilder::String(const char* text, rapidjson::SizeType length, bool)
+{
+    if (length > INT_MAX)
+        return fail("string longer than 2 GB", m_stream.Tell());
+    if (!m_arena)
+        m_arena = m_root.arena();
+    const char* copy = m_arena->copyText(text, length);
+    Package* node = begin_value(Package::STRING, m_stream.Tell());
+    node->m_value.s = copy;
+    node->m_count = length;
+    return true;
+}
+
+bool PackageBuilder::Key(const char* text, rapidjson::SizeType length, bool)
+{
+    if (length > INT_MAX)
+        return fail("member name longer than 2 GB", m_stream.Tell());
+    m_key = m_arena->copyText(text, length);
+    m_key_length = length;
+    return true;
+}
+
+bool PackageBuilder::begin_container(Package::Type type)
+{
+    static_assert(mjl::MAX_DEPTH == 512, "the reason below names the limit");
+    if (m_depth == mjl::MAX_DEPTH)
+        return fail("nesting deeper than 512 levels", m_stream.Tell());
+    if (!m_arena)
+        m_arena = m_root.arena();
+    Package* node = begin_value(type, m_stream.Tell());
+    m_frames[m_depth++] = {node, m_pending_count};
+    return true;
+}
+
+bool PackageBuilder::end_container()
+{
+    Frame& frame = m_frames[--m_depth];
+    size_t count = m_pending_count - frame.first_pending;
+    if (count > INT_MAX)
+        return fail("container with more than 2^31 elements", m_stream.Tell());
+    Package* node = frame.node;
+    node->m_count = static_cast<uint32_t>(count);
+    node->m_capacity = static_cast<uint32_t>(count);
+    if (count) {
+        node->m_value.items = m_arena->makeItems(count);
+        std::memcpy(node->m_value.items, m_pending + frame.first_pending, count * sizeof(Package*));
+    }
+    m_pending_count = frame.first_pending;
+    return true;
+}
+
+bool PackageBuilder::StartObject() { return begin_container(Package::OBJECT); }
+bool PackageBuilder::EndObject(rapidjson::SizeType) { return end_container(); }
+bool PackageBuilder::StartArray() { return begin_container(Package::ARRAY); }
+bool PackageBuilder::EndArray(rapidjson::SizeType) { return end_container(); }

@@ -1,0 +1,89 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+
+#include <rapidjson/rapidjson.h>
+#include <rapidjson/stream.h>
+
+#include "io/Package.h"
+#include "io/mjl.h"
+
+class PackageArena;
+
+// Turns RapidJSON's SAX events into a Package tree, the way a DOM builder does: each value becomes
+// a node in the root's arena, the nodes of an open container wait on a pending stack, and the
+// container's children array is copied into the arena, at its exact size, when it ends.
+// Every node also gets the line and column where its value starts: the builder counts newlines up
+// to each event's position, so every byte is looked at once however the document is laid out.
+// Positions come from the reader's stream. RapidJSON parses strings and numbers on a local copy of
+// the stream, which it writes back after the event, so during String, Key and the number events
+// the stream still points at the token's first byte; the iterative reader also calls the container
+// events before it takes the bracket; only null and the booleans leave the stream past the token.
+// The reading tests pin this down.
+class PackageBuilder {
+public:
+    // text is the whole input; stream is the one the reader consumes, positioned on text.
+    PackageBuilder(Package& root, const char* text, const rapidjson::StringStream& stream);
+    // Frees the pending stack; the tree itself belongs to the root.
+    ~PackageBuilder();
+    PackageBuilder(const PackageBuilder&) = delete;
+    PackageBuilder& operator=(const PackageBuilder&) = delete;
+
+    // RapidJSON's handler interface. Each returns false to stop the parse when the input goes
+    // beyond what a tree can hold; getFailure() then says why.
+    bool Null();
+    bool Bool(bool value);
+    bool Int(int value);
+    bool Uint(unsigned value);
+    bool Int64(int64_t value);
+    bool Uint64(uint64_t value);
+    bool Double(double value);
+    bool RawNumber(const char* text, rapidjson::SizeType length, bool copy);
+    bool String(const char* text, rapidjson::SizeType length, bool copy);
+    bool Key(const char* text, rapidjson::SizeType length, bool copy);
+    bool StartObject();
+    bool EndObject(rapidjson::SizeType count);
+    bool StartArray();
+    bool EndArray(rapidjson::SizeType count);
+
+    // Returns why the builder stopped the parse, or null when it did not.
+    const char* getFailure() const { return m_failure; }
+    // Returns the byte offset of the construct that stopped the parse.
+    size_t getFailureOffset() const { return m_failure_offset; }
+    // Gives the 1-based line and column of a byte offset of the text.
+    void locate(size_t offset, int& line, int& column);
+
+private:
+    struct Frame {
+        Package* node;
+        size_t first_pending;
+    };
+
+    // Returns the node of a value that starts at offset start of the text.
+    Package* begin_value(Package::Type type, size_t start);
+    bool begin_container(Package::Type type);
+    bool end_container();
+    // Counts the lines up to offset.
+    void advance(size_t offset);
+    void push_pending(Package* node);
+    bool fail(const char* reason, size_t offset);
+
+    Package& m_root;
+    PackageArena* m_arena = nullptr;
+    const char* m_text;
+    const rapidjson::StringStream& m_stream;
+    // Everything before m_scan has been counted: m_line is its line, which starts at m_line_start.
+    size_t m_scan = 0;
+    size_t m_line_start = 0;
+    uint32_t m_line = 1;
+    const char* m_key = nullptr;
+    uint32_t m_key_length = 0;
+    Package** m_pending = nullptr;
+    size_t m_pending_count = 0;
+    size_t m_pending_capacity = 0;
+    const char* m_failure = nullptr;
+    size_t m_failure_offset = 0;
+    int m_depth = 0;
+    Frame m_frames[mjl::MAX_DEPTH];
+};

@@ -1,0 +1,99 @@
+#include "PackageReader.h"
+
+#include <cctype>
+#include <cstdio>
+
+#include <rapidjson/error/error.h>
+#include <rapidjson/reader.h>
+
+#include "PackageBuilder.h"
+#include "io/Package.h"
+
+namespace {
+
+// A reader's reason in plain words; some codes depend on the byte the reader stopped at.
+const char* reason_for(rapidjson::ParseErrorCode code, const char* text, size_t offset, size_t size)
+{
+    using namespace rapidjson;
+    // RapidJSON takes a zero byte for the end of the text.
+    if (offset < size && text[offset] == '\0')
+        return "unexpected zero byte";
+    switch (code) {
+    case kParseErrorDocumentEmpty:
+        return "the document is empty";
+    case kParseErrorDocumentRootNotSingular:
+        return "unexpected text after the document's value";
+    case kParseErrorValueInvalid:
+        return offset >= size ? "unexpected end of the document, a value was expected" : "invalid value";
+    case kParseErrorObjectMissName:
+        return offset >= size ? "unexpected end of the document inside an object"
+                              : "expected a member name in double quotes";
+    case kParseErrorObjectMissColon:
+        return "expected ':' after the member name";
+    case kParseErrorObjectMissCommaOrCurlyBracket:
+        return offset >= size ? "unexpected end of the document inside an object"
+                              : "expected ',' or '}' after the member";
+    case kParseErrorArrayMissCommaOrSquareBracket:
+        return offset >= size ? "unexpected end of the document inside an array"
+                              : "expected ',' or ']' after the element";
+    case kParseErrorStringUnicodeEscapeInvalidHex:
+        return "invalid \\u escape: four hexadecimal digits expected";
+    case kParseErrorStringUnicodeSurrogateInvalid:
+        return "invalid \\u escape: a high surrogate must be followed by a low surrogate";
+    case kParseErrorStringEscapeInvalid:
+        return offset < size && static_cast<unsigned char>(text[offset]) < 0x20
+                   ? "control character in a string (it must be escaped)"
+                   : "invalid escape sequence in a string";
+    case kParseErrorStringMissQuotationMark:
+        return "unterminated string";
+    case kParseErrorStringInvalidEncoding:
+        return offset < size && static_cast<unsigned char>(text[offset]) < 0x20
+                   ? "control character in a string (it must be escaped)"
+                   : "invalid UTF-8 in a string";
+    case kParseErrorNumberTooBig:
+        return "number too large for a double";
+    case kParseErrorNumberMissFraction:
+        return "digits expected after the decimal point";
+    case kParseErrorNumberMissExponent:
+        return "digits expected in the exponent";
+    default:
+        return "syntax error";
+    }
+}
+
+} // namespace
+
+bool PackageReader::read(const char* text, size_t size, const char* name, Package& root, std::string& error)
+{
+    constexpr unsigned flags =
+        rapidjson::kParseFullPrecisionFlag | rapidjson::kParseValidateEncodingFlag | rapidjson::kParseIterativeFlag;
+    rapidjson::StringStream stream(text);
+    PackageBuilder builder(root, text, stream);
+    rapidjson::Reader reader;
+    rapidjson::ParseResult result = reader.Parse<flags>(stream, builder);
+    size_t offset = stream.Tell();
+    const char* reason = nullptr;
+    if (builder.getFailure()) {
+        offset = builder.getFailureOffset();
+        reason = builder.getFailure();
+    } else if (result.IsError()) {
+        offset = result.Offset();
+        // A misspelt literal is reported where the reader gave up; point at the word instead.
+        while (result.Code() == rapidjson::kParseErrorValueInvalid && offset > 0 && offset <= size
+               && std::isalpha(static_cast<unsigned char>(text[offset - 1])))
+            --offset;
+        reason = reason_for(result.Code(), text, offset, size);
+    } else if (offset < size) {
+        reason = "unexpected zero byte"; // the reader stopped at it as if the text ended there
+    } else {
+        error.clear();
+        return true;
+    }
+    int line = 0;
+    int column = 0;
+    builder.locate(offset < size ? offset : size, line, column);
+    char position[48];
+    std::snprintf(position, sizeof position, ":%d:%d: ", line, column);
+    error = std::string(name) + position + reason;
+    return false;
+}

@@ -1,0 +1,16 @@
+#pragma once
+
+#include <cstddef>
+#include <string>
+
+class Package;
+
+// Parses JSON text into a Package tree with RapidJSON's SAX reader, in its iterative mode so that
+// no input can exhaust the call stack, and turns its failures into "name:line:column: reason".
+class PackageReader {
+public:
+    // Parses size bytes of text, which must be followed by a zero byte (text[size] == 0), into
+    // root. Returns false with the message in error when the text is not valid JSON or nests deeper
+    // than mjl::MAX_DEPTH; root then holds a partial tree that the caller drops.
+    static bool read(const char* text, size_t size, const char* name, Package& root, std::string& error);
+};

@@ -1,0 +1,152 @@
+#include "io/mjl.h"
+
+#include <cerrno>
+#include <cstring>
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include "AtomicFile.h"
+#include "PackageReader.h"
+#include "PackageWriter.h"
+#include "kit/jAllocator.h"
+#include "kit/jLog.h"
+
+namespace {
+
+// A zero-terminated copy of a file or of caller memory, which is what RapidJSON's fast stream reads.
+class TextBuffer {
+public:
+    explicit TextBuffer(size_t size) : m_size(size)
+    {
+        m_text = static_cast<char*>(jAllocator::get()->localAlloc(size + 1));
+        memAddInfo(m_text, true, "engine/io/mjl", __LINE__, "mjl::read", size + 1);
+        m_text[size] = '\0';
+    }
+    ~TextBuffer()
+    {
+        memRemoveInfo(m_text, "engine/io/mjl", __LINE__, "mjl::read");
+        jAllocator::get()->localFree(m_text);
+    }
+    TextBuffer(const TextBuffer&) = delete;
+    TextBuffer& operator=(const TextBuffer&) = delete;
+
+    char* data() { return m_text; }
+    size_t size() const { return m_size; }
+    void shrink(size_t size) { m_text[m_size = size] = '\0'; }
+
+private:
+    char* m_text;
+    size_t m_size;
+};
+
+// Reads the whole file into text; returns false with the system's reason.
+bool read_file(int fd, TextBuffer& text, std::string& reason)
+{
+    size_t done = 0;
+    while (done < text.size()) {
+        ssize_t got = ::read(fd, text.data() + done, text.size() - done);
+        if (got < 0 && errno == EINTR)
+            continue;
+        if (got < 0) {
+            reason = std::string("cannot read: ") + std::strerror(errno);
+            return false;
+        }
+        if (got == 0)
+            break; // the file shrank since it was measured
+        done += static_cast<size_t>(got);
+    }
+    text.shrink(done);
+    return true;
+}
+
+} // namespace
+
+mjl::mjl() = default;
+
+mjl::~mjl()
+{
+    drop_root();
+}
+
+void mjl::drop_root()
+{
+    jDelete(m_root, "engine/io/mjl", __LINE__, "mjl::drop_root");
+    m_root = nullptr;
+}
+
+bool mjl::open(const char* path, int)
+{
+    drop_root();
+    if (!path)
+        path = "";
+    std::string reason;
+    int fd = ::open(path, O_RDONLY | O_CLOEXEC);
+    struct stat info;
+    if (fd < 0 || fstat(fd, &info) != 0) {
+        reason = std::string("cannot open: ") + std::strerror(errno);
+    } else if (S_ISDIR(info.st_mode)) {
+        reason = "cannot open: it is a folder";
+    } else {
+        TextBuffer text(static_cast<size_t>(info.st_size));
+        if (read_file(fd, text, reason)) {
+            ::close(fd);
+            return read_text(text.data(), text.size(), path, "mjl::open");
+        }
+    }
+    if (fd >= 0)
+        ::close(fd);
+    m_error = std::string(path) + ": " + reason;
+    jLog::error("%s:%s", "mjl::open", m_error.c_str());
+    return false;
+}
+
+bool mjl::parse(const char* text, size_t size, const char* name)
+{
+    drop_root();
+    TextBuffer copy(size);
+    if (size)
+        std::memcpy(copy.data(), text, size);
+    return read_text(copy.data(), size, name ? name : "<memory>", "mjl::parse");
+}
+
+bool mjl::read_text(const char* text, size_t size, const char* name, const char* caller)
+{
+    m_root = jNew<Package>("engine/io/mjl", __LINE__, "mjl::read_text");
+    if (PackageReader::read(text, size, name, *m_root, m_error))
+        return true;
+    drop_root();
+    jLog::error("%s:%s", caller, m_error.c_str());
+    return false;
+}
+
+Package* mjl::getRoot()
+{
+    return m_root;
+}
+
+bool mjl::write(const Package* root, std::string& out, std::string* error)
+{
+    Package null_root;
+    PackageWriter writer(out);
+    if (writer.write(root ? *root : null_root))
+        return true;
+    if (error)
+        *error = writer.getError();
+    return false;
+}
+
+bool mjl::save(const char* path, const Package* root, int)
+{
+    std::string text;
+    std::string reason;
+    if (!write(root, text, &reason)) {
+        jLog::error("%s:%s: cannot write the document: %s", "mjl::save", path, reason.c_str());
+        return false;
+    }
+    if (!AtomicFile::replace(path, text.data(), text.size(), reason)) {
+        jLog::error("%s:%s: %s", "mjl::save", path, reason.c_str());
+        return false;
+    }
+    return true;
+}

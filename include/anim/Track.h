@@ -1,0 +1,127 @@
+#pragma once
+
+#include "anim/TrackParameter.h"
+#include "anim/TrackReg.h"
+#include "kit/jString.h"
+#include "kit/jVector.h"
+
+class Package;
+class TrackCache;
+class TrackReader;
+class World;
+
+// An animation: a play range, a loop switch and parameters, each animating one property of a node,
+// a material or the world. The track owns its parameters (removeParameter hands one back).
+// Playing (set) resolves each parameter's target in the track's world once and keeps it; after the
+// world's nodes or materials were replaced, call setWorld (or rebind) before playing again.
+class Track {
+public:
+    // The .anim format version this build reads and writes.
+    static constexpr int FORMAT_VERSION = 1;
+
+    Track();
+    virtual ~Track();
+    Track(const Track&) = delete;
+    Track& operator=(const Track&) = delete;
+
+    // Destroys every parameter and every cached nested track; the range and loop switch stay.
+    virtual void release();
+    // Returns the range to 0..0 with looping off; the parameters stay.
+    virtual void reset();
+
+    virtual float getBeginTime() const { return m_begin; }
+    virtual float getEndTime() const { return m_end; }
+    // Stores a begin time, clamped at 0.
+    virtual void setBeginTime(float t);
+    // Stores an end time, clamped at 0.
+    virtual void setEndTime(float t);
+    // Returns end minus begin (0 when the end is before the begin).
+    virtual float getLength() const;
+    virtual bool isLoop() const { return m_loop; }
+    virtual void setLoop(bool loop) { m_loop = loop; }
+
+    // Replaces the content of the track with a parsed .anim document and binds it to world (may be
+    // null). Returns false and logs "Track::load:LINE:COLUMN: reason" for the first problem; the
+    // track is then unchanged.
+    bool load(Package* root, World* world);
+    // Reads and loads a .anim file. Returns false and logs "path:LINE:COLUMN: reason"; the track is
+    // then unchanged.
+    bool loadFile(const char* path, World* world);
+    // Reads a document into this track through reader, which collects every problem; the track is
+    // replaced only when there was none. Returns whether it was.
+    bool read(TrackReader& reader, const Package* root, World* world);
+    // Writes the track into root (which becomes an object). Returns false (root then unspecified)
+    // only when root is null.
+    bool save(Package* root) const;
+    // Writes the track to a .anim file atomically; false (and a log line) when it cannot.
+    bool saveFile(const char* path) const;
+
+    int getNumParameters() const { return m_parameters.size(); }
+    // Returns parameter i, or null for a bad index.
+    TrackParameter* getParameter(int i) const;
+    // Takes ownership of a parameter and appends it; false when it is null or already held by a
+    // track.
+    bool addParameter(TrackParameter* param);
+    // Hands a parameter back to the caller; false when this track does not hold it.
+    bool removeParameter(TrackParameter* param);
+
+    // Plays the track at t: every enabled, bound parameter is evaluated and applied to its node,
+    // material or world setting. A track that is already being played (a nested track playing
+    // itself) is refused with an error.
+    void set(float t);
+    // Returns the time of the last set.
+    float getTime() const { return m_time; }
+
+    // The world the parameters are bound in (may be null).
+    World* getWorld() const { return m_world; }
+    // Uses world for binding and playing from now on; every target is resolved again.
+    void setWorld(World* world);
+    // Resolves every parameter's target again, now (the track's world must be alive).
+    void rebind();
+
+    // Binds param (held by this track) to a node of world: a node id of -1 means unbound. For a
+    // node, the id (or, when no node has the id, the name) must find a node whose type typeName's
+    // registration accepts; an internal id other than -1 must find an internal node of that node.
+    // Returns false and logs why, leaving the parameter as it was.
+    bool bindNode(TrackParameter* param, World* world, int nodeId, const jString& nodeName, int internalId,
+                  const jString& internalName, const jString& typeName);
+    // Binds param (held by this track) to the parameter with tag of a material that typeName's
+    // registration accepts. Returns false and logs why, leaving the parameter as it was.
+    bool bindMaterial(TrackParameter* param, const jString& material, const jString& tag, const jString& typeName);
+
+    // Makes an empty parameter of a kind through the engine allocator (free it with jDelete, or hand
+    // it to addParameter); null when kind is not 0 to 9.
+    static TrackParameter* CreateParameter(int kind);
+
+    // Returns every registration, always in the same order.
+    static const jVector<TrackReg*>& GetAllRegs();
+    // Returns the registration with this name, or null.
+    static TrackReg* GetRegByName(const jString& name);
+
+    // Returns the nested track of a file (a path relative to the data folder, or absolute), loading
+    // it on first use; null (logged once) when it cannot be loaded. Every track played inside this
+    // one shares the cache of the outermost track.
+    Track* getNestedTrack(const jString& file);
+    // Returns whether set is running on this track (used to refuse a track playing itself).
+    bool isPlaying() const { return m_playing; }
+
+private:
+    friend class TrackCache;
+
+    void clear_parameters();
+    TrackParameter* read_parameter(TrackReader& reader, const Package* object);
+    void resolve(TrackParameter* param);
+    bool check_binding(TrackParameter* param, const TrackReg* reg, const jString& typeName, const char* function) const;
+    TrackCache* cache();
+
+    jVector<TrackParameter*> m_parameters;
+    float m_begin = 0.0f;
+    float m_end = 0.0f;
+    bool m_loop = false;
+    float m_time = 0.0f;
+    World* m_world = nullptr;
+    bool m_playing = false;
+    // The outermost track whose cache this nested track lives in; null for an outermost track.
+    Track* m_outer = nullptr;
+    TrackCache* m_cache = nullptr;
+};

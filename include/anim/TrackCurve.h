@@ -1,0 +1,205 @@
+#pragma once
+
+#include <cmath>
+#include <limits>
+
+#include "anim/TrackSegment.h"
+#include "anim/TrackTypes.h"
+#include "kit/jMath.h"
+#include "kit/jVector.h"
+
+// One segment of a compiled curve, from a key to the next (the last key's segment runs forever):
+// v(s) = v0 + s (cv + s (bv + s av)), where s solves ((ax s + bx) s + cx) s = (t - t0) / (t1 - t0).
+template <class Value>
+struct TrackCurveSegment {
+    enum MODE { CONSTANT = 0, LINEAR = 1, BEZIER_EVEN = 2, BEZIER = 3 };
+    float t0 = 0.0f;
+    float t1 = 0.0f;
+    float inv = 0.0f; // 1 / (t1 - t0)
+    int mode = CONSTANT;
+    // Kept in double: rounding them to float would move the curve's timing by up to a few 1e-7 of the
+    // segment, which steep segments turn into value errors above a millionth.
+    double ax = 0.0, bx = 0.0, cx = 0.0;
+    Value v0 = 0, cv = 0, bv = 0, av = 0;
+};
+
+// Evaluation of float and double key arrays (TrackKeyFloat, TrackKeyDouble). The segment from key
+// i to key i+1 is shaped by key i's type: constant holds key i's value, linear interpolates, and the
+// three Bezier types run from (t_i, v_i) through key i's out handle and key i+1's in handle to
+// (t_i+1, v_i+1). Before the first key the value is the first key's, after the last the last key's.
+// Keys are compiled once into polynomial segments so that sampling needs no key arithmetic.
+class TrackCurve {
+public:
+    // How close the solved curve time must come to the asked time, as a fraction of the segment.
+    static constexpr double SOLVE_TOLERANCE = 1e-6;
+
+    // Rebuilds times (one per key) and segments (one per key) from time-sorted keys.
+    template <class Key, class Value>
+    static void compile(const Key* keys, int count, jVector<float>& times, jVector<TrackCurveSegment<Value>>& segments)
+    {
+        times.clear();
+        segments.clear();
+        times.reserve(count);
+        segments.reserve(count);
+        for (int i = 0; i < count; ++i) {
+            times.append(keys[i].time);
+            segments.append(i + 1 < count ? segment<Key, Value>(keys[i], keys[i + 1]) : hold<Key, Value>(keys[i]));
+        }
+    }
+
+    // Returns the value at t of a compiled curve with count >= 1 keys.
+    template <class Value>
+    static Value evaluate(const float* times, const TrackCurveSegment<Value>* segments, int count, float t, int& cursor)
+    {
+        int c = cursor;
+        if (c < 0 || c >= count || t < segments[c].t0 || !(t < segments[c].t1)) {
+            c = TrackSegment::find(times, count, t, cursor);
+            if (c < 0)
+                return segments[0].v0;
+        }
+        return sample(segments[c], t);
+    }
+
+    // Returns the value of one compiled segment at t (t0 <= t < t1).
+    template <class Value>
+    static Value sample(const TrackCurveSegment<Value>& s, float t)
+    {
+        if (s.mode == TrackCurveSegment<Value>::CONSTANT)
+            return s.v0;
+        double u = static_cast<double>(t - s.t0) * s.inv;
+        double p = s.mode == TrackCurveSegment<Value>::BEZIER ? solve(s.ax, s.bx, s.cx, u) : u;
+        return static_cast<Value>(s.v0 + p * (s.cv + p * (s.bv + p * static_cast<double>(s.av))));
+    }
+
+    // Returns s in [0, 1] whose curve time ((ax s + bx) s + cx) s is within SOLVE_TOLERANCE of u.
+    // The polynomial must be non-decreasing on [0, 1] from 0 to 1. Four Newton steps from s = u
+    // settle almost every segment without a branch; the rest take the safeguarded search.
+    static double solve(double ax, double bx, double cx, double u)
+    {
+        double s = u;
+        double f = 0.0;
+        for (int step = 0; step < 4; ++step) {
+            f = ((ax * s + bx) * s + cx) * s - u;
+            s -= f / ((3.0 * ax * s + 2.0 * bx) * s + cx);
+        }
+        if (std::fabs(f) <= SOLVE_TOLERANCE && s >= 0.0 && s <= 1.0)
+            return s;
+        return bracket(ax, bx, cx, u);
+    }
+
+    // The same answer as solve by Newton steps kept inside a shrinking bracket, for segments whose
+    // slope vanishes where plain Newton steps would leave [0, 1].
+    static double bracket(double ax, double bx, double cx, double u)
+    {
+        double lo = 0.0;
+        double hi = 1.0;
+        double s = u;
+        for (int step = 0; step < 64; ++step) {
+            double f = ((ax * s + bx) * s + cx) * s - u;
+            double slope = (3.0 * ax * s + 2.0 * bx) * s + cx;
+            if (std::fabs(f) <= SOLVE_TOLERANCE) {
+                // One more correction squares the remaining error at no risk inside the bracket.
+                double polished = s - f / slope;
+                return polished >= lo && polished <= hi ? polished : s;
+            }
+            if (f > 0.0)
+                hi = s;
+            else
+                lo = s;
+            double next = s - f / slope;
+            s = (next > lo && next < hi) ? next : 0.5 * (lo + hi);
+        }
+        return s;
+    }
+
+    // Returns the tangents (in_dt, in_dv, out_dt, out_dv) that the automatic rule gives key i: a
+    // third of the way to each neighbour, averaged into one straight handle through the key.
+    template <class Key>
+    static vec4 autoTangents(const Key* keys, int count, int i)
+    {
+        using Value = decltype(Key::value);
+        const float third = 0.33333334f;
+        const Value valueThird = static_cast<Value>(sizeof(Value) == sizeof(float) ? third : 1.0 / 3.0);
+        float inT = 0.0f, outT = 0.0f;
+        Value inV = 0, outV = 0;
+        if (i > 0) {
+            inT = (keys[i - 1].time - keys[i].time) * third;
+            inV = (keys[i - 1].value - keys[i].value) * valueThird;
+        }
+        if (i + 1 < count) {
+            outT = (keys[i + 1].time - keys[i].time) * third;
+            outV = (keys[i + 1].value - keys[i].value) * valueThird;
+        }
+        float ax = (inT - outT) / 2.0f;
+        float ay = static_cast<float>((inV - outV) / 2);
+        // 0 - a rather than -a: a flat handle is stored as 0, never as -0.
+        return vec4(ax, ay, 0.0f - ax, 0.0f - ay);
+    }
+
+    // Recomputes the tangents of every smooth key from its neighbours.
+    template <class Key>
+    static void smoothTangents(Key* keys, int count)
+    {
+        for (int i = 0; i < count; ++i) {
+            if (keys[i].type == TRACK_KEY_SMOOTH)
+                keys[i].tangents = autoTangents(keys, count, i);
+        }
+    }
+
+private:
+    // The segment after the last key: its value forever.
+    template <class Key, class Value>
+    static TrackCurveSegment<Value> hold(const Key& a)
+    {
+        TrackCurveSegment<Value> s;
+        s.t0 = a.time;
+        s.t1 = std::numeric_limits<float>::infinity();
+        s.v0 = a.value;
+        return s;
+    }
+
+    // Compiles the segment from a to b. Bezier handle times are clamped into the segment, scaling
+    // the handle's value offset by the same factor so the tangent keeps its slope.
+    template <class Key, class Value>
+    static TrackCurveSegment<Value> segment(const Key& a, const Key& b)
+    {
+        using S = TrackCurveSegment<Value>;
+        S s = hold<Key, Value>(a);
+        s.t1 = b.time;
+        double d = static_cast<double>(b.time) - a.time;
+        if (d <= 0.0 || a.type == TRACK_KEY_CONSTANT)
+            return s; // a zero-length segment is never sampled: the next key takes over at once
+        s.inv = static_cast<float>(1.0 / d);
+        double v0 = a.value, v1 = b.value;
+        if (a.type < TRACK_KEY_SMOOTH || a.type >= TRACK_KEY_TYPE_COUNT) {
+            s.mode = S::LINEAR;
+            s.cv = static_cast<Value>(v1 - v0);
+            return s;
+        }
+        double odt = a.tangents.z, odv = a.tangents.w, idt = b.tangents.x, idv = b.tangents.y;
+        if (odt > d) {
+            odv *= d / odt;
+            odt = d;
+        } else if (odt < 0.0) {
+            odt = 0.0;
+        }
+        if (-idt > d) {
+            idv *= d / -idt;
+            idt = -d;
+        } else if (idt > 0.0) {
+            idt = 0.0;
+        }
+        double h1 = odt / d, h2 = 1.0 + idt / d;
+        double p1 = v0 + odv, p2 = v1 + idv;
+        s.cx = 3.0 * h1;
+        s.bx = 3.0 * (h2 - 2.0 * h1);
+        s.ax = 1.0 + 3.0 * (h1 - h2);
+        s.cv = static_cast<Value>(3.0 * (p1 - v0));
+        s.bv = static_cast<Value>(3.0 * (p2 - 2.0 * p1 + v0));
+        s.av = static_cast<Value>(v1 - v0 + 3.0 * (p1 - p2));
+        // Handles at a third and two thirds of the segment make time linear in s: no solving.
+        bool even = std::fabs(s.ax) + std::fabs(s.bx) + std::fabs(s.cx - 1.0) <= 1e-7;
+        s.mode = even ? S::BEZIER_EVEN : S::BEZIER;
+        return s;
+    }
+};

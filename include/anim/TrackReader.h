@@ -1,0 +1,58 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "io/Package.h"
+
+// The state of reading one .anim document: every problem found, with the line and column of the
+// value it concerns, and the helpers that check fields while reading. Reading goes on after a
+// problem where it can, so that one pass reports every problem of a file.
+class TrackReader {
+public:
+    struct Problem {
+        int line;
+        int column;
+        std::string reason;
+    };
+
+    // With registry true, parameters whose type names are not registered are problems too (the
+    // engine itself loads them and leaves them unplayed).
+    explicit TrackReader(bool registry = false) : m_registry(registry) {}
+
+    bool checksRegistry() const { return m_registry; }
+
+    // Records a problem at the position of node (0:0 when node is null or built in memory); problems
+    // are kept in the order of their positions.
+    void fail(const Package* node, const std::string& reason);
+    bool failed() const { return !m_problems.empty(); }
+    const std::vector<Problem>& problems() const { return m_problems; }
+
+    // Returns the member of object with the name, or null after recording "missing field".
+    const Package* require(const Package* object, const char* name);
+    // Returns the member of object with the name, or null when absent (no problem).
+    const Package* optional(const Package* object, const char* name) const;
+
+    // Reads a finite number into out; records a problem and returns false otherwise.
+    bool readNumber(const Package* node, double& out, const char* what);
+    // Reads a finite number that fits a float.
+    bool readFloat(const Package* node, float& out, const char* what);
+    // Reads a finite, non-negative time.
+    bool readTime(const Package* node, float& out);
+    // Reads an integer (a number without fraction).
+    bool readInt(const Package* node, int& out, const char* what);
+    // Reads a boolean.
+    bool readBool(const Package* node, bool& out, const char* what);
+    // Reads a string.
+    bool readString(const Package* node, const char*& out, int& length, const char* what);
+
+    // Optional members with a fallback: absent gives the fallback, a wrong value a problem.
+    bool optionalBool(const Package* object, const char* name, bool fallback);
+    int optionalInt(const Package* object, const char* name, int fallback);
+    // Returns the text of an optional string member, or "" when absent.
+    const char* optionalString(const Package* object, const char* name);
+
+private:
+    bool m_registry;
+    std::vector<Problem> m_problems;
+};

@@ -1,0 +1,235 @@
+#include "io/mjl.h"
+
+#include <cstring>
+#include <optional>
+#include <string>
+
+#include "support/Scenario.h"
+
+namespace {
+
+class mjlRead : public Scenario {
+protected:
+    void SetUp() override
+    {
+        Scenario::SetUp();
+        reader.emplace();
+    }
+    // The reader's tree must be gone before the scenario checks the allocations.
+    void TearDown() override
+    {
+        reader.reset();
+        Scenario::TearDown();
+    }
+
+    // Parses text under the name "doc.json"; returns the root or null.
+    Package* parse(const std::string& text)
+    {
+        return reader->parse(text.data(), text.size(), "doc.json") ? reader->getRoot() : nullptr;
+    }
+    // Parses text that must fail and returns the message, consuming the logged error.
+    std::string failure(const std::string& text)
+    {
+        EXPECT_FALSE(reader->parse(text.data(), text.size(), "doc.json")) << text;
+        EXPECT_EQ(reader->getRoot(), nullptr);
+        std::string error = reader->getError();
+        expectLogged("mjl::parse:" + error);
+        return error;
+    }
+
+    std::optional<mjl> reader;
+};
+
+} // namespace
+
+TEST_F(mjlRead, ReadsEveryTypeWithNamesAndOrder)
+{
+    Package* root = parse(R"({"name": "walk", "loop": true, "frames": 24, "speed": 1.5, "none": null,
+                              "keys": [[0, 1.25], []], "meta": {}})");
+    ASSERT_NE(root, nullptr);
+    ASSERT_EQ(root->getNumChildren(), 7);
+    EXPECT_STREQ(root->find("name")->getString(), "walk");
+    EXPECT_TRUE(root->find("loop")->getBool());
+    EXPECT_EQ(root->find("frames")->getType(), Package::INT);
+    EXPECT_EQ(root->find("frames")->getInt(), 24);
+    EXPECT_EQ(root->find("speed")->getType(), Package::DOUBLE);
+    EXPECT_EQ(root->find("speed")->getDouble(), 1.5);
+    EXPECT_TRUE(root->find("none")->isNull());
+    Package* keys = root->find("keys");
+    ASSERT_TRUE(keys->isArray());
+    EXPECT_EQ(keys->getChild(0)->getChild(1)->getDouble(), 1.25);
+    EXPECT_EQ(keys->getChild(1)->getNumChildren(), 0);
+    EXPECT_TRUE(root->find("meta")->isObject());
+    EXPECT_STREQ(root->getChild(6)->getName(), "meta");
+}
+
+TEST_F(mjlRead, KeepsRepeatedMembersInOrder)
+{
+    Package* root = parse(R"({"a": 1, "a": 2})");
+    ASSERT_NE(root, nullptr);
+    EXPECT_EQ(root->getNumChildren(), 2);
+    EXPECT_EQ(root->find("a")->getInt(), 1);
+    EXPECT_EQ(root->getChild(1)->getInt(), 2);
+}
+
+TEST_F(mjlRead, IntegersThatFitInt64AreIntAndEverythingElseDouble)
+{
+    Package* root = parse("[9223372036854775807, -9223372036854775808, 9223372036854775808, 1.0, 1e2, "
+                          "123456789012345678901234567890, -0]");
+    ASSERT_NE(root, nullptr);
+    EXPECT_EQ(root->getChild(0)->getType(), Package::INT);
+    EXPECT_EQ(root->getChild(0)->getInt(), INT64_MAX);
+    EXPECT_EQ(root->getChild(1)->getInt(), INT64_MIN);
+    EXPECT_EQ(root->getChild(2)->getType(), Package::DOUBLE);
+    EXPECT_EQ(root->getChild(2)->getDouble(), 9223372036854775808.0);
+    EXPECT_EQ(root->getChild(3)->getType(), Package::DOUBLE);
+    EXPECT_EQ(root->getChild(4)->getType(), Package::DOUBLE);
+    EXPECT_EQ(root->getChild(5)->getType(), Package::DOUBLE);
+    EXPECT_EQ(root->getChild(5)->getDouble(), 1.2345678901234568e29);
+    EXPECT_EQ(root->getChild(6)->getType(), Package::INT);
+}
+
+TEST_F(mjlRead, ReadsDoublesToTheNearestValue)
+{
+    Package* root = parse("[0.1, 2.2250738585072011e-308, 0.30000000000000004, 1e-300, 1.7976931348623157e308]");
+    ASSERT_NE(root, nullptr);
+    EXPECT_EQ(root->getChild(0)->getDouble(), 0.1);
+    EXPECT_EQ(root->getChild(1)->getDouble(), 2.2250738585072011e-308);
+    EXPECT_EQ(root->getChild(2)->getDouble(), 0.30000000000000004);
+    EXPECT_EQ(root->getChild(3)->getDouble(), 1e-300);
+    EXPECT_EQ(root->getChild(4)->getDouble(), 1.7976931348623157e308);
+}
+
+TEST_F(mjlRead, DecodesEscapesAndKeepsUtf8)
+{
+    Package* root = parse(R"(["a\"b\\c\/d\b\f\n\r\t", "\u00e9\u20ac\ud83d\ude00", "√©", "nul\u0000byte"])");
+    ASSERT_NE(root, nullptr);
+    EXPECT_STREQ(root->getChild(0)->getString(), "a\"b\\c/d\b\f\n\r\t");
+    EXPECT_STREQ(root->getChild(1)->getString(), "\xC3\xA9\xE2\x82\xAC\xF0\x9F\x98\x80");
+    EXPECT_STREQ(root->getChild(2)->getString(), "√©");
+    EXPECT_EQ(std::string(root->getChild(3)->getString(), root->getChild(3)->getStringLength()),
+              std::string("nul\0byte", 8));
+}
+
+TEST_F(mjlRead, GivesEveryNodeTheLineAndColumnWhereItsValueStarts)
+{
+    Package* root = parse("{\n  \"a\": 1,\n  \"list\": [\n    true, \"x\",\n\t{}\n  ]\n}\n");
+    ASSERT_NE(root, nullptr);
+    EXPECT_EQ(root->getLine(), 1);
+    EXPECT_EQ(root->getColumn(), 1);
+    EXPECT_EQ(root->find("a")->getLine(), 2);
+    EXPECT_EQ(root->find("a")->getColumn(), 8);
+    Package* list = root->find("list");
+    EXPECT_EQ(list->getLine(), 3);
+    EXPECT_EQ(list->getColumn(), 11);
+    EXPECT_EQ(list->getChild(0)->getLine(), 4);
+    EXPECT_EQ(list->getChild(0)->getColumn(), 5);
+    EXPECT_EQ(list->getChild(1)->getColumn(), 11);
+    EXPECT_EQ(list->getChild(2)->getLine(), 5);
+    EXPECT_EQ(list->getChild(2)->getColumn(), 2);
+}
+
+TEST_F(mjlRead, ScalarRootsAreAccepted)
+{
+    Package* root = parse("  \"just text\"  ");
+    ASSERT_NE(root, nullptr);
+    EXPECT_STREQ(root->getString(), "just text");
+    EXPECT_EQ(root->getColumn(), 3);
+    root = parse("-12");
+    ASSERT_NE(root, nullptr);
+    EXPECT_EQ(root->getInt(), -12);
+}
+
+TEST_F(mjlRead, ReportsTheLineColumnAndReasonOfASyntaxError)
+{
+    EXPECT_EQ(failure("{\n  \"a\": 1\n  \"b\": 2\n}"), "doc.json:3:3: expected ',' or '}' after the member");
+    EXPECT_EQ(failure("[1, 2,]"), "doc.json:1:7: invalid value");
+    EXPECT_EQ(failure("{\"a\" 1}"), "doc.json:1:6: expected ':' after the member name");
+    EXPECT_EQ(failure("{'a': 1}"), "doc.json:1:2: expected a member name in double quotes");
+    EXPECT_EQ(failure("[1 2]"), "doc.json:1:4: expected ',' or ']' after the element");
+    EXPECT_EQ(failure("[1] x"), "doc.json:1:5: unexpected text after the document's value");
+}
+
+TEST_F(mjlRead, ReportsBadStringsAndNumbersWithReadableReasons)
+{
+    EXPECT_EQ(failure("[\n\"ab\ncd\"]"), "doc.json:2:4: control character in a string (it must be escaped)");
+    EXPECT_EQ(failure("[\"\\x\"]"), "doc.json:1:3: invalid escape sequence in a string");
+    EXPECT_EQ(failure("[\"\\u12G4\"]"), "doc.json:1:3: invalid \\u escape: four hexadecimal digits expected");
+    EXPECT_EQ(failure("[\"\\ud800\"]"),
+              "doc.json:1:3: invalid \\u escape: a high surrogate must be followed by a low surrogate");
+    EXPECT_EQ(failure("[\"\xC3\x28\"]"), "doc.json:1:3: invalid UTF-8 in a string");
+    EXPECT_EQ(failure("[1.]"), "doc.json:1:4: digits expected after the decimal point");
+    EXPECT_EQ(failure("[1e]"), "doc.json:1:4: digits expected in the exponent");
+    EXPECT_EQ(failure("[1e400]"), "doc.json:1:2: number too large for a double");
+}
+
+TEST_F(mjlRead, ReportsTheEndOfTheDocument)
+{
+    EXPECT_EQ(failure(""), "doc.json:1:1: the document is empty");
+    EXPECT_EQ(failure("  \n "), "doc.json:2:2: the document is empty");
+    EXPECT_EQ(failure("[1,\n 2"), "doc.json:2:3: unexpected end of the document inside an array");
+    EXPECT_EQ(failure("{\"a\": 1"), "doc.json:1:8: unexpected end of the document inside an object");
+    EXPECT_EQ(failure("[\"open"), "doc.json:1:7: unterminated string");
+}
+
+TEST_F(mjlRead, RejectsAZeroByteInsteadOfStoppingThere)
+{
+    EXPECT_EQ(failure(std::string("[1]\0[2]", 7)), "doc.json:1:4: unexpected zero byte");
+    EXPECT_EQ(failure(std::string("[\"a\0b\"]", 7)), "doc.json:1:4: unexpected zero byte");
+}
+
+TEST_F(mjlRead, AcceptsNestingUpToTheLimitAndRejectsDeeper)
+{
+    std::string deepest = std::string(mjl::MAX_DEPTH, '[') + std::string(mjl::MAX_DEPTH, ']');
+    Package* root = parse(deepest);
+    ASSERT_NE(root, nullptr);
+    int depth = 0;
+    for (Package* node = root; node; node = node->getChild(0))
+        ++depth;
+    EXPECT_EQ(depth, mjl::MAX_DEPTH);
+
+    std::string deeper = "{\"a\":\n" + std::string(mjl::MAX_DEPTH, '[') + std::string(mjl::MAX_DEPTH, ']') + "}";
+    EXPECT_EQ(failure(deeper), "doc.json:2:512: nesting deeper than 512 levels");
+}
+
+TEST_F(mjlRead, SurvivesAMillionOpeningBrackets)
+{
+    EXPECT_EQ(failure(std::string(1000000, '[')), "doc.json:1:513: nesting deeper than 512 levels");
+    EXPECT_NE(failure(std::string(1000000, '"')), "");
+}
+
+TEST_F(mjlRead, OpenNamesThePathInErrors)
+{
+    TempDir dir;
+    std::string path = dir.file("bad.json");
+    ASSERT_TRUE(writeFileText(path, "{\n  \"a\": tru\n}\n"));
+    EXPECT_FALSE(reader->open(path.c_str()));
+    EXPECT_EQ(reader->getError(), path + ":2:8: invalid value");
+    expectLogged("mjl::open:" + path + ":2:8: invalid value");
+}
+
+TEST_F(mjlRead, OpenReportsAMissingFileWithTheSystemReason)
+{
+    TempDir dir;
+    std::string path = dir.file("missing.json");
+    EXPECT_FALSE(reader->open(path.c_str()));
+    EXPECT_EQ(reader->getError(), path + ": cannot open: No such file or directory");
+    expectLogged("mjl::open:" + path + ": cannot open: No such file or directory");
+    EXPECT_FALSE(reader->open(dir.path().c_str()));
+    expectLogged(dir.path() + ": cannot open: it is a folder");
+}
+
+TEST_F(mjlRead, OpenReadsAFileAndAFailureDropsThePreviousRoot)
+{
+    TempDir dir;
+    std::string good = dir.file("good.json");
+    ASSERT_TRUE(writeFileText(good, "{\"frames\": [1, 2, 3]}\n"));
+    ASSERT_TRUE(reader->open(good.c_str()));
+    EXPECT_EQ(reader->getError(), "");
+    ASSERT_NE(reader->getRoot(), nullptr);
+    EXPECT_EQ(reader->getRoot()->find("frames")->getNumChildren(), 3);
+
+    EXPECT_FALSE(reader->open(dir.file("none.json").c_str()));
+    EXPECT_EQ(reader->getRoot(), nullptr);
+    expectLogged("none.json");
+}

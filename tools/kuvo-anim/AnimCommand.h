@@ -1,0 +1,30 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+class Track;
+class World;
+
+// What every verb of kuvo-anim shares: the exit codes, the usage text and loading a track file with
+// every problem reported as "FILE:LINE:COLUMN: reason".
+class AnimCommand {
+public:
+    static constexpr int OK = 0;
+    static constexpr int INVALID = 1;
+    static constexpr int USAGE = 2;
+
+    // Prints the usage text (after message, when given) to stderr; returns USAGE.
+    static int usage(const std::string& message);
+
+    // Reads and checks a .anim file into track (bound to world, may be null). With registry true,
+    // unregistered type names count as problems. Returns the problems as "FILE:LINE:COLUMN: reason"
+    // lines; empty when the track was loaded.
+    static std::vector<std::string> load(const std::string& path, Track& track, World* world, bool registry);
+
+    // The verbs; args are the arguments after the verb. Each returns the exit code.
+    static int info(const std::vector<std::string>& args);
+    static int validate(const std::vector<std::string>& args);
+    static int fmt(const std::vector<std::string>& args);
+    static int eval(const std::vector<std::string>& args);
+};

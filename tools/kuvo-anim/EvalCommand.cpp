@@ -1,0 +1,195 @@
+#include <cmath>
+#include <cstdio>
+#include <cstdlib>
+#include <sstream>
+
+#include "AnimCommand.h"
+#include "anim/Track.h"
+#include "anim/TrackKeyCodec.h"
+#include "anim/TrackParameterColor.h"
+#include "anim/TrackParameterDVec3.h"
+#include "anim/TrackParameterDouble.h"
+#include "anim/TrackParameterFloat.h"
+#include "anim/TrackParameterString.h"
+#include "anim/TrackParameterToggle.h"
+#include "anim/TrackParameterTrack.h"
+#include "anim/TrackParameterVec3.h"
+#include "io/Package.h"
+#include "io/mjl.h"
+#include "scene/World.h"
+
+namespace {
+
+// Most samples one eval prints; a step that would make more is a usage error.
+const long MAX_SAMPLES = 10000000;
+
+bool parseNumber(const std::string& text, double& out)
+{
+    char* end = nullptr;
+    out = std::strtod(text.c_str(), &end);
+    return !text.empty() && end == text.c_str() + text.size() && std::isfinite(out);
+}
+
+bool parseTimes(const std::string& list, std::vector<float>& times)
+{
+    std::stringstream in(list);
+    std::string item;
+    while (std::getline(in, item, ',')) {
+        double t = 0.0;
+        if (!parseNumber(item, t))
+            return false;
+        times.push_back(static_cast<float>(t));
+    }
+    return !times.empty();
+}
+
+struct Options {
+    std::string file;
+    std::string world;
+    std::vector<float> times;
+};
+
+// Reads the arguments; returns an empty text, or why they are not usable.
+std::string parseOptions(const std::vector<std::string>& args, Options& o)
+{
+    double from = 0.0, to = 0.0, step = 0.0;
+    bool hasFrom = false, hasTo = false, hasStep = false, hasTimes = false;
+    for (size_t i = 0; i < args.size(); ++i) {
+        const std::string& a = args[i];
+        bool value = i + 1 < args.size();
+        if (a == "--times" && value) {
+            if (!parseTimes(args[++i], o.times))
+                return "--times needs a comma-separated list of finite numbers";
+            hasTimes = true;
+        } else if (a == "--from" && value) {
+            hasFrom = parseNumber(args[++i], from);
+        } else if (a == "--to" && value) {
+            hasTo = parseNumber(args[++i], to);
+        } else if (a == "--step" && value) {
+            hasStep = parseNumber(args[++i], step);
+        } else if (a == "--world" && value) {
+            o.world = args[++i];
+        } else if (o.file.empty() && a.rfind("--", 0) != 0) {
+            o.file = a;
+        } else {
+            return "unexpected argument \"" + a + "\"";
+        }
+    }
+    if (o.file.empty())
+        return "eval needs a FILE";
+    bool range = hasFrom || hasTo || hasStep;
+    if (hasTimes == range)
+        return "eval needs either --times or all of --from, --to and --step (finite numbers)";
+    if (range) {
+        if (!(hasFrom && hasTo && hasStep) || step <= 0.0 || to < from)
+            return "--from A --to B --step S needs A <= B and S > 0";
+        double count = std::floor((to - from) / step + 1e-9) + 1.0;
+        if (count > MAX_SAMPLES)
+            return "--step gives more than " + std::to_string(MAX_SAMPLES) + " samples";
+        for (long k = 0; k < static_cast<long>(count); ++k)
+            o.times.push_back(static_cast<float>(from + k * step));
+    }
+    return "";
+}
+
+void addFloat(Package* sample, float v)
+{
+    sample->addDouble(nullptr, TrackKeyCodec::widen(v));
+}
+
+// Appends the values of p at t after the time: see the usage of "eval".
+void addValues(const TrackParameter* p, float t, Package* sample)
+{
+    bool found = false;
+    switch (p->getType()) {
+    case TRACK_PARAMETER_TOGGLE:
+        sample->addInt(nullptr, static_cast<const TrackParameterToggle*>(p)->getTrackValue(t, found));
+        break;
+    case TRACK_PARAMETER_FLOAT:
+        addFloat(sample, static_cast<const TrackParameterFloat*>(p)->getTrackValue(t, found));
+        break;
+    case TRACK_PARAMETER_DOUBLE:
+        sample->addDouble(nullptr, static_cast<const TrackParameterDouble*>(p)->getTrackValue(t, found));
+        break;
+    case TRACK_PARAMETER_COLOR: {
+        vec4 c = static_cast<const TrackParameterColor*>(p)->getTrackValue(t, found);
+        for (int i = 0; i < 4; ++i)
+            addFloat(sample, c[i]);
+        break;
+    }
+    case TRACK_PARAMETER_VEC3: {
+        vec3 v = static_cast<const TrackParameterVec3*>(p)->getTrackValue(t, found);
+        for (int i = 0; i < 3; ++i)
+            addFloat(sample, v[i]);
+        break;
+    }
+    case TRACK_PARAMETER_DVEC3: {
+        dvec3 v = static_cast<const TrackParameterDVec3*>(p)->getTrackValue(t, found);
+        for (int i = 0; i < 3; ++i)
+            sample->addDouble(nullptr, v[i]);
+        break;
+    }
+    case TRACK_PARAMETER_TRACK: {
+        const TrackParameterTrack* nested = static_cast<const TrackParameterTrack*>(p);
+        const jString& file = nested->getTrackValueName(t, found);
+        sample->add()->setString(file.c_str(), file.length());
+        bool timed = false;
+        float time = nested->getTrackValueTime(t, timed);
+        addFloat(sample, timed ? time : t);
+        break;
+    }
+    case TRACK_PARAMETER_STRING_FILE:
+    case TRACK_PARAMETER_STRING_MATERIAL: {
+        const jString& text = static_cast<const TrackParameterString*>(p)->getTrackValue(t, found);
+        sample->add()->setString(text.c_str(), text.length());
+        break;
+    }
+    default:
+        break;
+    }
+}
+
+} // namespace
+
+int AnimCommand::eval(const std::vector<std::string>& args)
+{
+    Options o;
+    std::string wrong = parseOptions(args, o);
+    if (!wrong.empty())
+        return usage(wrong);
+    World world;
+    if (!o.world.empty() && !world.load(o.world.c_str())) {
+        std::fprintf(stderr, "%s: the scene cannot be loaded\n", o.world.c_str());
+        return INVALID;
+    }
+    Track track;
+    std::vector<std::string> problems = load(o.file, track, o.world.empty() ? nullptr : &world, false);
+    for (const std::string& line : problems)
+        std::fprintf(stderr, "%s\n", line.c_str());
+    if (!problems.empty())
+        return INVALID;
+
+    Package root;
+    root.addString("file", o.file.c_str());
+    Package* list = root.addArray("parameters");
+    for (int i = 0; i < track.getNumParameters(); ++i) {
+        const TrackParameter* p = track.getParameter(i);
+        Package* item = list->addObject(nullptr);
+        item->addInt("index", i);
+        item->addInt("kind", p->getType());
+        item->addString("type", p->getTypeName().c_str());
+        item->addString("name", p->getName().c_str());
+        Package* samples = item->addArray("samples");
+        if (p->getType() == TRACK_PARAMETER_OPAQUE)
+            continue;
+        for (float t : o.times) {
+            Package* sample = samples->addArray(nullptr);
+            addFloat(sample, t);
+            addValues(p, t, sample);
+        }
+    }
+    std::string text;
+    mjl::write(&root, text);
+    std::fwrite(text.data(), 1, text.size(), stdout);
+    return OK;
+}
