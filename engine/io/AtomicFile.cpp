@@ -10,14 +10,6 @@
 
 namespace {
 
-// Splits path into its folder ("." when there is none) and its name.
-void split(const std::string& path, std::string& folder, std::string& name)
-{
-    size_t slash = path.rfind('/');
-    folder = slash == std::string::npos ? "." : slash == 0 ? "/" : path.substr(0, slash);
-    name = slash == std::string::npos ? path : path.substr(slash + 1);
-}
-
 // The permissions the new file should get: the old file's, or what a plain create would give.
 mode_t mode_for(const char* path)
 {
@@ -29,61 +21,89 @@ mode_t mode_for(const char* path)
     return 0666 & ~mask;
 }
 
-bool write_all(int fd, const char* data, size_t size)
+} // namespace
+
+AtomicFile::AtomicFile(const char* path) : m_path(path ? path : "")
 {
-    while (size > 0) {
-        ssize_t written = ::write(fd, data, size);
-        if (written < 0) {
-            if (errno == EINTR)
-                continue;
-            return false;
-        }
-        data += written;
-        size -= static_cast<size_t>(written);
-    }
-    return true;
+    size_t slash = m_path.rfind('/');
+    m_folder = slash == std::string::npos ? "." : slash == 0 ? "/" : m_path.substr(0, slash);
+    std::string name = slash == std::string::npos ? m_path : m_path.substr(slash + 1);
+    // Hidden, beside the target, and within the system's name limit whatever the target's name.
+    m_temp = m_folder + "/." + name.substr(0, 200) + ".XXXXXX";
 }
 
-bool failed(std::string& reason, const char* what)
+AtomicFile::~AtomicFile()
 {
-    reason = std::string(what) + ": " + std::strerror(errno);
+    discard();
+}
+
+bool AtomicFile::fail(const char* what)
+{
+    m_reason = std::string(what) + ": " + std::strerror(errno);
+    discard();
     return false;
 }
 
-// Makes the rename itself durable. The content is already in place, so a failure here is only
-// worth a warning.
-void sync_folder(const std::string& folder, const char* path)
+void AtomicFile::discard()
 {
-    int fd = ::open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
-    if (fd < 0 || (fsync(fd) != 0 && errno != EINVAL))
-        jLog::warning("%s:%s: the folder could not be synced: %s", "AtomicFile::replace", path, std::strerror(errno));
-    if (fd >= 0)
-        ::close(fd);
+    if (m_fd < 0)
+        return;
+    ::close(m_fd);
+    unlink(m_temp.c_str());
+    m_fd = -1;
 }
 
-} // namespace
-
-bool AtomicFile::replace(const char* path, const char* data, size_t size, std::string& reason)
+bool AtomicFile::open()
 {
-    std::string folder;
-    std::string name;
-    split(path, folder, name);
-    // Keep the temporary name within the system's limit whatever the target's name.
-    std::string temp = folder + "/." + name.substr(0, 200) + ".XXXXXX";
-    int fd = mkstemp(temp.data());
-    if (fd < 0)
-        return failed(reason, "cannot create a temporary file beside it");
-    bool ok = (fchmod(fd, mode_for(path)) == 0 || failed(reason, "cannot set the permissions"))
-              && (write_all(fd, data, size) || failed(reason, "cannot write"))
-              && (fsync(fd) == 0 || failed(reason, "cannot flush to disk"));
-    if (::close(fd) != 0 && ok)
-        ok = failed(reason, "cannot close");
-    if (ok && rename(temp.c_str(), path) != 0)
-        ok = failed(reason, "cannot replace the file");
-    if (!ok) {
-        unlink(temp.c_str());
+    m_fd = mkstemp(m_temp.data());
+    if (m_fd < 0)
+        return fail("cannot create a temporary file beside it");
+    if (fchmod(m_fd, mode_for(m_path.c_str())) != 0)
+        return fail("cannot set the permissions");
+    return true;
+}
+
+bool AtomicFile::write(const char* data, size_t size)
+{
+    while (size > 0 && m_fd >= 0) {
+        ssize_t written = ::write(m_fd, data, size);
+        if (written < 0 && errno == EINTR)
+            continue;
+        if (written < 0)
+            return fail("cannot write");
+        data += written;
+        size -= static_cast<size_t>(written);
+    }
+    return m_fd >= 0;
+}
+
+bool AtomicFile::commit()
+{
+    if (m_fd < 0)
+        return false;
+    if (fsync(m_fd) != 0)
+        return fail("cannot flush to disk");
+    int fd = m_fd;
+    m_fd = -1; // from here the temporary file is closed, whatever close() says
+    const char* failed = ::close(fd) != 0                              ? "cannot close"
+                         : rename(m_temp.c_str(), m_path.c_str()) != 0 ? "cannot replace the file"
+                                                                       : nullptr;
+    if (failed) {
+        m_reason = std::string(failed) + ": " + std::strerror(errno);
+        unlink(m_temp.c_str());
         return false;
     }
-    sync_folder(folder, path);
+    sync_folder();
     return true;
+}
+
+void AtomicFile::sync_folder()
+{
+    // The new content is already in place, so a failure here is only worth a warning.
+    int folder = ::open(m_folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+    if (folder < 0 || (fsync(folder) != 0 && errno != EINVAL))
+        jLog::warning("%s:%s: the folder could not be synced: %s", "AtomicFile::commit", m_path.c_str(),
+                      std::strerror(errno));
+    if (folder >= 0)
+        ::close(folder);
 }

@@ -65,6 +65,7 @@ void Package::reset_value(Type type)
     m_value.i = 0;
     m_count = 0;
     m_capacity = 0;
+    m_in_row = false;
 }
 
 void Package::set_name(const char* name, size_t length)
@@ -129,7 +130,7 @@ Package* Package::getChild(int index) const
 {
     if (index < 0 || index >= getNumChildren())
         return nullptr;
-    return m_value.items[index];
+    return child_at(static_cast<uint32_t>(index));
 }
 
 Package* Package::find(const char* name) const
@@ -138,7 +139,7 @@ Package* Package::find(const char* name) const
         return nullptr;
     size_t length = std::strlen(name);
     for (uint32_t i = 0; i < m_count; ++i) {
-        Package* child = m_value.items[i];
+        Package* child = child_at(i);
         if (child->m_name_length == length && std::memcmp(child->m_name, name, length) == 0)
             return child;
     }
@@ -202,13 +203,15 @@ Package* Package::add(const char* name)
 
 Package* Package::appendChild(Package* child)
 {
-    if (m_count == m_capacity) {
+    if (m_count == m_capacity || m_in_row) {
+        // Children read from text stay where they are: only the array that points at them grows.
         uint32_t capacity = m_capacity ? m_capacity * 2 : 4;
         Package** items = arena()->makeItems(capacity);
-        if (m_count)
-            std::memcpy(items, m_value.items, m_count * sizeof(Package*));
+        for (uint32_t i = 0; i < m_count; ++i)
+            items[i] = child_at(i);
         m_value.items = items;
         m_capacity = capacity;
+        m_in_row = false;
     }
     m_value.items[m_count++] = child;
     return child;
@@ -298,8 +301,8 @@ bool Package::equals(const Package& other) const
         if (!a->same_value(*b))
             return false;
         for (int i = a->getNumChildren() - 1; i >= 0; --i) {
-            const Package* x = a->m_value.items[i];
-            const Package* y = b->m_value.items[i];
+            const Package* x = a->child_at(static_cast<uint32_t>(i));
+            const Package* y = b->child_at(static_cast<uint32_t>(i));
             // The names of the two tops do not matter: a subtree may be compared with a root.
             if (x->m_name_length != y->m_name_length || std::memcmp(x->getName(), y->getName(), x->m_name_length) != 0)
                 return false;

@@ -2,11 +2,12 @@
 
 #include <climits>
 #include <cstring>
+#include <new>
 
 #include "PackageArena.h"
 #include "kit/jAllocator.h"
 
-PackageBuilder::PackageBuilder(Package& root, const char* text, const rapidjson::StringStream& stream)
+PackageBuilder::PackageBuilder(Package& root, const char* text, const TextStream& stream)
     : m_root(root), m_text(text), m_stream(stream)
 {
 }
@@ -26,9 +27,22 @@ void PackageBuilder::advance(size_t offset)
         m_line = 1;
         m_line_start = 0;
     }
-    for (size_t i = m_scan; i < offset; ++i) {
-        if (m_text[i] == '\n')
-            ++m_line, m_line_start = i + 1;
+    const char* p = m_text + m_scan;
+    const char* end = m_text + offset;
+    while (p < end) {
+        // Eight bytes at a time while they hold no newline, which is most of the text.
+        if (end - p >= 8) {
+            uint64_t word;
+            std::memcpy(&word, p, 8);
+            word ^= 0x0A0A0A0A0A0A0A0Aull;
+            if (((word - 0x0101010101010101ull) & ~word & 0x8080808080808080ull) == 0) {
+                p += 8;
+                continue;
+            }
+        }
+        if (*p == '\n')
+            ++m_line, m_line_start = static_cast<size_t>(p + 1 - m_text);
+        ++p;
     }
     m_scan = offset;
 }
@@ -41,37 +55,36 @@ void PackageBuilder::locate(size_t offset, int& line, int& column)
     column = static_cast<int>(from_line_start > INT_MAX ? INT_MAX : from_line_start);
 }
 
-void PackageBuilder::push_pending(Package* node)
+Package* PackageBuilder::push_pending()
 {
     if (m_pending_count == m_pending_capacity) {
         size_t capacity = m_pending_capacity ? m_pending_capacity * 2 : 256;
-        auto* grown = static_cast<Package**>(jAllocator::get()->localAlloc(capacity * sizeof(Package*)));
+        void* grown = jAllocator::get()->localAlloc(capacity * sizeof(Package));
         memAddInfo(grown, true, "engine/io/PackageBuilder", __LINE__, "PackageBuilder::push_pending",
-                   capacity * sizeof(Package*));
+                   capacity * sizeof(Package));
         if (m_pending) {
-            std::memcpy(grown, m_pending, m_pending_count * sizeof(Package*));
+            // Pending nodes hold only plain values and pointers into the arena: moving their bytes
+            // moves them.
+            std::memcpy(grown, static_cast<void*>(m_pending), m_pending_count * sizeof(Package));
             memRemoveInfo(m_pending, "engine/io/PackageBuilder", __LINE__, "PackageBuilder::push_pending");
             jAllocator::get()->localFree(m_pending);
         }
-        m_pending = grown;
+        m_pending = static_cast<Package*>(grown);
         m_pending_capacity = capacity;
     }
-    m_pending[m_pending_count++] = node;
+    return new (m_pending + m_pending_count++) Package(m_arena);
 }
 
 Package* PackageBuilder::begin_value(Package::Type type, size_t start)
 {
     Package* node = &m_root;
     if (m_depth > 0) {
-        if (!m_arena)
-            m_arena = m_root.arena();
-        node = m_arena->makeNode();
+        node = push_pending();
         if (m_key) {
             node->m_name = m_key;
             node->m_name_length = m_key_length;
             m_key = nullptr;
         }
-        push_pending(node);
     }
     advance(start);
     node->m_type = type;
@@ -164,25 +177,28 @@ bool PackageBuilder::begin_container(Package::Type type)
         return fail("nesting deeper than 512 levels", m_stream.Tell());
     if (!m_arena)
         m_arena = m_root.arena();
-    Package* node = begin_value(type, m_stream.Tell());
-    m_frames[m_depth++] = {node, m_pending_count};
+    begin_value(type, m_stream.Tell());
+    m_frames[m_depth++] = m_pending_count;
     return true;
 }
 
 bool PackageBuilder::end_container()
 {
-    Frame& frame = m_frames[--m_depth];
-    size_t count = m_pending_count - frame.first_pending;
+    size_t first = m_frames[--m_depth];
+    size_t count = m_pending_count - first;
     if (count > INT_MAX)
         return fail("container with more than 2^31 elements", m_stream.Tell());
-    Package* node = frame.node;
+    // The container itself waits just below its children, unless it is the root.
+    Package* node = m_depth == 0 ? &m_root : m_pending + first - 1;
     node->m_count = static_cast<uint32_t>(count);
     node->m_capacity = static_cast<uint32_t>(count);
     if (count) {
-        node->m_value.items = m_arena->makeItems(count);
-        std::memcpy(node->m_value.items, m_pending + frame.first_pending, count * sizeof(Package*));
+        void* row = m_arena->allocate(count * sizeof(Package), alignof(Package));
+        std::memcpy(row, static_cast<const void*>(m_pending + first), count * sizeof(Package));
+        node->m_value.nodes = static_cast<Package*>(row);
+        node->m_in_row = true;
     }
-    m_pending_count = frame.first_pending;
+    m_pending_count = first;
     return true;
 }
 

@@ -4,16 +4,17 @@
 #include <cstdint>
 
 #include <rapidjson/rapidjson.h>
-#include <rapidjson/stream.h>
+
+#include "TextStream.h"
 
 #include "io/Package.h"
 #include "io/mjl.h"
 
 class PackageArena;
 
-// Turns RapidJSON's SAX events into a Package tree, the way a DOM builder does: each value becomes
-// a node in the root's arena, the nodes of an open container wait on a pending stack, and the
-// container's children array is copied into the arena, at its exact size, when it ends.
+// Turns RapidJSON's SAX events into a Package tree, the way a DOM builder does: the nodes of open
+// containers wait on a pending stack, and when a container ends its children are copied into the
+// root's arena in one row, at their exact count, so a value costs one node and no pointer.
 // Every node also gets the line and column where its value starts: the builder counts newlines up
 // to each event's position, so every byte is looked at once however the document is laid out.
 // Positions come from the reader's stream. RapidJSON parses strings and numbers on a local copy of
@@ -24,7 +25,7 @@ class PackageArena;
 class PackageBuilder {
 public:
     // text is the whole input; stream is the one the reader consumes, positioned on text.
-    PackageBuilder(Package& root, const char* text, const rapidjson::StringStream& stream);
+    PackageBuilder(Package& root, const char* text, const TextStream& stream);
     // Frees the pending stack; the tree itself belongs to the root.
     ~PackageBuilder();
     PackageBuilder(const PackageBuilder&) = delete;
@@ -55,35 +56,32 @@ public:
     void locate(size_t offset, int& line, int& column);
 
 private:
-    struct Frame {
-        Package* node;
-        size_t first_pending;
-    };
-
     // Returns the node of a value that starts at offset start of the text.
     Package* begin_value(Package::Type type, size_t start);
     bool begin_container(Package::Type type);
     bool end_container();
     // Counts the lines up to offset.
     void advance(size_t offset);
-    void push_pending(Package* node);
+    // Returns a new node on top of the pending stack; it moves when the stack grows.
+    Package* push_pending();
     bool fail(const char* reason, size_t offset);
 
     Package& m_root;
     PackageArena* m_arena = nullptr;
     const char* m_text;
-    const rapidjson::StringStream& m_stream;
+    const TextStream& m_stream;
     // Everything before m_scan has been counted: m_line is its line, which starts at m_line_start.
     size_t m_scan = 0;
     size_t m_line_start = 0;
     uint32_t m_line = 1;
     const char* m_key = nullptr;
     uint32_t m_key_length = 0;
-    Package** m_pending = nullptr;
+    Package* m_pending = nullptr;
     size_t m_pending_count = 0;
     size_t m_pending_capacity = 0;
     const char* m_failure = nullptr;
     size_t m_failure_offset = 0;
     int m_depth = 0;
-    Frame m_frames[mjl::MAX_DEPTH];
+    // Where the children of each open container start on the pending stack.
+    size_t m_frames[mjl::MAX_DEPTH];
 };

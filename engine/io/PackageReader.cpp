@@ -67,7 +67,7 @@ bool PackageReader::read(const char* text, size_t size, const char* name, Packag
 {
     constexpr unsigned flags =
         rapidjson::kParseFullPrecisionFlag | rapidjson::kParseValidateEncodingFlag | rapidjson::kParseIterativeFlag;
-    rapidjson::StringStream stream(text);
+    TextStream stream(text, size);
     PackageBuilder builder(root, text, stream);
     rapidjson::Reader reader;
     rapidjson::ParseResult result = reader.Parse<flags>(stream, builder);

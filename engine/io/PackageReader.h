@@ -9,8 +9,7 @@ class Package;
 // no input can exhaust the call stack, and turns its failures into "name:line:column: reason".
 class PackageReader {
 public:
-    // Parses size bytes of text, which must be followed by a zero byte (text[size] == 0), into
-    // root. Returns false with the message in error when the text is not valid JSON or nests deeper
+    // Parses size bytes of text into root. Returns false with the message in error when the text is not valid JSON or nests deeper
     // than mjl::MAX_DEPTH; root then holds a partial tree that the caller drops.
     static bool read(const char* text, size_t size, const char* name, Package& root, std::string& error);
 };

@@ -4,12 +4,9 @@
 #include <cmath>
 #include <cstring>
 
-namespace {
+#include "AtomicFile.h"
 
-bool is_scalar(const Package& node)
-{
-    return !node.isArray() && !node.isObject();
-}
+namespace {
 
 // Returns the length of the UTF-8 sequence starting at p (a byte of 0x80 or more), or 0 when it is
 // not well formed (RFC 3629: no overlong forms, nothing beyond U+10FFFF). Encoded UTF-16 surrogates
@@ -45,25 +42,44 @@ const char HEX[] = "0123456789abcdef";
 
 } // namespace
 
-PackageWriter::PackageWriter(std::string& out) : m_out(out)
+PackageWriter::PackageWriter(std::string& out) : m_string(&out)
 {
-    m_out.clear();
+    m_string->clear();
 }
 
-void PackageWriter::grow(size_t bytes)
+PackageWriter::PackageWriter(AtomicFile& file) : m_file(&file) {}
+
+bool PackageWriter::is_scalar(const Package& node)
 {
-    size_t used = m_cursor ? static_cast<size_t>(m_cursor - m_out.data()) : 0;
-    size_t size = m_out.size() * 2;
-    if (size < used + bytes + 4096)
-        size = used + bytes + 4096;
-    m_out.resize(size);
-    m_cursor = m_out.data() + used;
-    m_end = m_out.data() + m_out.size();
+    return node.m_type != Package::ARRAY && node.m_type != Package::OBJECT;
+}
+
+void PackageWriter::emit(const char* data, size_t size)
+{
+    if (m_string) {
+        m_string->append(data, size);
+    } else if (!m_file_failed && !m_file->write(data, size)) {
+        m_file_failed = true;
+        m_error = m_file->getReason();
+    }
+}
+
+void PackageWriter::flush()
+{
+    emit(m_buffer, static_cast<size_t>(m_cursor - m_buffer));
+    m_cursor = m_buffer;
 }
 
 void PackageWriter::put(const char* text, size_t length)
 {
-    std::memcpy(reserve(length), text, length);
+    if (static_cast<size_t>(m_end - m_cursor) < length) {
+        flush();
+        if (length > BUFFER_SIZE / 2) { // a long string goes on as it is
+            emit(text, length);
+            return;
+        }
+    }
+    std::memcpy(m_cursor, text, length);
     m_cursor += length;
 }
 
@@ -77,11 +93,11 @@ void PackageWriter::write_indent(int depth)
 bool PackageWriter::write(const Package& root)
 {
     bool written = write_value(root);
-    while (written && m_depth > 0) {
+    while (written && !m_file_failed && m_depth > 0) {
         Frame& frame = m_frames[m_depth - 1];
         const Package& node = *frame.node;
         if (frame.next < node.m_count) {
-            const Package& child = *node.m_value.items[frame.next++];
+            const Package& child = *node.child_at(frame.next++);
             put(frame.next == 1 ? "\n" : ",\n", frame.next == 1 ? 1 : 2);
             write_indent(m_depth);
             if (node.m_type == Package::OBJECT) {
@@ -100,8 +116,8 @@ bool PackageWriter::write(const Package& root)
     if (!written)
         return false;
     put('\n');
-    m_out.resize(static_cast<size_t>(m_cursor - m_out.data()));
-    return true;
+    flush();
+    return !m_file_failed;
 }
 
 bool PackageWriter::write_value(const Package& node)
@@ -118,7 +134,7 @@ bool PackageWriter::write_value(const Package& node)
     if (!object) {
         bool flat = true;
         for (uint32_t i = 0; i < node.m_count && flat; ++i)
-            flat = is_scalar(*node.m_value.items[i]);
+            flat = is_scalar(*node.child_at(i));
         if (flat)
             return write_inline_array(node);
     }
@@ -136,7 +152,7 @@ bool PackageWriter::write_inline_array(const Package& node)
         if (i)
             put(", ", 2);
         frame.next = i + 1;
-        if (!write_scalar(*node.m_value.items[i]))
+        if (!write_scalar(*node.child_at(i)))
             return false;
     }
     put(']');
@@ -201,11 +217,12 @@ bool PackageWriter::write_string(const char* text, size_t length)
             if (c == 0xED && p[1] >= 0xB0) {
                 // A lone low surrogate, which the reader accepts from a \u escape: write it back
                 // as one so that it reads back to the same bytes.
+                unsigned code = 0xD000 | (p[1] & 0x3Fu) << 6 | (p[2] & 0x3Fu);
                 char* out = reserve(6);
-                std::memcpy(out, "\\udc", 4);
-                unsigned low = ((p[1] & 0x0F) << 6) | (p[2] & 0x3F);
-                out[4] = HEX[low >> 4 & 0xF];
-                out[5] = HEX[low & 0xF];
+                out[0] = '\\';
+                out[1] = 'u';
+                for (int k = 0; k < 4; ++k)
+                    out[2 + k] = HEX[code >> (12 - 4 * k) & 0xF];
                 m_cursor += 6;
             } else {
                 put(reinterpret_cast<const char*>(p), static_cast<size_t>(n));
@@ -246,7 +263,7 @@ std::string PackageWriter::member_path() const
         if (m_frames[i].next == 0)
             break; // the container itself is at fault
         if (node.m_type == Package::OBJECT) {
-            const Package& child = *node.m_value.items[index];
+            const Package& child = *node.child_at(index);
             if (!path.empty())
                 path += '.';
             path.append(child.getName(), child.m_name_length);

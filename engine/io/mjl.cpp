@@ -14,18 +14,17 @@
 
 namespace {
 
-// A zero-terminated copy of a file or of caller memory, which is what RapidJSON's fast stream reads.
+// The bytes of a file while it is parsed.
 class TextBuffer {
 public:
     explicit TextBuffer(size_t size) : m_size(size)
     {
-        m_text = static_cast<char*>(jAllocator::get()->localAlloc(size + 1));
-        memAddInfo(m_text, true, "engine/io/mjl", __LINE__, "mjl::read", size + 1);
-        m_text[size] = '\0';
+        m_text = static_cast<char*>(jAllocator::get()->localAlloc(size));
+        memAddInfo(m_text, true, "engine/io/mjl", __LINE__, "mjl::open", size);
     }
     ~TextBuffer()
     {
-        memRemoveInfo(m_text, "engine/io/mjl", __LINE__, "mjl::read");
+        memRemoveInfo(m_text, "engine/io/mjl", __LINE__, "mjl::open");
         jAllocator::get()->localFree(m_text);
     }
     TextBuffer(const TextBuffer&) = delete;
@@ -33,7 +32,7 @@ public:
 
     char* data() { return m_text; }
     size_t size() const { return m_size; }
-    void shrink(size_t size) { m_text[m_size = size] = '\0'; }
+    void shrink(size_t size) { m_size = size; }
 
 private:
     char* m_text;
@@ -104,10 +103,7 @@ bool mjl::open(const char* path, int)
 bool mjl::parse(const char* text, size_t size, const char* name)
 {
     drop_root();
-    TextBuffer copy(size);
-    if (size)
-        std::memcpy(copy.data(), text, size);
-    return read_text(copy.data(), size, name ? name : "<memory>", "mjl::parse");
+    return read_text(text ? text : "", text ? size : 0, name ? name : "<memory>", "mjl::parse");
 }
 
 bool mjl::read_text(const char* text, size_t size, const char* name, const char* caller)
@@ -138,15 +134,20 @@ bool mjl::write(const Package* root, std::string& out, std::string* error)
 
 bool mjl::save(const char* path, const Package* root, int)
 {
-    std::string text;
+    Package null_root;
+    AtomicFile file(path);
     std::string reason;
-    if (!write(root, text, &reason)) {
-        jLog::error("%s:%s: cannot write the document: %s", "mjl::save", path, reason.c_str());
-        return false;
+    if (!file.open()) {
+        reason = file.getReason();
+    } else {
+        PackageWriter writer(file);
+        if (!writer.write(root ? *root : null_root))
+            reason = file.getReason().empty() ? "cannot write the document: " + writer.getError() : file.getReason();
+        else if (!file.commit())
+            reason = file.getReason();
     }
-    if (!AtomicFile::replace(path, text.data(), text.size(), reason)) {
-        jLog::error("%s:%s: %s", "mjl::save", path, reason.c_str());
-        return false;
-    }
-    return true;
+    if (reason.empty())
+        return true;
+    jLog::error("%s:%s: %s", "mjl::save", path ? path : "", reason.c_str());
+    return false;
 }

@@ -95,6 +95,7 @@ private:
     void set_name(const char* name, size_t length);
     void reset_value(Type type);
     bool same_value(const Package& other) const;
+    Package* child_at(uint32_t index) const { return m_in_row ? m_value.nodes + index : m_value.items[index]; }
 
     const char* m_name = nullptr;
     union {
@@ -102,7 +103,8 @@ private:
         int64_t i;
         double d;
         const char* s;
-        Package** items;
+        Package** items; // children made one by one
+        Package* nodes;  // children read from text, laid out in a row
     } m_value{};
     PackageArena* m_arena = nullptr;
     uint32_t m_name_length = 0;
@@ -112,4 +114,5 @@ private:
     uint32_t m_column = 0;
     Type m_type = NUL;
     bool m_owns_arena = false;
+    bool m_in_row = false; // the children are in m_value.nodes
 };

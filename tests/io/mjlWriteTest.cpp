@@ -157,9 +157,9 @@ TEST_F(mjlWrite, StringsThatAreNotUtf8FailNamingTheMember)
 TEST_F(mjlWrite, ALoneLowSurrogateIsWrittenAsAnEscapeThatReadsBackTheSameBytes)
 {
     mjl reader;
-    const char json[] = "[\"\\udc00x\"]";
+    const char json[] = "[\"\\udc00x\", \"\\uDFAA\\uDd1e\"]";
     ASSERT_TRUE(reader.parse(json, sizeof json - 1, "surrogate"));
-    EXPECT_EQ(text(*reader.getRoot()), "[\"\\udc00x\"]\n");
+    EXPECT_EQ(text(*reader.getRoot()), "[\"\\udc00x\", \"\\udfaa\\udd1e\"]\n");
 }
 
 TEST_F(mjlWrite, NestingDeeperThanTheReaderAcceptsFails)

@@ -1,0 +1,252 @@
+#include "UIShapeStore.h"
+
+#include <QFontMetricsF>
+#include <QPainter>
+#include <QPainterPath>
+#include <algorithm>
+#include <cmath>
+
+namespace {
+
+int cell_of(double v, int size) { return static_cast<int>(std::floor(v / size)); }
+
+bool on_segment(const QPointF& p, const QPointF& a, const QPointF& b)
+{
+    const double eps = 1e-6;
+    double cross = (b.x() - a.x()) * (p.y() - a.y()) - (b.y() - a.y()) * (p.x() - a.x());
+    if (std::abs(cross) > eps * std::max(1.0, std::hypot(b.x() - a.x(), b.y() - a.y())))
+        return false;
+    return p.x() >= std::min(a.x(), b.x()) - eps && p.x() <= std::max(a.x(), b.x()) + eps &&
+           p.y() >= std::min(a.y(), b.y()) - eps && p.y() <= std::max(a.y(), b.y()) + eps;
+}
+
+bool contains(const std::vector<QPointF>& poly, const QPointF& p)
+{
+    bool inside = false;
+    size_t n = poly.size();
+    for (size_t i = 0, j = n - 1; i < n; j = i++) {
+        const QPointF& a = poly[i];
+        const QPointF& b = poly[j];
+        if (on_segment(p, a, b))
+            return true;
+        if ((a.y() > p.y()) != (b.y() > p.y()) && p.x() < (b.x() - a.x()) * (p.y() - a.y()) / (b.y() - a.y()) + a.x())
+            inside = !inside;
+    }
+    return inside;
+}
+
+bool draws_before(const UIShapeStore::Shape& a, const UIShapeStore::Shape& b)
+{
+    return a.order != b.order ? a.order < b.order : a.seq < b.seq;
+}
+
+} // namespace
+
+int UIShapeStore::add(Kind kind, int order)
+{
+    Shape s;
+    s.kind = kind;
+    s.order = order;
+    s.seq = m_seq++;
+    m_shapes.push_back(std::move(s));
+    ++m_live;
+    int id = static_cast<int>(m_shapes.size()) - 1;
+    if (kind == Text)
+        touch(id);
+    return id;
+}
+
+UIShapeStore::Shape* UIShapeStore::find(int id, Kind kind)
+{
+    if (id < 0 || id >= static_cast<int>(m_shapes.size()) || m_shapes[id].kind != kind)
+        return nullptr;
+    return &m_shapes[id];
+}
+
+const UIShapeStore::Shape* UIShapeStore::find(int id, Kind kind) const
+{
+    return const_cast<UIShapeStore*>(this)->find(id, kind);
+}
+
+void UIShapeStore::touch(int id)
+{
+    Shape& s = m_shapes[id];
+    if (!s.stale) {
+        s.stale = true;
+        m_stale.push_back(id);
+    }
+}
+
+bool UIShapeStore::remove(int id, Kind kind)
+{
+    Shape* s = find(id, kind);
+    if (!s)
+        return false;
+    unfile(id, *s);
+    *s = Shape();
+    --m_live;
+    return true;
+}
+
+bool UIShapeStore::reorder(int id, int order)
+{
+    if (id < 0 || id >= static_cast<int>(m_shapes.size()) || m_shapes[id].kind == Removed)
+        return false;
+    m_shapes[id].order = order;
+    m_shapes[id].seq = m_seq++;
+    return true;
+}
+
+void UIShapeStore::clear()
+{
+    m_shapes.clear();
+    m_stale.clear();
+    m_grid.clear();
+    m_live = 0;
+}
+
+QFont UIShapeStore::fontOf(int pixelSize) const
+{
+    QFont font("DejaVu Sans");
+    font.setPixelSize(std::max(1, pixelSize));
+    return font;
+}
+
+QSizeF UIShapeStore::textSize(const Shape& s) const
+{
+    QFontMetricsF metrics(fontOf(s.fontSize));
+    return QSizeF(metrics.horizontalAdvance(s.text), metrics.height());
+}
+
+QRectF UIShapeStore::bounds_of(const Shape& s) const
+{
+    if (s.kind == Text) {
+        if (s.text.isEmpty())
+            return QRectF();
+        return QRectF(s.position, textSize(s)).adjusted(-s.outline - 1, -s.outline - 1, s.outline + 1, s.outline + 1);
+    }
+    if (s.points.empty() || (s.kind == Polygon && s.points.size() < 3))
+        return QRectF();
+    double x0 = s.points[0].x(), x1 = x0, y0 = s.points[0].y(), y1 = y0;
+    for (const QPointF& p : s.points) {
+        x0 = std::min(x0, p.x());
+        x1 = std::max(x1, p.x());
+        y0 = std::min(y0, p.y());
+        y1 = std::max(y1, p.y());
+    }
+    double pad = s.kind == Line ? s.width / 2.0 + 1.0 : 1.0;
+    return QRectF(QPointF(x0 - pad, y0 - pad), QPointF(x1 + pad, y1 + pad));
+}
+
+void UIShapeStore::file(int id, Shape& s)
+{
+    s.bounds = bounds_of(s);
+    if (s.bounds.isEmpty())
+        return;
+    s.cells[0] = cell_of(s.bounds.left(), k_cell);
+    s.cells[1] = cell_of(s.bounds.top(), k_cell);
+    s.cells[2] = cell_of(s.bounds.right(), k_cell);
+    s.cells[3] = cell_of(s.bounds.bottom(), k_cell);
+    for (int cy = s.cells[1]; cy <= s.cells[3]; ++cy) {
+        for (int cx = s.cells[0]; cx <= s.cells[2]; ++cx)
+            cell(cx, cy).push_back(id);
+    }
+}
+
+void UIShapeStore::unfile(int id, Shape& s)
+{
+    for (int cy = s.cells[1]; cy <= s.cells[3]; ++cy) {
+        for (int cx = s.cells[0]; cx <= s.cells[2]; ++cx) {
+            auto it = m_grid.find(key(cx, cy));
+            if (it == m_grid.end())
+                continue;
+            std::vector<int>& ids = it->second;
+            auto found = std::find(ids.begin(), ids.end(), id);
+            if (found != ids.end()) {
+                *found = ids.back();
+                ids.pop_back();
+            }
+        }
+    }
+    s.cells[0] = s.cells[1] = 0;
+    s.cells[2] = s.cells[3] = -1;
+    s.bounds = QRectF();
+}
+
+void UIShapeStore::refresh()
+{
+    for (int id : m_stale) {
+        Shape& s = m_shapes[id];
+        if (s.kind == Removed || !s.stale)
+            continue;
+        unfile(id, s);
+        file(id, s);
+        s.stale = false;
+    }
+    m_stale.clear();
+}
+
+template <class F>
+void UIShapeStore::visit(const QRectF& area, F&& f)
+{
+    refresh();
+    ++m_stamp;
+    int x0 = cell_of(area.left(), k_cell), x1 = cell_of(area.right(), k_cell);
+    int y0 = cell_of(area.top(), k_cell), y1 = cell_of(area.bottom(), k_cell);
+    for (int cy = y0; cy <= y1; ++cy) {
+        for (int cx = x0; cx <= x1; ++cx) {
+            auto it = m_grid.find(key(cx, cy));
+            if (it == m_grid.end())
+                continue;
+            for (int id : it->second) {
+                Shape& s = m_shapes[id];
+                if (s.stamp == m_stamp)
+                    continue;
+                s.stamp = m_stamp;
+                if (s.bounds.intersects(area))
+                    f(id, s);
+            }
+        }
+    }
+}
+
+int UIShapeStore::paint(QPainter& painter, const QRect& area)
+{
+    std::vector<int> ids;
+    visit(QRectF(area), [&ids](int id, Shape&) { ids.push_back(id); });
+    std::sort(ids.begin(), ids.end(), [this](int a, int b) { return draws_before(m_shapes[a], m_shapes[b]); });
+    painter.setRenderHint(QPainter::Antialiasing, false);
+    for (int id : ids) {
+        const Shape& s = m_shapes[id];
+        if (s.kind == Polygon) {
+            painter.setPen(Qt::NoPen);
+            painter.setBrush(s.color);
+            painter.drawPolygon(s.points.data(), static_cast<int>(s.points.size()));
+        } else if (s.kind == Line) {
+            painter.setPen(QPen(s.color, s.width, Qt::SolidLine, Qt::SquareCap, Qt::MiterJoin));
+            painter.setBrush(Qt::NoBrush);
+            painter.drawPolyline(s.points.data(), static_cast<int>(s.points.size()));
+        } else {
+            QFont font = fontOf(s.fontSize);
+            QPainterPath path;
+            path.addText(s.position + QPointF(0, QFontMetricsF(font).ascent()), font, s.text);
+            painter.setRenderHint(QPainter::Antialiasing, true);
+            if (s.outline > 0)
+                painter.strokePath(path, QPen(s.outlineColor, 2.0 * s.outline));
+            painter.fillPath(path, s.color);
+            painter.setRenderHint(QPainter::Antialiasing, false);
+        }
+    }
+    return static_cast<int>(ids.size());
+}
+
+int UIShapeStore::polygonAt(float x, float y)
+{
+    int best = -1;
+    QPointF p(x, y);
+    visit(QRectF(x - 0.5, y - 0.5, 1.0, 1.0), [&](int id, Shape& s) {
+        if (s.kind == Polygon && contains(s.points, p) && (best < 0 || draws_before(m_shapes[best], s)))
+            best = id;
+    });
+    return best;
+}

@@ -1,0 +1,22 @@
+#pragma once
+
+#include "kit/jString.h"
+#include "ui/UIElement.h"
+
+// A check box with a text. The user's toggling raises sigChanged; setChecked is silent.
+class UICheckBox : public UIElement {
+public:
+    explicit UICheckBox(UIRoot* root, const char* text = "");
+
+    void setText(const char* text);
+    const jString& getText() const { return m_text; }
+    // Sets the state without raising any event.
+    void setChecked(bool checked);
+    bool isChecked() const;
+
+    // Raised when the user toggles the box.
+    UISlot<UIEventChanged> sigChanged;
+
+private:
+    jString m_text;
+};
