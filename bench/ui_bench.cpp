@@ -86,4 +86,27 @@ BENCHMARK(BM_RepaintView)->Arg(5000)->Arg(20000)->Arg(100000)->Unit(benchmark::k
 void BM_RepaintVisible(benchmark::State& state) { repaint(state, 100000, static_cast<int>(state.range(0))); }
 BENCHMARK(BM_RepaintVisible)->Arg(1000)->Arg(2500)->Arg(5000)->Unit(benchmark::kMillisecond);
 
+// Row labels as the row tree draws them: outlined texts, 27 rows of 20 in view.
+void BM_RepaintTexts(benchmark::State& state)
+{
+    UIRoot* root = jNew<UIRoot>("bench/ui", __LINE__, "BM_RepaintTexts");
+    UICanvas* canvas = jNew<UICanvas>("bench/ui", __LINE__, "BM_RepaintTexts", root);
+    canvas->setFixSize(k_view_w, k_view_h);
+    for (int row = 0; row < k_rows_in_view; ++row) {
+        for (int i = 0; i < 20; ++i) {
+            int id = canvas->addText(2);
+            canvas->setText(id, "position.x");
+            canvas->setTextOutline(id, static_cast<int>(state.range(0)));
+            canvas->setTextPosition(id, 50.0f * i, 22.0f * row + 4);
+        }
+    }
+    for (auto _ : state)
+        root->getAutomation()->renderRegion(canvas, 0, 0, k_view_w, k_view_h);
+    state.counters["painted"] = canvas->getLastPaintCount();
+    canvas->release();
+    jDelete(canvas, "bench/ui", __LINE__, "BM_RepaintTexts");
+    jDelete(root, "bench/ui", __LINE__, "BM_RepaintTexts");
+}
+BENCHMARK(BM_RepaintTexts)->Arg(0)->Arg(1)->Unit(benchmark::kMillisecond);
+
 } // namespace

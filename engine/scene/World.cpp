@@ -57,7 +57,7 @@ Node* World::getNode(int index) const { return index >= 0 && index < m_nodes.siz
 Node* World::getNodeByID(int id) const
 {
     int at = index_position(id);
-    return at < m_index.size() && m_index[at]->getID() == id ? m_index[at] : nullptr;
+    return at < m_index.size() && m_index[at].id == id ? m_index[at].node : nullptr;
 }
 
 Node* World::getNodeByName(const jString& name) const
@@ -136,8 +136,8 @@ void World::take_content(World& other)
     std::swap(m_nodes, other.m_nodes);
     std::swap(m_index, other.m_index);
     // Each world keeps its own editor camera, which sits at the same place in both indexes.
-    m_index[index_position(EDITOR_CAMERA_ID)] = m_editor_camera;
-    other.m_index[other.index_position(EDITOR_CAMERA_ID)] = other.m_editor_camera;
+    m_index[index_position(EDITOR_CAMERA_ID)].node = m_editor_camera;
+    other.m_index[other.index_position(EDITOR_CAMERA_ID)].node = other.m_editor_camera;
     std::swap(m_next_id, other.m_next_id);
     std::swap(m_exposure, other.m_exposure);
     std::swap(m_fog_color, other.m_fog_color);
@@ -149,7 +149,7 @@ int World::index_position(int id) const
     int high = m_index.size();
     while (low < high) {
         int middle = (low + high) / 2;
-        if (m_index[middle]->getID() < id)
+        if (m_index[middle].id < id)
             low = middle + 1;
         else
             high = middle;
@@ -157,4 +157,4 @@ int World::index_position(int id) const
     return low;
 }
 
-void World::index_add(Node* node) { m_index.insert(index_position(node->getID()), node); }
+void World::index_add(Node* node) { m_index.insert(index_position(node->getID()), IndexEntry{node->getID(), node}); }

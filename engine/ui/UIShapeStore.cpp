@@ -2,7 +2,6 @@
 
 #include <QFontMetricsF>
 #include <QPainter>
-#include <QPainterPath>
 #include <algorithm>
 #include <cmath>
 
@@ -216,28 +215,75 @@ int UIShapeStore::paint(QPainter& painter, const QRect& area)
     visit(QRectF(area), [&ids](int id, Shape&) { ids.push_back(id); });
     std::sort(ids.begin(), ids.end(), [this](int a, int b) { return draws_before(m_shapes[a], m_shapes[b]); });
     painter.setRenderHint(QPainter::Antialiasing, false);
+    // Neighbouring marks mostly share a colour; changing the painter's state only when it differs
+    // keeps the cost per shape down to the fill itself.
+    Kind state = Removed;
+    QRgb brush = 0;
     for (int id : ids) {
         const Shape& s = m_shapes[id];
         if (s.kind == Polygon) {
-            painter.setPen(Qt::NoPen);
-            painter.setBrush(s.color);
+            if (state != Polygon || brush != s.color.rgba()) {
+                painter.setPen(Qt::NoPen);
+                painter.setBrush(s.color);
+                state = Polygon;
+                brush = s.color.rgba();
+            }
             painter.drawPolygon(s.points.data(), static_cast<int>(s.points.size()));
         } else if (s.kind == Line) {
+            state = Line;
             painter.setPen(QPen(s.color, s.width, Qt::SolidLine, Qt::SquareCap, Qt::MiterJoin));
             painter.setBrush(Qt::NoBrush);
             painter.drawPolyline(s.points.data(), static_cast<int>(s.points.size()));
         } else {
-            QFont font = fontOf(s.fontSize);
-            QPainterPath path;
-            path.addText(s.position + QPointF(0, QFontMetricsF(font).ascent()), font, s.text);
-            painter.setRenderHint(QPainter::Antialiasing, true);
-            if (s.outline > 0)
-                painter.strokePath(path, QPen(s.outlineColor, 2.0 * s.outline));
-            painter.fillPath(path, s.color);
-            painter.setRenderHint(QPainter::Antialiasing, false);
+            state = Text;
+            paint_text(painter, s);
         }
     }
     return static_cast<int>(ids.size());
+}
+
+// A text is drawn once into an image (the outline being the text drawn around itself in the outline
+// colour) and the image is reused while the text looks the same: labels repeat across rows and
+// frames, and copying an image costs a fraction of laying out glyphs again.
+void UIShapeStore::paint_text(QPainter& painter, const Shape& s)
+{
+    QString key = QString("%1|%2|%3|%4|%5")
+                      .arg(s.fontSize)
+                      .arg(s.color.rgba())
+                      .arg(s.outline)
+                      .arg(s.outlineColor.rgba())
+                      .arg(s.text);
+    QImage* image = m_text_images.object(key);
+    if (!image) {
+        image = new QImage(render_text(s));
+        m_text_images.insert(key, image, std::max<qsizetype>(1, image->sizeInBytes()));
+    }
+    painter.drawImage(s.position - QPointF(s.outline, s.outline), *image);
+}
+
+QImage UIShapeStore::render_text(const Shape& s) const
+{
+    QFont font = fontOf(s.fontSize);
+    QSizeF size = textSize(s);
+    int pad = s.outline;
+    QImage image(static_cast<int>(std::ceil(size.width())) + 2 * pad, static_cast<int>(std::ceil(size.height())) + 2 * pad,
+                 QImage::Format_ARGB32_Premultiplied);
+    image.fill(Qt::transparent);
+    QPainter p(&image);
+    p.setFont(font);
+    QPointF base(pad, pad + QFontMetricsF(font).ascent());
+    if (pad > 0) {
+        p.setPen(s.outlineColor);
+        for (int dy = -pad; dy <= pad; ++dy) {
+            for (int dx = -pad; dx <= pad; ++dx) {
+                if (dx != 0 || dy != 0)
+                    p.drawText(base + QPointF(dx, dy), s.text);
+            }
+        }
+    }
+    p.setPen(s.color);
+    p.drawText(base, s.text);
+    return image;
 }
 
 int UIShapeStore::polygonAt(float x, float y)

@@ -1,6 +1,8 @@
 #pragma once
 
+#include <QCache>
 #include <QColor>
+#include <QImage>
 #include <QFont>
 #include <QPointF>
 #include <QRectF>
@@ -67,11 +69,14 @@ private:
     void file(int id, Shape& s);
     void unfile(int id, Shape& s);
     QRectF bounds_of(const Shape& s) const;
+    void paint_text(QPainter& painter, const Shape& s);
+    QImage render_text(const Shape& s) const;
     std::vector<int>& cell(int cx, int cy) { return m_grid[key(cx, cy)]; }
     static std::int64_t key(int cx, int cy) { return (static_cast<std::int64_t>(cx) << 32) ^ static_cast<std::uint32_t>(cy); }
     template <class F>
     void visit(const QRectF& area, F&& f);
 
+    QCache<QString, QImage> m_text_images{8 * 1024 * 1024}; // drawn texts, by look, up to 8 MB
     std::vector<Shape> m_shapes;
     std::vector<int> m_stale;
     std::unordered_map<std::int64_t, std::vector<int>> m_grid;

@@ -90,10 +90,8 @@ public:
     bool isBound() const { return m_bound; }
     // Stores a resolved target (bound true) or forgets it (bound false).
     void setTarget(const TrackTarget& target, bool bound);
-    // Returns whether the target must be resolved again before playing.
+    // Returns whether the target must be resolved again before playing (the binding changed).
     bool isTargetStale() const { return m_target_stale; }
-    // Marks the target for resolution before the next play.
-    void invalidateTarget() { m_target_stale = true; }
 
 protected:
     // Reads the bound property's current value; false when unbound or unreadable.

@@ -10,6 +10,7 @@ public:
     // Returns the engine.
     static Engine* get();
 
+    // Returns the engine's materials.
     MaterialManager* getMaterialManager() { return &m_materials; }
 
     // The duration in seconds of the frame being updated; the host sets it before each update.

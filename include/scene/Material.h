@@ -22,14 +22,16 @@ public:
     Material(const Material&) = delete;
     Material& operator=(const Material&) = delete;
 
+    // Returns the name, unique in the engine's material manager.
     const jString& getName() const { return m_name; }
     // Returns the base material, or null.
     Material* getParent() const { return m_parent; }
-    // Derived materials, in the order they were made.
+    // Returns the number of derived materials; they are kept in the order they were made.
     int getNumChildren() const { return m_children.size(); }
     // Returns a derived material, or null for a bad index.
     Material* getChild(int index) const;
 
+    // Returns the number of parameters, inherited ones included.
     int getNumParameters() const { return m_parameters.size(); }
     // Returns the parameter at index, or null for a bad index.
     MaterialParameter* getParameter(int index) const;

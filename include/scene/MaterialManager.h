@@ -15,6 +15,7 @@ public:
     MaterialManager(const MaterialManager&) = delete;
     MaterialManager& operator=(const MaterialManager&) = delete;
 
+    // Returns the number of materials.
     int getNumMaterials() const { return m_materials.size(); }
     // Returns the material at index, or null for a bad index.
     Material* getMaterial(int index) const;

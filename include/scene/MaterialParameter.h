@@ -37,11 +37,13 @@ public:
 
     // Returns the material that holds this parameter.
     Material* getMaterial() const { return m_material; }
+    // Returns the tag tracks bind to; may be empty.
     const jString& getTag() const { return m_tag; }
     // Returns the type code (0 to 10, see TYPE).
     int getType() const { return m_type; }
     // Returns the number of meaningful components (1 to 4).
     int getNumComponents() const { return m_components; }
+    // Returns the value; components past the count are 0.
     const vec4& getValue() const { return m_value; }
     // Sets the value (components past the count become 0). An inherited parameter becomes the
     // material's own; derived materials that inherit this parameter follow the new value.

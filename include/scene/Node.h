@@ -28,17 +28,21 @@ public:
     // null when there is none.
     static Node* GetNodeByName(const jString& name);
 
+    // Returns the id, unique in the node's world.
     int getID() const { return m_id; }
+    // Returns the name; names may repeat.
     const jString& getName() const { return m_name; }
+    // Renames the node.
     void setName(const jString& name) { m_name = name; }
+    // Returns the node type (a NODE_TYPE).
     int getType() const { return m_type; }
     // Returns the type's name ("ObjectMesh", ...); see NodeType.
     const char* getTypeName() const;
 
-    // Position relative to the parent prefab for internal nodes, else in the world.
+    // Position relative to the parent prefab for internal nodes, else in the world; rotation in
+    // Euler degrees; scale (1, 1, 1 at first). The setters take any value.
     const vec3& getPosition() const { return m_position; }
     void setPosition(const vec3& position) { m_position = position; }
-    // Euler angles in degrees.
     const vec3& getRotation() const { return m_rotation; }
     void setRotation(const vec3& degrees) { m_rotation = degrees; }
     const vec3& getScale() const { return m_scale; }
@@ -48,6 +52,7 @@ public:
     // Moves the node so that its absolute position becomes position (the parent stays put).
     void setWorldPosition(const dvec3& position);
 
+    // Whether the node takes part in the scene (drawn, lit); nodes start enabled.
     bool isEnabled() const { return m_enabled; }
     void setEnabled(bool enabled) { m_enabled = enabled; }
 

@@ -36,8 +36,9 @@ public:
     // materials when this world installed them.
     void release();
 
-    // Top-level nodes in their order (the editor camera is not among them).
+    // Returns the number of top-level nodes (the editor camera is not among them).
     int getNumNodes() const { return m_nodes.size(); }
+    // Returns the top-level node at index, in file or creation order; null for a bad index.
     Node* getNode(int index) const;
     // Returns the node with this id (top-level, internal, or the editor camera), or null.
     Node* getNodeByID(int id) const;
@@ -53,15 +54,16 @@ public:
     // an OBJECT_PREFAB node of this world.
     Node* addNode(int type, const jString& name, int id = -1, Node* prefab = nullptr);
 
-    // Global render settings.
+    // Global render settings: exposure multiplier (1 at first) and fog colour; setters take any value.
     double getExposure() const { return m_exposure; }
     void setExposure(double exposure) { m_exposure = exposure; }
     const vec4& getFogColor() const { return m_fog_color; }
     void setFogColor(const vec4& color) { m_fog_color = color; }
 
-    // Replaces this world and the engine's materials with the content of a .world file. Returns
-    // false and logs "path:line:column: reason" (or the missing field) on any error; the world and
-    // the materials are then left as they were.
+    // Replaces this world and the engine's materials with the content of a .world file (pointers
+    // to the old nodes and materials become invalid). Returns false and logs
+    // "path:line:column: reason" (or the missing field) on any error; the world and the materials
+    // are then left as they were.
     bool load(const char* path);
     // Does what load does with a document already parsed; name stands for the path in messages.
     bool loadDocument(const Package* root, const char* name);
@@ -78,8 +80,13 @@ private:
 
     Node* m_editor_camera = nullptr;
     jVector<Node*> m_nodes;
-    // Every node of the world sorted by id, for lookups by id.
-    jVector<Node*> m_index;
+    // Every node of the world sorted by id, for lookups by id; the id is kept beside the pointer so
+    // that a search touches only the index.
+    struct IndexEntry {
+        int id;
+        Node* node;
+    };
+    jVector<IndexEntry> m_index;
     int m_next_id = 1;
     double m_exposure = 1.0;
     vec4 m_fog_color{0.5f, 0.5f, 0.5f, 1.0f};

@@ -12,8 +12,10 @@ class DialogColor : public UIElement {
 public:
     explicit DialogColor(UIRoot* root, const char* title = "Color");
 
+    // Sets the colour the chooser starts from (and getColor returns).
     void setColor(const vec4& color);
     const vec4& getColor() const { return m_color; }
+    // Sets the chooser window's title.
     void setTitle(const char* title);
     // Runs the chooser modally; returns true when a colour was accepted (sigChanged was raised).
     bool modality();

@@ -9,6 +9,7 @@ public:
     // icon: a PNG file path, or null for none.
     explicit UIButton(UIRoot* root, const char* text = "", const char* icon = nullptr);
 
+    // Sets the caption (null means empty).
     void setText(const char* text);
     const jString& getText() const { return m_text; }
     // Shows the image of a file; returns false and logs the path when it cannot be read.

@@ -8,10 +8,12 @@ class UICheckBox : public UIElement {
 public:
     explicit UICheckBox(UIRoot* root, const char* text = "");
 
+    // Sets the caption (null means empty).
     void setText(const char* text);
     const jString& getText() const { return m_text; }
     // Sets the state without raising any event.
     void setChecked(bool checked);
+    // True while the box is checked.
     bool isChecked() const;
 
     // Raised when the user toggles the box.

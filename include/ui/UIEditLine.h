@@ -23,6 +23,7 @@ public:
     // Restricts what the user can type (UI_EDIT_MODE); an unknown mode logs and changes nothing.
     void setMode(int mode);
     int getMode() const { return m_mode; }
+    // A read-only field shows its text but ignores typing.
     void setReadOnly(bool readOnly);
     bool isReadOnly() const;
 

@@ -72,6 +72,7 @@ public:
 
     // Gives this element the keyboard focus (the previous holder loses it).
     void setFocus();
+    // True while this element holds the keyboard focus.
     bool hasFocus() const;
     // Drops the keyboard focus when this element has it.
     void removeFocus();
@@ -79,6 +80,7 @@ public:
     // Where children of natural size sit across (UI_ALIGN).
     void setContentAligns(int align);
     int getContentAligns() const { return m_align; }
+    // Minimum sizes in pixels; layouts never make the element smaller.
     void setMinWidth(int w);
     void setMinHeight(int h);
     void setMinSize(int w, int h);
@@ -98,13 +100,16 @@ public:
     void setHeightWeight(float h);
     float getWidthWeight() const { return m_width_weight; }
     float getHeightWeight() const { return m_height_weight; }
+    // A hidden element takes no room in its layout and gets no input.
     void setHidden(bool hidden);
     bool isHidden() const { return m_hidden; }
     // The background colour, painted only while the background mask is on.
     void setBackgroundColor(const vec4& color);
     const vec4& getBackgroundColor() const { return m_background; }
+    // Turns the painting of the background colour on or off (off by default).
     void setMaskBackground(bool mask);
     bool isMaskBackground() const { return m_mask_background; }
+    // The text shown when the pointer rests on the element.
     void setTooltip(const char* text);
 
     // Raised when this element gains or loses the keyboard focus.

@@ -11,6 +11,7 @@ public:
     // Sets the number of columns (at least 1) and refills the grid.
     void setColumns(int columns);
     int getColumns() const { return m_columns; }
+    // Pixels between cells.
     void setSpacing(int spacing);
     // Sets a column's share of the free width; a column out of range logs and changes nothing.
     void setColumnRatio(int column, float ratio);

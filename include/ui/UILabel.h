@@ -8,6 +8,7 @@ class UILabel : public UIElement {
 public:
     explicit UILabel(UIRoot* root, const char* text = "");
 
+    // Sets the text (null means empty).
     void setText(const char* text);
     const jString& getText() const { return m_text; }
     // Sets the colour of the text.

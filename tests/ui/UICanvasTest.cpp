@@ -154,6 +154,30 @@ TEST_F(UICanvasTest, TextsPaintAtTheirPosition)
     EXPECT_EQ(inked(5), 0);
 }
 
+TEST_F(UICanvasTest, OutlinedTextsAreRingedInTheOutlineColour)
+{
+    int t = canvas->addText(0);
+    canvas->setText(t, "IIII");
+    canvas->setTextFontSize(t, 20);
+    canvas->setTextColor(t, k_green);
+    canvas->setTextOutlineColor(t, k_blue);
+    canvas->setTextPosition(t, 10, 30);
+    auto blue_in_row = [&](int y) {
+        std::string path = dir.file("outline.png");
+        EXPECT_TRUE(root()->getAutomation()->saveScreenshot(canvas, path.c_str()));
+        int n = 0;
+        for (int x = 0; x < 100; ++x) {
+            vec4 c;
+            EXPECT_TRUE(root()->getAutomation()->readPixel(path.c_str(), x, y, c));
+            n += near(c, k_blue) ? 1 : 0;
+        }
+        return n;
+    };
+    EXPECT_EQ(blue_in_row(42), 0);
+    canvas->setTextOutline(t, 2);
+    EXPECT_GE(blue_in_row(42), 8); // both sides of each of the four strokes
+}
+
 TEST_F(UICanvasTest, BadIdsAreReportedAndChangeNothing)
 {
     int line = canvas->addLine(0);

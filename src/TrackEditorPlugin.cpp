@@ -1,0 +1,103 @@
+// The module's entry table: how the host creates, drives and destroys the Track Editor.
+#include "TrackEditorPlugin.h"
+
+#include "anim/Track.h"
+#include "data/AppData.h"
+#include "data/FTrack.h"
+#include "editor/ToolButton.h"
+#include "kit/jLog.h"
+#include "msg/MsgMngr.h"
+#include "ui/TrackEditor.h"
+
+namespace {
+
+TrackEditor* editorOf(UIElement* element)
+{
+    return dynamic_cast<TrackEditor*>(element);
+}
+
+UIElement* create(UIRoot* root)
+{
+    if (TrackEditor::get()) {
+        jLog::error("%s:%s", "kuvo_track_editor_plugin::create", "TrackEditor::get() == nullptr");
+        return nullptr;
+    }
+    return jNew<TrackEditor>("src/TrackEditorPlugin", __LINE__, "kuvo_track_editor_plugin::create", root);
+}
+
+void setWorld(UIElement* element, World* world)
+{
+    if (TrackEditor* editor = editorOf(element)) {
+        editor->setWorld(world);
+        AppData::get()->getTrack()->getEngineTrack()->setWorld(world);
+    }
+}
+
+void update(UIElement* element, float dt)
+{
+    if (element)
+        element->update(dt);
+}
+
+bool loadTrack(UIElement* element, const char* path)
+{
+    TrackEditor* editor = editorOf(element);
+    if (!editor)
+        return false;
+    editor->clear();
+    if (!AppData::get()->loadTrack(jString(path), editor->getWorld()))
+        return false;
+    MsgMngr::get()->notifyHelper(210);
+    MsgMngr::get()->notifyHelper(201);
+    return true;
+}
+
+void setPlay(UIElement* element, bool play, bool loop)
+{
+    TrackEditor* editor = editorOf(element);
+    if (!editor || AppData::get()->isEmpty())
+        return;
+    Track* track = AppData::get()->getTrack()->getEngineTrack();
+    if (track->isLoop() != loop) {
+        track->setLoop(loop);
+        MsgMngr::get()->notifyHelper(195);
+    }
+    editor->setPlay(play);
+    if (ToolButton* button = editor->findButton("time_play"))
+        button->setChecked(play);
+    if (ToolButton* button = editor->findButton("time_loop"))
+        button->setChecked(loop);
+}
+
+const char* getTitle(UIElement* element)
+{
+    TrackEditor* editor = editorOf(element);
+    return editor ? editor->getTitle().c_str() : "";
+}
+
+UIElement* findView(UIElement*, const char*)
+{
+    return nullptr; // the time bars and key views join the window with the document views
+}
+
+void destroy(UIElement* element)
+{
+    TrackEditor* editor = editorOf(element);
+    if (!editor)
+        return;
+    editor->release();
+    jDelete(editor, "src/TrackEditorPlugin", __LINE__, "kuvo_track_editor_plugin::destroy");
+    TrackEditor::del();
+    AppData::get()->release();
+}
+
+const TrackEditorPluginApi API = {
+    TrackEditorPluginApi::VERSION, create, setWorld, update, loadTrack, setPlay, getTitle, findView, destroy,
+};
+
+} // namespace
+
+const TrackEditorPluginApi* kuvo_track_editor_plugin()
+{
+    return &API;
+}

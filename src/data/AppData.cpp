@@ -1,0 +1,109 @@
+#include "data/AppData.h"
+
+#include "anim/Track.h"
+#include "data/FTrack.h"
+#include "io/Package.h"
+#include "io/mjl.h"
+#include "kit/jAllocator.h"
+#include "kit/jLog.h"
+
+namespace {
+constexpr float NEW_TRACK_LENGTH = 10.0f;
+}
+
+AppData* AppData::get()
+{
+    static AppData instance;
+    return &instance;
+}
+
+AppData::AppData()
+    : m_track(jNew<FTrack>("src/data/AppData", __LINE__, "AppData::AppData"))
+{
+    reset();
+}
+
+void AppData::release()
+{
+    if (!m_track)
+        return;
+    m_track->release();
+    jDelete(m_track, "src/data/AppData", __LINE__, "AppData::release");
+    m_track = nullptr;
+}
+
+void AppData::setBeginTime(float t)
+{
+    m_begin = t > 0.0f ? t : 0.0f;
+}
+
+void AppData::setEndTime(float t)
+{
+    m_end = t > 0.0f ? t : 0.0f;
+}
+
+void AppData::setTime(float t)
+{
+    m_time = t < m_begin ? m_begin : (t < m_end ? t : m_end);
+}
+
+void AppData::reset()
+{
+    m_track->clear();
+    Track* track = m_track->getEngineTrack();
+    track->reset();
+    track->setEndTime(NEW_TRACK_LENGTH);
+    m_begin = track->getBeginTime();
+    m_end = track->getEndTime();
+    m_time = m_begin;
+    m_path = jString(); // moving an empty string in frees the old text
+    m_name = jString();
+}
+
+bool AppData::loadTrack(const jString& path, World* world)
+{
+    mjl reader;
+    if (!reader.open(path.c_str(), 0)) {
+        jLog::error("Open world error:%s", path.c_str());
+        return false;
+    }
+    reset();
+    m_path = path;
+    m_name = path.baseName();
+    if (take_loaded(reader.getRoot(), world))
+        return true;
+    // The engine names the line and column of each problem; this line names the file.
+    jLog::error("%s:%s: not a track the engine can play", "AppData::loadTrack", path.c_str());
+    return false;
+}
+
+bool AppData::loadTrack(Package* root, World* world)
+{
+    reset();
+    return take_loaded(root, world);
+}
+
+bool AppData::take_loaded(Package* root, World* world)
+{
+    if (!m_track->load(root, world))
+        return false;
+    Track* track = m_track->getEngineTrack();
+    m_begin = track->getBeginTime();
+    m_end = track->getEndTime();
+    m_time = m_begin;
+    return true;
+}
+
+bool AppData::saveTrack(const jString& path)
+{
+    Package package; // saving never renames the document: the name stays that of the last load
+    if (!m_track->getEngineTrack()->save(&package))
+        return false;
+    m_path = path;
+    return mjl::save(path.c_str(), &package, 0);
+}
+
+bool AppData::isEmpty() const
+{
+    return m_track->isEmpty();
+}

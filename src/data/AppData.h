@@ -1,0 +1,62 @@
+#pragma once
+
+#include "kit/jString.h"
+
+class FTrack;
+class Package;
+class World;
+
+// The one place through which the editor's views and commands reach the document: the track, the
+// name and path of its file, the play range and the current time. The current time stays inside
+// the range by the rule of setTime; the range itself is only clamped at zero.
+class AppData {
+public:
+    // Returns the single instance, made (with an empty document spanning 0 to 10 s) on first use.
+    static AppData* get();
+
+    // The base name of the track file last opened; empty for a new document.
+    virtual const jString& getName() const { return m_name; }
+    // The path of the track file last opened or saved.
+    virtual const jString& getPath() const { return m_path; }
+    virtual float getBeginTime() const { return m_begin; }
+    // Stores t, or 0 when t is not positive.
+    virtual void setBeginTime(float t);
+    virtual float getEndTime() const { return m_end; }
+    // Stores t, or 0 when t is not positive.
+    virtual void setEndTime(float t);
+    virtual float getTime() const { return m_time; }
+    virtual FTrack* getTrack() const { return m_track; }
+    // Replaces the document pointer without releasing the old one; the caller owns the exchange.
+    virtual void setTrack(FTrack* track) { m_track = track; }
+
+    // Empties the document, spans 0 to 10 s with the cursor at the start, and forgets the file.
+    void reset();
+    // Moves the cursor: below the begin gives the begin, otherwise the smaller of t and the end.
+    void setTime(float t);
+    // Opens a track file. Returns false and logs "Open world error:<path>" when it cannot be read
+    // (nothing changes); returns false when the engine refuses it (the document is then empty, with
+    // the new path and name). On success the range is the track's and the cursor at its begin.
+    bool loadTrack(const jString& path, World* world);
+    // Loads the document from an already parsed track file; the path and name are forgotten.
+    bool loadTrack(Package* root, World* world);
+    // Writes the document to a track file. Returns false (path unchanged) when the engine cannot
+    // write it; otherwise takes the path (not the name) and returns whether the file was saved.
+    bool saveTrack(const jString& path);
+    // True when the document has no engine track or the track has no parameter.
+    bool isEmpty() const;
+
+    // Frees the document when the module is unloaded, so nothing is left to report as leaked. The
+    // hub must not be used afterwards.
+    void release();
+
+private:
+    AppData();
+    bool take_loaded(Package* root, World* world);
+
+    jString m_name;
+    jString m_path;
+    float m_begin = 0.0f;
+    float m_end = 0.0f;
+    float m_time = 0.0f;
+    FTrack* m_track = nullptr;
+};

@@ -1,0 +1,183 @@
+#include "ui/TrackEditor.h"
+
+#include <cstring>
+
+#include "anim/Track.h"
+#include "data/AppData.h"
+#include "data/FTrack.h"
+#include "editor/ToolBar.h"
+#include "editor/ToolButton.h"
+#include "editor/Locale.h"
+#include "kit/jTString.h"
+#include "msg/MsgMngr.h"
+#include "ui/SettingsPanel.h"
+#include "ui/UIFactory.h"
+#include "ui/UIWidget.h"
+
+namespace {
+
+TrackEditor* s_instance = nullptr;
+
+constexpr int WINDOW_WIDTH = 800;
+constexpr int WINDOW_HEIGHT = 600;
+
+// Returns the file stem of an icon path ("data/core/editor/gui/time_play.png" gives "time_play").
+jString iconStem(const jString& icon)
+{
+    return icon.baseName();
+}
+
+// Looks for a toolbar button in the tree below element, by icon stem or translation key.
+ToolButton* findButtonIn(UIElement* element, const char* name)
+{
+    if (auto* button = dynamic_cast<ToolButton*>(element)) {
+        bool byIcon = button->getIcon().nempty() && iconStem(button->getIcon()) == name;
+        bool byText = button->getIcon().empty() && button->getText() == tr(name);
+        if (byIcon || byText)
+            return button;
+    }
+    for (int i = 0; i < element->getNumChilds(); ++i) {
+        if (ToolButton* found = findButtonIn(element->getChild(i), name))
+            return found;
+    }
+    return nullptr;
+}
+
+} // namespace
+
+TrackEditor::TrackEditor(UIRoot* root)
+    : UIWindow(root, "", 0, 0), m_data_path("data/")
+{
+    setSize(WINDOW_WIDTH, WINDOW_HEIGHT);
+    setTitleable(true);
+    AppData::get();
+    init_layout();
+    init_top_right();
+    init_bottom();
+    attach();
+    m_modified = false;
+    update_window_name();
+    s_instance = this;
+}
+
+TrackEditor::~TrackEditor()
+{
+    if (s_instance == this)
+        s_instance = nullptr;
+}
+
+TrackEditor* TrackEditor::get()
+{
+    return s_instance;
+}
+
+void TrackEditor::del()
+{
+    s_instance = nullptr;
+}
+
+void TrackEditor::update_window_name()
+{
+    jTString<256> title;
+    if (AppData::get()->getPath().nempty()) {
+        title.append(AppData::get()->getPath().c_str());
+        title.append(" - ");
+        title.append("Anim");
+    } else {
+        title.append("Anim");
+        title.append(" - ");
+        title.append("New Track");
+    }
+    if (m_modified)
+        title.append("*");
+    setTitle(title.c_str());
+}
+
+void TrackEditor::set_window_modified(bool modified)
+{
+    m_modified = modified;
+    update_window_name();
+}
+
+void TrackEditor::update(float dt)
+{
+    if (m_playing)
+        advance_time(dt);
+    refresh_fields();
+    UIWindow::update(dt);
+}
+
+void TrackEditor::advance_time(float dt)
+{
+    AppData* data = AppData::get();
+    float t = data->getTime() + dt;
+    if (t > data->getEndTime()) {
+        Track* track = data->getTrack()->getEngineTrack();
+        if (track && track->isLoop()) {
+            t = data->getBeginTime();
+        } else {
+            t = data->getEndTime();
+            m_btn_play->setChecked(false);
+            m_playing = false;
+        }
+    }
+    data->setTime(t);
+    MsgMngr::get()->notifyHelper(201);
+}
+
+void TrackEditor::refresh_fields()
+{
+    for (UIFloat* field : m_fields)
+        field->refresh();
+}
+
+bool TrackEditor::onKeyPress(const UIEventKey* e)
+{
+    if (e->key == UI_KEY_DELETE)
+        MsgMngr::get()->notifyHelper(204);
+    return UIWindow::onKeyPress(e);
+}
+
+void TrackEditor::clear()
+{
+    m_playing = false;
+    m_btn_play->setChecked(false);
+    m_btn_loop->setChecked(false);
+    AppData* data = AppData::get();
+    if (!data->isEmpty())
+        data->setTime(data->getBeginTime());
+    data->reset();
+    set_window_modified(false);
+    MsgMngr::get()->notifyHelper(211);
+}
+
+void TrackEditor::setToBegin()
+{
+    AppData* data = AppData::get();
+    if (!data->isEmpty())
+        data->setTime(data->getBeginTime());
+}
+
+ToolButton* TrackEditor::findButton(const char* name) const
+{
+    return findButtonIn(const_cast<TrackEditor*>(this), name);
+}
+
+void TrackEditor::release()
+{
+    if (m_settings) {
+        m_settings->close();
+        m_settings->release();
+        jDelete(m_settings, "src/ui/TrackEditor", __LINE__, "TrackEditor::release");
+        m_settings = nullptr;
+    }
+    if (m_settings_panel) {
+        m_settings_panel->release();
+        jDelete(m_settings_panel, "src/ui/TrackEditor", __LINE__, "TrackEditor::release");
+        m_settings_panel = nullptr;
+    }
+    for (UIFloat* field : m_fields)
+        jDelete(field, "src/ui/TrackEditor", __LINE__, "TrackEditor::release");
+    m_fields.release();
+    UIWindow::release();
+}

@@ -1,0 +1,120 @@
+// The Track Editor's file and playback commands: the callbacks of the load, save, clear, settings,
+// begin, play, end and loop buttons.
+#include "ui/TrackEditor.h"
+
+#include "anim/Track.h"
+#include "data/AppData.h"
+#include "data/FTrack.h"
+#include "editor/DialogFileEx.h"
+#include "editor/Locale.h"
+#include "editor/ToolButton.h"
+#include "msg/MsgMngr.h"
+#include "ui/SettingsPanel.h"
+#include "ui/UIWidget.h"
+#include "ui/Widget.h"
+
+namespace {
+
+constexpr const char* TRACK_EXTENSION = ".anim";
+
+// Appends the track extension unless the name holds it anywhere (a backup such as walk.anim.bak is
+// kept as it is).
+jString withTrackExtension(const jString& file)
+{
+    return file.contain(TRACK_EXTENSION) ? file : file + TRACK_EXTENSION;
+}
+
+} // namespace
+
+void TrackEditor::cb_load_track(const UIEventMouse*, UIElement*)
+{
+    auto* dialog = jNew<DialogFileEx>("src/ui/TrackEditor", __LINE__, "TrackEditor::cb_load_track", getRoot(),
+                                      tr("load"), false);
+    dialog->setCurrentPath(m_data_path.c_str());
+    dialog->setFilter(TRACK_EXTENSION);
+    if (dialog->modality()) {
+        m_data_path = dialog->getPath();
+        jString path = withTrackExtension(dialog->getPath());
+        clear();
+        if (AppData::get()->loadTrack(path, m_world))
+            MsgMngr::get()->notifyHelper(210);
+    }
+    jDelete(dialog, "src/ui/TrackEditor", __LINE__, "TrackEditor::cb_load_track");
+}
+
+void TrackEditor::cb_save_track(const UIEventMouse*, UIElement*)
+{
+    AppData* data = AppData::get();
+    if (!is_window_modified() && data->getPath().nempty())
+        return;
+    if (data->getPath().nempty()) {
+        data->saveTrack(data->getPath());
+        MsgMngr::get()->notifyHelper(209);
+        return;
+    }
+    auto* dialog = jNew<DialogFileEx>("src/ui/TrackEditor", __LINE__, "TrackEditor::cb_save_track", getRoot(),
+                                      tr("save"), true);
+    dialog->setFilter(TRACK_EXTENSION);
+    if (dialog->modality()) {
+        data->saveTrack(withTrackExtension(dialog->getPath()));
+        MsgMngr::get()->notifyHelper(209);
+    }
+    jDelete(dialog, "src/ui/TrackEditor", __LINE__, "TrackEditor::cb_save_track");
+}
+
+void TrackEditor::cb_clear_track(const UIEventMouse*, UIElement*)
+{
+    clear();
+}
+
+void TrackEditor::cb_track_settings(const UIEventMouse*, UIElement*)
+{
+    if (!m_settings) {
+        m_settings = jNew<UIWidget>("src/ui/TrackEditor", __LINE__, "TrackEditor::cb_track_settings", getRoot(),
+                                    Widget::MakeCenter(SettingsPanel::PREFERRED_WIDTH, SettingsPanel::PREFERRED_HEIGHT));
+        m_settings_panel = jNew<SettingsPanel>("src/ui/TrackEditor", __LINE__, "TrackEditor::cb_track_settings",
+                                               getRoot());
+        m_settings->setUI(m_settings_panel, tr("settings"));
+        m_settings->setIME(false);
+        m_settings->setForceClose(false);
+        m_settings->setEscClose(true);
+        m_settings->center();
+    }
+    m_settings_panel->refresh();
+    m_settings->show();
+}
+
+void TrackEditor::cb_begin(const UIEventMouse*, UIElement*)
+{
+    setToBegin();
+    MsgMngr::get()->notifyHelper(201);
+}
+
+void TrackEditor::cb_play(const UIEventMouse*, UIElement*)
+{
+    if (AppData::get()->isEmpty()) {
+        m_btn_play->setChecked(false);
+        return;
+    }
+    m_playing = m_btn_play->isChecked();
+}
+
+void TrackEditor::cb_end(const UIEventMouse*, UIElement*)
+{
+    AppData* data = AppData::get();
+    if (data->isEmpty())
+        return;
+    data->setTime(data->getEndTime());
+    MsgMngr::get()->notifyHelper(201);
+}
+
+void TrackEditor::cb_loop(const UIEventMouse*, UIElement*)
+{
+    AppData* data = AppData::get();
+    if (data->isEmpty()) {
+        m_btn_loop->setChecked(false);
+        return;
+    }
+    data->getTrack()->getEngineTrack()->setLoop(m_btn_loop->isChecked());
+    MsgMngr::get()->notifyHelper(195);
+}
