@@ -17,6 +17,7 @@
 #include "kit/jKit.h"
 #include "scene/Engine.h"
 #include "scene/World.h"
+#include "ui/UIElement.h"
 #include "ui/UIHostBridge.h"
 #include "ui/UIRoot.h"
 
@@ -93,6 +94,8 @@ bool EditorApp::start()
         api->setPlay(m_editor, true, true);
     m_window->show();
     m_window->activateWindow();
+    // Keys start out going to the editor's commands, not into whichever of its fields came first.
+    m_editor->setFocus();
     frame(0.0f);
     m_root->processEvents();
     return true;
