@@ -170,7 +170,7 @@ void Viewport::collect_faces(const Node* node, std::vector<Face>& faces) const
             continue;
         float light = plate ? 0.55f : 0.38f + 0.62f * std::max(0.0f, dot(normal, k_sun));
         face.color = QColor::fromRgbF(base.redF() * light, base.greenF() * light, base.blueF() * light,
-                                      plate ? 0.4f : 1.0f);
+                                      plate ? 0.3f : 1.0f);
         // Plates lie under everything: they are painted first.
         face.depth = plate ? 1e9f : m_camera.toCamera(centre).z;
         faces.push_back(face);

@@ -42,8 +42,8 @@ private:
     void basis(vec3& right, vec3& up, vec3& forward) const;
 
     vec3 m_target{0.0f, 1.0f, 0.0f};
-    float m_yaw = 35.0f;
+    float m_yaw = 22.0f;
     float m_pitch = 28.0f;
-    float m_distance = 22.0f;
+    float m_distance = 24.0f;
     float m_fov = 50.0f;
 };

@@ -61,7 +61,7 @@ TEST_F(ViewportCameraTest, NearerObjectsLookBigger)
     camera.project(t + vec3(0, 1, 0), k_width, k_height, bx, by);
     float far = ay - by;
     camera.zoom(3.0f);
-    EXPECT_LT(camera.getDistance(), 22.0f);
+    EXPECT_LT(camera.getDistance(), 24.0f);
     camera.project(t, k_width, k_height, ax, ay);
     camera.project(t + vec3(0, 1, 0), k_width, k_height, bx, by);
     EXPECT_GT(ay - by, far * 1.5f);
