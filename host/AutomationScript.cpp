@@ -6,15 +6,18 @@
 #include <map>
 #include <sstream>
 
+#include "ui/UIEvent.h"
+
 namespace {
 
-// Engine key codes of the named keys; letters and digits use their character codes.
+// The toolkit's key codes (UI_KEY_CODE) of the named keys; letters use their upper-case character
+// codes and digits theirs.
 const std::map<std::string, int>& namedKeys()
 {
     static const std::map<std::string, int> keys = {
-        {"space", 32},   {"enter", 13},  {"escape", 27}, {"tab", 9},      {"backspace", 8},
-        {"delete", 260}, {"home", 262},  {"end", 263},   {"left", 266},   {"right", 267},
-        {"up", 264},     {"down", 265},
+        {"space", UI_KEY_SPACE},   {"enter", UI_KEY_ENTER}, {"escape", UI_KEY_ESCAPE}, {"tab", UI_KEY_TAB},
+        {"backspace", UI_KEY_BACKSPACE}, {"delete", UI_KEY_DELETE}, {"home", UI_KEY_HOME}, {"end", UI_KEY_END},
+        {"left", UI_KEY_LEFT},     {"right", UI_KEY_RIGHT}, {"up", UI_KEY_UP},         {"down", UI_KEY_DOWN},
     };
     return keys;
 }
@@ -186,8 +189,8 @@ bool AutomationScript::parseKey(const std::string& spec, ScriptCommand& out)
         out.keyCode = named->second;
         return true;
     }
-    if (rest.size() == 1 && std::isprint(static_cast<unsigned char>(rest[0]))) {
-        out.keyCode = static_cast<unsigned char>(rest[0]);
+    if (rest.size() == 1 && std::isgraph(static_cast<unsigned char>(rest[0]))) {
+        out.keyCode = std::toupper(static_cast<unsigned char>(rest[0]));
         return true;
     }
     return false;

@@ -1,6 +1,7 @@
 #include "AutomationScript.h"
 
 #include "support/Scenario.h"
+#include "ui/UIEvent.h"
 
 using AutomationScriptTest = Scenario;
 
@@ -34,7 +35,7 @@ TEST_F(AutomationScriptTest, ParsesEveryCommandWithItsLineNumber)
     EXPECT_EQ(c[0].line, 2);
     EXPECT_EQ(c[1].text, "time_play");
     EXPECT_EQ(c[1].line, 4);
-    EXPECT_EQ(c[2].keyCode, 'k');
+    EXPECT_EQ(c[2].keyCode, 'K'); // letters take their upper-case codes, as the toolkit's keys do
     EXPECT_TRUE(c[2].ctrl);
     EXPECT_EQ(c[3].view, "");
     EXPECT_EQ(c[3].points, (std::vector<float>{10, 20}));
@@ -57,9 +58,32 @@ TEST_F(AutomationScriptTest, ParsesEveryCommandWithItsLineNumber)
     EXPECT_EQ(c[15].verb, ScriptCommand::QUIT);
 }
 
-TEST_F(AutomationScriptTest, NamedKeysUseTheEngineKeyCodes)
+TEST_F(AutomationScriptTest, NamedKeysUseTheToolkitKeyCodes)
 {
     ScriptCommand key;
+    ASSERT_TRUE(AutomationScript::parseKey("escape", key));
+    EXPECT_EQ(key.keyCode, UI_KEY_ESCAPE);
+    EXPECT_EQ(key.keyCode, 256);
+    ASSERT_TRUE(AutomationScript::parseKey("enter", key));
+    EXPECT_EQ(key.keyCode, 257);
+    ASSERT_TRUE(AutomationScript::parseKey("tab", key));
+    EXPECT_EQ(key.keyCode, 258);
+    ASSERT_TRUE(AutomationScript::parseKey("backspace", key));
+    EXPECT_EQ(key.keyCode, 259);
+    ASSERT_TRUE(AutomationScript::parseKey("up", key));
+    EXPECT_EQ(key.keyCode, 268);
+    ASSERT_TRUE(AutomationScript::parseKey("down", key));
+    EXPECT_EQ(key.keyCode, 269);
+    ASSERT_TRUE(AutomationScript::parseKey("home", key));
+    EXPECT_EQ(key.keyCode, UI_KEY_HOME);
+    ASSERT_TRUE(AutomationScript::parseKey("end", key));
+    EXPECT_EQ(key.keyCode, UI_KEY_END);
+    ASSERT_TRUE(AutomationScript::parseKey("a", key));
+    EXPECT_EQ(key.keyCode, 'A');
+    ASSERT_TRUE(AutomationScript::parseKey("Z", key));
+    EXPECT_EQ(key.keyCode, 'Z');
+    ASSERT_TRUE(AutomationScript::parseKey("7", key));
+    EXPECT_EQ(key.keyCode, '7');
     ASSERT_TRUE(AutomationScript::parseKey("delete", key));
     EXPECT_EQ(key.keyCode, 260);
     ASSERT_TRUE(AutomationScript::parseKey("left", key));

@@ -1,0 +1,63 @@
+#pragma once
+
+#include <QString>
+#include <memory>
+#include <string>
+
+#include "CommandLine.h"
+#include "EditorPlugin.h"
+#include "kit/jLog.h"
+
+class MainWindow;
+class UIElement;
+class UIRoot;
+class World;
+
+// The running host: finds the data, loads the track editor module, opens the scene and the track,
+// docks the editor in the main window, and drives frames from a 60 Hz timer or from a script.
+class EditorApp {
+public:
+    // The track that plays when no scene or track is named, found under the data folder.
+    static constexpr const char* DEFAULT_TRACK = "data/samples/demo.anim";
+    static constexpr const char* DEFAULT_SCENE = "data/samples/demo.world";
+    // Frames shown before --screenshot captures the window.
+    static constexpr int SCREENSHOT_FRAMES = 30;
+
+    // Needs the QApplication to exist.
+    explicit EditorApp(const HostOptions& options);
+    ~EditorApp();
+    EditorApp(const EditorApp&) = delete;
+    EditorApp& operator=(const EditorApp&) = delete;
+
+    // Runs until the user quits or the script ends and releases everything the run made. Returns
+    // the exit status: 0, 1 when the start failed (with a message on stderr) or a script check
+    // failed.
+    int run();
+
+    // Advances the program by one frame of dt seconds: the engine's frame time, the editor's
+    // update and a viewport repaint.
+    void frame(float dt);
+
+private:
+    bool start();
+    bool locate_data();
+    bool open_scene(const std::string& path);
+    bool open_track(const std::string& path);
+    int loop();
+    bool save_screenshot(const std::string& path) const;
+    void shutdown();
+    // Prints a start failure to stderr (and the log); returns false.
+    bool fail(const std::string& message);
+
+    HostOptions m_options;
+    // Attached first, so scripts see every line the run writes.
+    jLogBuffer m_log;
+    std::string m_program_dir;
+    std::string m_data_dir;
+    UIRoot* m_root = nullptr;
+    MainWindow* m_window = nullptr;
+    World* m_world = nullptr;
+    QString m_scene_name;
+    EditorPlugin m_plugin;
+    UIElement* m_editor = nullptr;
+};
