@@ -103,6 +103,13 @@ double worstBezierError(const Channels& c)
     return worst;
 }
 
+// Seconds per item (shown in ns) over a run of samples items per iteration.
+benchmark::Counter perSample(const benchmark::State& state, int samples)
+{
+    return benchmark::Counter(static_cast<double>(state.iterations()) * samples,
+                              benchmark::Counter::kIsRate | benchmark::Counter::kInvert);
+}
+
 // Playback: every channel sampled at one time per frame, the time moving forward a frame at a time,
 // so each parameter's segment cursor is right almost always.
 void SampleSequential(benchmark::State& state)
@@ -120,9 +127,7 @@ void SampleSequential(benchmark::State& state)
     }
     benchmark::DoNotOptimize(sum);
     state.SetItemsProcessed(state.iterations() * CHANNELS);
-    state.counters["ns_per_sample"] =
-        benchmark::Counter(static_cast<double>(state.iterations() * CHANNELS), benchmark::Counter::kIsRate |
-                                                                                   benchmark::Counter::kInvert);
+    state.counters["ns_per_sample"] = perSample(state, CHANNELS);
     if (state.range(0) == TRACK_KEY_BREAK)
         state.counters["max_error"] = worstBezierError(c);
 }
@@ -145,6 +150,7 @@ void SampleRandom(benchmark::State& state)
     }
     benchmark::DoNotOptimize(sum);
     state.SetItemsProcessed(state.iterations() * CHANNELS);
+    state.counters["ns_per_sample"] = perSample(state, CHANNELS);
 }
 
 // A world of 5,000 nodes (meshes, lights, cameras) and a track of 100,000 channels bound to them:
@@ -203,6 +209,7 @@ void TrackSet(benchmark::State& state)
             t = 0.0f;
     }
     state.counters["channels"] = channels;
+    state.counters["ns_per_channel"] = perSample(state, channels);
     state.counters["parameters"] = track.getNumParameters();
     track.release();
     world.release();

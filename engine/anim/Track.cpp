@@ -282,7 +282,13 @@ void Track::set(float t)
     }
     m_playing = true;
     m_time = t;
-    for (TrackParameter* p : m_parameters) {
+    // The parameters live in separate allocations; asking for the ones a few places ahead lets
+    // their loads overlap with playing this one.
+    const int ahead = 8;
+    for (int i = 0; i < m_parameters.size(); ++i) {
+        if (i + ahead < m_parameters.size())
+            __builtin_prefetch(m_parameters[i + ahead]);
+        TrackParameter* p = m_parameters[i];
         if (!p->isEnabled())
             continue;
         if (p->isTargetStale())

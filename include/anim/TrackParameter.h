@@ -100,12 +100,17 @@ protected:
     void writeTarget(const TrackValue& value) const;
 
 private:
+    // What Track::set reads for every parameter each frame comes first, so that it shares the
+    // object's first cache line with the virtual table pointer.
+    const TrackReg* m_reg = nullptr;
+    bool m_enabled = true;
+    bool m_bound = false;
+    bool m_target_stale = true;
+    bool m_curve_shown = false;
+    TrackTarget m_target;
     jString m_name;
     jString m_type_name;
     jString m_display_name;
-    const TrackReg* m_reg = nullptr;
-    bool m_enabled = true;
-    bool m_curve_shown = false;
     int m_node_id = -1;
     jString m_node_name;
     int m_internal_id = -1;
@@ -114,7 +119,4 @@ private:
     jString m_material_tag;
     bool m_material_hierarchy = false;
     Track* m_track = nullptr;
-    TrackTarget m_target;
-    bool m_bound = false;
-    bool m_target_stale = true;
 };
