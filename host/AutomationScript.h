@@ -19,7 +19,7 @@ public:
     const std::string& getError() const { return m_error; }
 
     // Returns the engine key code and modifiers of a key spec ("ctrl+k", "delete", "left", "space");
-    // false when the spec names no key.
+    // false when the text names no key.
     static bool parseKey(const std::string& spec, ScriptCommand& out);
 
 private:
