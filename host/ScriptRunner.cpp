@@ -8,7 +8,7 @@
 
 #include "AutomationScript.h"
 #include "TrackEditorPlugin.h"
-#include "editor/Locale.h"
+#include "editor/ButtonLookup.h"
 #include "editor/ToolButton.h"
 #include "kit/jLog.h"
 #include "ui/UIAutomation.h"
@@ -17,38 +17,6 @@
 #include "ui/UIRoot.h"
 
 namespace {
-
-// The file name of an icon path without folder and extension: ".../time_play.png" gives "time_play".
-std::string icon_stem(const std::string& path)
-{
-    size_t slash = path.find_last_of("/\\");
-    std::string name = slash == std::string::npos ? path : path.substr(slash + 1);
-    size_t dot = name.rfind('.');
-    return dot == std::string::npos ? name : name.substr(0, dot);
-}
-
-bool names_button(UIElement* e, const std::string& name)
-{
-    const char* text = tr(name.c_str());
-    if (auto* tool = dynamic_cast<ToolButton*>(e))
-        return (tool->getIcon().nempty() && icon_stem(tool->getIcon().c_str()) == name) ||
-               (tool->getIcon().empty() && tool->getText() == text);
-    if (auto* button = dynamic_cast<UIButton*>(e))
-        return button->getText() == text;
-    return false;
-}
-
-// The first button of the tree, in child order, that the name stands for.
-UIElement* find_button(UIElement* e, const std::string& name)
-{
-    if (names_button(e, name))
-        return e;
-    for (int i = 0; i < e->getNumChilds(); ++i) {
-        if (UIElement* found = find_button(e->getChild(i), name))
-            return found;
-    }
-    return nullptr;
-}
 
 bool is_shown(const UIElement* e)
 {
@@ -139,7 +107,7 @@ void ScriptRunner::frames(int count)
 
 bool ScriptRunner::press(const std::string& name, std::string& reason)
 {
-    UIElement* found = find_button(m_host.editor, name);
+    UIElement* found = ButtonLookup::find(m_host.editor, name.c_str());
     if (!found) {
         reason = "the editor has no button \"" + name + "\"";
         return false;

@@ -5,9 +5,9 @@
 #include "anim/Track.h"
 #include "data/AppData.h"
 #include "data/FTrack.h"
+#include "editor/ButtonLookup.h"
 #include "editor/ToolBar.h"
 #include "editor/ToolButton.h"
-#include "editor/Locale.h"
 #include "kit/jTString.h"
 #include "msg/MsgMngr.h"
 #include "ui/SettingsPanel.h"
@@ -20,28 +20,6 @@ TrackEditor* s_instance = nullptr;
 
 constexpr int WINDOW_WIDTH = 800;
 constexpr int WINDOW_HEIGHT = 600;
-
-// Returns the file stem of an icon path ("data/core/editor/gui/time_play.png" gives "time_play").
-jString iconStem(const jString& icon)
-{
-    return icon.baseName();
-}
-
-// Looks for a toolbar button in the tree below element, by icon stem or translation key.
-ToolButton* findButtonIn(UIElement* element, const char* name)
-{
-    if (auto* button = dynamic_cast<ToolButton*>(element)) {
-        bool byIcon = button->getIcon().nempty() && iconStem(button->getIcon()) == name;
-        bool byText = button->getIcon().empty() && button->getText() == tr(name);
-        if (byIcon || byText)
-            return button;
-    }
-    for (int i = 0; i < element->getNumChilds(); ++i) {
-        if (ToolButton* found = findButtonIn(element->getChild(i), name))
-            return found;
-    }
-    return nullptr;
-}
 
 } // namespace
 
@@ -160,7 +138,7 @@ void TrackEditor::setToBegin()
 
 ToolButton* TrackEditor::findButton(const char* name) const
 {
-    return findButtonIn(const_cast<TrackEditor*>(this), name);
+    return dynamic_cast<ToolButton*>(ButtonLookup::find(const_cast<TrackEditor*>(this), name));
 }
 
 void TrackEditor::release()
