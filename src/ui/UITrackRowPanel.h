@@ -1,0 +1,63 @@
+#pragma once
+
+#include "kit/jSet.h"
+#include "kit/jVector.h"
+#include "ui/UITrackRow.h"
+#include "ui/UIVLayout.h"
+
+class UICanvas;
+class UIScrollBox;
+
+// The row tree: one row per parameter, laid out 22 pixels apart on a canvas inside a scroll box.
+// The panel holds the rows the parameters give it (it never creates or frees one), draws them and
+// keeps the selection. There is one panel at a time, returned by get().
+class UITrackRowPanel : public UIVLayout {
+public:
+    // Builds the panel; columns are the toggle buttons every row shows.
+    UITrackRowPanel(UIRoot* root, const jVector<UITrackRow::RowData>& columns);
+    ~UITrackRowPanel() override;
+
+    // Returns the panel made last, or null when there is none.
+    static UITrackRowPanel* get();
+
+    // Lays the rows out again when the width, the panel or a row changed.
+    void update(float dt) override;
+    // Releases the layout; the rows stay with their parameters.
+    void release() override;
+
+    // Appends row and draws it on the panel's canvas; logs "<fn>: row is already defined" and
+    // changes nothing when the panel holds it already.
+    void addRow(UITrackRow* row);
+    // Takes row out (later rows move up); logs "<fn>: can't find row" when it is not held.
+    void removeRow(UITrackRow* row);
+    const jVector<UITrackRow*>& getRows() const { return m_rows; }
+
+    UITrackRow* getCurrent() const { return m_current; }
+    // Sets the row last pressed; marks the panel dirty only when it changes.
+    void setCurrent(UITrackRow* row);
+    const jSet<UITrackRow*>& getSelected() const { return m_selected; }
+    // Replaces the selection with rows.
+    void setSelected(const jSet<UITrackRow*>& rows);
+    // Replaces the selection with row alone (nothing for null).
+    void select(UITrackRow* row);
+    void setDirty() { m_dirty = true; }
+
+    UIScrollBox* getScroll() const { return m_scroll; }
+    UICanvas* getCanvas() const { return m_canvas; }
+
+    static constexpr int FONT_SIZE = 12;
+
+private:
+    bool any_row_dirty() const;
+    void layout_rows();
+
+    int m_width = -1;
+    bool m_dirty = false;
+    jVector<UITrackRow*> m_rows;
+    UIScrollBox* m_scroll = nullptr;
+    UICanvas* m_canvas = nullptr;
+    int m_press = 0;
+    UITrackRow* m_current = nullptr;
+    jSet<UITrackRow*> m_selected;
+    jSet<UITrackRow*> m_saved_selection;
+};
