@@ -75,9 +75,10 @@ const char* getTitle(UIElement* element)
     return editor ? editor->getTitle().c_str() : "";
 }
 
-UIElement* findView(UIElement*, const char*)
+UIElement* findView(UIElement* element, const char* name)
 {
-    return nullptr; // the time bars and key views join the window with the document views
+    TrackEditor* editor = editorOf(element);
+    return editor ? editor->findView(name) : nullptr;
 }
 
 void destroy(UIElement* element)

@@ -41,6 +41,8 @@ void AppData::release()
     m_track->release();
     jDelete(m_track, "src/data/AppData", __LINE__, "AppData::release");
     m_track = nullptr;
+    m_path = jString(); // moving an empty string in frees the old text
+    m_name = jString();
 }
 
 void AppData::setBeginTime(float t)

@@ -11,6 +11,10 @@
 #include "kit/jTString.h"
 #include "msg/MsgMngr.h"
 #include "ui/SettingsPanel.h"
+#include "ui/UIScrollBox.h"
+#include "ui/UITrackCurvePanel.h"
+#include "ui/UITrackLinePanel.h"
+#include "ui/UITrackRowPanel.h"
 #include "ui/UIFactory.h"
 #include "ui/UIWidget.h"
 
@@ -30,8 +34,10 @@ TrackEditor::TrackEditor(UIRoot* root)
     setTitleable(true);
     AppData::get();
     init_layout();
+    init_top_left();
     init_top_right();
     init_bottom();
+    show_document();
     attach();
     m_modified = false;
     update_window_name();
@@ -40,6 +46,7 @@ TrackEditor::TrackEditor(UIRoot* root)
 
 TrackEditor::~TrackEditor()
 {
+    jDelete(m_curves, "src/ui/TrackEditor", __LINE__, "TrackEditor::~TrackEditor");
     if (s_instance == this)
         s_instance = nullptr;
 }
@@ -82,6 +89,8 @@ void TrackEditor::update(float dt)
     if (m_playing)
         advance_time(dt);
     refresh_fields();
+    if (m_rows && m_lines && m_rows->getScroll() && m_lines->getScroll())
+        m_lines->getScroll()->setVScrollValue(m_rows->getScroll()->getVScrollValue());
     UIWindow::update(dt);
 }
 
@@ -158,4 +167,9 @@ void TrackEditor::release()
         jDelete(field, "src/ui/TrackEditor", __LINE__, "TrackEditor::release");
     m_fields.release();
     UIWindow::release();
+    m_rows = nullptr;
+    m_lines = nullptr;
+    m_timebar_top = m_timebar_bottom = nullptr;
+    jDelete(m_curves, "src/ui/TrackEditor", __LINE__, "TrackEditor::release");
+    m_curves = nullptr;
 }

@@ -11,6 +11,10 @@ class ToolButton;
 class UIFloat;
 class UIRoot;
 class UISpliter;
+class UITimeBar;
+class UITrackCurvePanel;
+class UITrackLinePanel;
+class UITrackRowPanel;
 class UIWidget;
 class World;
 
@@ -49,6 +53,8 @@ public:
     void setToBegin();
     // Returns the toolbar button whose icon file stem or translation key is name, or null.
     ToolButton* findButton(const char* name) const;
+    // Returns the canvas of a view by name ("lines", "rows", "timebar"), or null for another name.
+    UIElement* findView(const char* name) const;
 
 private:
     bool is_window_modified() const { return m_modified; }
@@ -58,11 +64,23 @@ private:
     void refresh_fields();
 
     void init_layout();
+    void init_top_left();
     void init_top_right();
     void init_bottom();
+    void show_document();
+    UITimeBar* make_timebar(const char* tag);
 
     void on_track_limits_changed();
     void on_track_loaded();
+    void on_keys_changed();
+    void on_range_changed();
+    void on_time_changed();
+    void on_key_made(UiMsg* msg);
+    void on_selection_lists();
+    void on_selection_changed(int id);
+    void update_select_track();
+    void on_timebar_range_changed(const UIEventChanged* e, UIElement* sender);
+    void on_timebar_cur_time_changed(const UIEventChanged* e, UIElement* sender);
 
     void cb_load_track(const UIEventMouse* e, UIElement* sender);
     void cb_save_track(const UIEventMouse* e, UIElement* sender);
@@ -81,6 +99,11 @@ private:
     UIElement* m_right = nullptr;
     UIElement* m_bottom = nullptr;
     UISpliter* m_columns = nullptr;
+    UITimeBar* m_timebar_top = nullptr;
+    UITimeBar* m_timebar_bottom = nullptr;
+    UITrackRowPanel* m_rows = nullptr;
+    UITrackLinePanel* m_lines = nullptr;
+    UITrackCurvePanel* m_curves = nullptr;
     ToolBar* m_file_bar = nullptr;
     ToolBar* m_settings_bar = nullptr;
     ToolBar* m_play_bar = nullptr;

@@ -1,5 +1,7 @@
-// The widget tree of the Track Editor window: a top row, two columns in a splitter (parameters on
-// the left, keys on the right) and a bottom row with the range fields and the playback controls.
+// The widget tree of the Track Editor window: a top row, two columns in a splitter (the row tree on
+// the left; the file toolbar, a time bar and the key lines on the right) and a bottom row with the
+// range fields, a second time bar and the playback controls. The two columns start their rows at
+// the same height, so each key line sits beside its row.
 #include "ui/TrackEditor.h"
 
 #include "data/AppData.h"
@@ -10,12 +12,20 @@
 #include "ui/UIHLayout.h"
 #include "ui/UILabel.h"
 #include "ui/UISpliter.h"
+#include "ui/UITimeBar.h"
+#include "ui/UITrackCurvePanel.h"
+#include "ui/UITrackLinePanel.h"
+#include "ui/UITrackRowPanel.h"
 #include "ui/UIVLayout.h"
 
 namespace {
 
 constexpr int TOOLBAR_FONT_SIZE = 16;
 constexpr int FIELD_WIDTH = 64;
+// The height of the bands above the row tree and the key lines (the toolbar and the time bar).
+constexpr int HEADER_HEIGHT = 72;
+constexpr int BOTTOM_TIMEBAR_HEIGHT = 32;
+constexpr float NEW_TRACK_LENGTH = 10.0f;
 constexpr const char* GUI = "data/core/editor/gui/";
 
 jString icon(const char* name)
@@ -69,15 +79,44 @@ void TrackEditor::init_layout()
     addChild(m_bottom, UI_EXPAND_ACROSS, -1);
 }
 
+UITimeBar* TrackEditor::make_timebar(const char* tag)
+{
+    auto* bar = jNew<UITimeBar>("src/ui/TrackEditor", __LINE__, tag, getRoot(), 0.0f, NEW_TRACK_LENGTH);
+    bar->timeChanged().append(bind(&TrackEditor::on_timebar_cur_time_changed, this));
+    bar->rangeChanged().append(bind(&TrackEditor::on_timebar_range_changed, this));
+    return bar;
+}
+
+void TrackEditor::init_top_left()
+{
+    auto* header = make<UIVLayout>("TrackEditor::init_top_left", getRoot());
+    header->setFixHeight(HEADER_HEIGHT);
+    m_left->addChild(header, UI_EXPAND_ACROSS, -1);
+    jVector<UITrackRow::RowData> columns;
+    columns.append({tr("E"), false});
+    columns.append({tr("T"), false});
+    m_rows = jNew<UITrackRowPanel>("src/ui/TrackEditor", __LINE__, "TrackEditor::init_top_left", getRoot(), columns);
+    m_left->addChild(m_rows, UI_EXPAND_BOTH, -1);
+}
+
 void TrackEditor::init_top_right()
 {
+    auto* header = make<UIVLayout>("TrackEditor::init_top_right", getRoot());
+    header->setFixHeight(HEADER_HEIGHT);
+    m_right->addChild(header, UI_EXPAND_ACROSS, -1);
     m_file_bar = jNew<ToolBar>("src/ui/TrackEditor", __LINE__, "TrackEditor::init_top_right", getRoot(),
                                TOOLBAR_FONT_SIZE);
     m_file_bar->addTextButton(tr("load"), bind(&TrackEditor::cb_load_track, this));
     ToolButton* save = m_file_bar->addTextButton(tr("save"), bind(&TrackEditor::cb_save_track, this));
     save->setShortcut('S', true, false, false);
     m_file_bar->addTextButton(tr("clear"), bind(&TrackEditor::cb_clear_track, this));
-    m_right->addChild(m_file_bar, UI_EXPAND_ACROSS, -1);
+    header->addChild(m_file_bar, UI_EXPAND_ACROSS, -1);
+
+    m_curves = jNew<UITrackCurvePanel>("src/ui/TrackEditor", __LINE__, "TrackEditor::init_top_right");
+    m_timebar_top = make_timebar("TrackEditor::init_top_right");
+    header->addChild(m_timebar_top, UI_EXPAND_BOTH, -1);
+    m_lines = jNew<UITrackLinePanel>("src/ui/TrackEditor", __LINE__, "TrackEditor::init_top_right", getRoot());
+    m_right->addChild(m_lines, UI_EXPAND_BOTH, -1);
 }
 
 void TrackEditor::init_bottom()
@@ -90,6 +129,10 @@ void TrackEditor::init_bottom()
     m_fields.append(addHubField(m_bottom, "begin", &AppData::setBeginTime, &AppData::getBeginTime, 199));
     m_fields.append(addHubField(m_bottom, "end", &AppData::setEndTime, &AppData::getEndTime, 199));
     m_fields.append(addHubField(m_bottom, "time", &AppData::setTime, &AppData::getTime, 201));
+
+    m_timebar_bottom = make_timebar("TrackEditor::init_bottom");
+    m_timebar_bottom->setMinHeight(BOTTOM_TIMEBAR_HEIGHT);
+    m_bottom->addChild(m_timebar_bottom, UI_EXPAND_BOTH, -1);
 
     m_play_bar = jNew<ToolBar>("src/ui/TrackEditor", __LINE__, "TrackEditor::init_bottom", getRoot(),
                                TOOLBAR_FONT_SIZE);

@@ -1,5 +1,6 @@
 // How the Track Editor window answers host messages: every change message marks the document
-// modified and retitles the window; time messages play the track at the current time.
+// modified and retitles the window; range and time messages move the time bars, time messages play
+// the track at the current time, and selection messages bring the views into step.
 #include "ui/TrackEditor.h"
 
 #include "anim/Track.h"
@@ -9,6 +10,9 @@
 #include "editor/ToolButton.h"
 #include "msg/MsgMngr.h"
 #include "msg/UiMsg.h"
+#include "ui/UITimeBar.h"
+#include "ui/UITrackCurvePanel.h"
+#include "ui/UITrackLinePanel.h"
 
 namespace {
 
@@ -21,19 +25,30 @@ float clampTo(float v, float lo, float hi)
 
 void TrackEditor::processMsg(UiMsg* msg)
 {
-    FTrack* document = AppData::get()->getTrack();
-    Track* track = document ? document->getEngineTrack() : nullptr;
     switch (msg->getID()) {
     case 193: case 194: case 195: case 196: case 200:
-    case 197: case 202: case 204: case 203:
         set_window_modified(true);
+        break;
+    case 197: case 202: case 204:
+        on_keys_changed();
         break;
     case 198:
         on_track_limits_changed();
         break;
+    case 199:
+        on_range_changed();
+        break;
     case 201:
-        if (track)
-            track->set(AppData::get()->getTime());
+        on_time_changed();
+        break;
+    case 203:
+        on_key_made(msg);
+        break;
+    case 205:
+        on_selection_lists();
+        break;
+    case 206: case 207: case 208:
+        on_selection_changed(msg->getID());
         break;
     case 209:
         set_window_modified(false);
@@ -41,7 +56,7 @@ void TrackEditor::processMsg(UiMsg* msg)
     case 210:
         on_track_loaded();
         break;
-    default: // 199 moves the time bars' ranges, 205-208 the views' selections; 211 is the host's
+    default: // 211 is the host's
         break;
     }
 }
@@ -55,6 +70,12 @@ void TrackEditor::on_track_limits_changed()
     data->setBeginTime(clampTo(data->getBeginTime(), lo, hi));
     data->setEndTime(clampTo(data->getEndTime(), lo, hi));
     data->setTime(clampTo(data->getTime(), lo, hi));
+    for (UITimeBar* bar : {m_timebar_top, m_timebar_bottom}) {
+        bar->setMin(lo);
+        bar->setMax(hi);
+        bar->setTime(clampTo(data->getTime(), data->getBeginTime(), data->getEndTime()));
+    }
+    m_lines->setDirty();
     MsgMngr::get()->notifyHelper(199);
     set_window_modified(true);
 }
@@ -62,6 +83,15 @@ void TrackEditor::on_track_limits_changed()
 void TrackEditor::on_track_loaded()
 {
     Track* track = AppData::get()->getTrack()->getEngineTrack();
+    const float lo = track->getBeginTime(), hi = track->getEndTime();
+    for (UITimeBar* bar : {m_timebar_top, m_timebar_bottom}) {
+        bar->setMin(lo);
+        bar->setMax(hi);
+        bar->setBegin(clampTo(lo, lo, hi));
+        bar->setEnd(clampTo(hi, lo, hi));
+        bar->setTime(AppData::get()->getTime());
+    }
+    m_lines->setDirty();
     m_btn_loop->setChecked(track && track->isLoop());
     m_play_bar->updateButtons();
     set_window_modified(false);

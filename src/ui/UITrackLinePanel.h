@@ -68,6 +68,7 @@ private:
     void clear_box();
     void refresh_marks();
     void send_selection();
+    void send_selection_lists();
     void to_canvas(const UIEventMouse* e, int& x, int& y) const;
 
     int m_mode = 0;

@@ -42,9 +42,24 @@ void copyInto(jSet<T>& to, const jSet<T>& from)
 
 } // namespace
 
+// The parameters keep which of their keys are marked; the window rebuilds every view's selection
+// from those marks when it hears 205.
+void UITrackLinePanel::send_selection_lists()
+{
+    for (UITrackLine* line : m_lines)
+        if (line->getData())
+            line->getData()->getKeySet().clear();
+    for (UITrackLineKey* mark : m_selected_keys) {
+        FKey* key = mark->getKey();
+        if (key && key->getParameter())
+            key->getParameter()->getKeySet().insert(key);
+    }
+    MsgMngr::get()->notifyHelper(MSG_SELECTION_LISTS);
+}
+
 void UITrackLinePanel::send_selection()
 {
-    MsgMngr::get()->notifyHelper(MSG_SELECTION_LISTS);
+    send_selection_lists();
     MsgMngr::get()->notifyHelper(MSG_LINE_SELECTION);
 }
 
@@ -201,8 +216,7 @@ void UITrackLinePanel::drag_box(int x, int y)
     copyInto(m_selected_lines, m_saved_lines);
     copyInto(m_selected_keys, m_saved_keys);
     refresh_marks();
-    MsgMngr::get()->notifyHelper(MSG_SELECTION_LISTS);
-    m_keys_dirty = true;
+    send_selection_lists();
 }
 
 // The selected keys move together by the pointer's travel in time since the press; the block is
