@@ -1,12 +1,17 @@
 # Runs one kuvo-editor command line and checks its exit status, what it printed and the files it
 # wrote. Variables: COMMAND (the words joined by "|"), STATUS (the expected exit status), OUTPUT (a regular
 # expression the combined stdout and stderr must match, optional), FILE (a file the run must
-# leave behind, optional), PLUGIN_DIR (KUVO_PLUGIN_DIR for the run, optional).
+# leave behind, optional), COPY_FROM (a file copied to FILE before the run, optional), FILE_MATCHES
+# (a regular expression FILE's content must match after the run, optional), PLUGIN_DIR
+# (KUVO_PLUGIN_DIR for the run, optional).
 if(DEFINED PLUGIN_DIR)
   set(ENV{KUVO_PLUGIN_DIR} "${PLUGIN_DIR}")
 endif()
 if(DEFINED FILE)
   file(REMOVE "${FILE}")
+  if(DEFINED COPY_FROM)
+    file(COPY_FILE "${COPY_FROM}" "${FILE}")
+  endif()
 endif()
 string(REPLACE "|" ";" command "${COMMAND}")
 execute_process(COMMAND ${command} RESULT_VARIABLE status OUTPUT_VARIABLE out ERROR_VARIABLE err TIMEOUT 120)
@@ -19,5 +24,11 @@ if(DEFINED OUTPUT AND NOT all MATCHES "${OUTPUT}")
 endif()
 if(DEFINED FILE AND NOT EXISTS "${FILE}")
   message(FATAL_ERROR "the run did not write ${FILE}; output:\n${all}")
+endif()
+if(DEFINED FILE_MATCHES)
+  file(READ "${FILE}" content)
+  if(NOT content MATCHES "${FILE_MATCHES}")
+    message(FATAL_ERROR "${FILE} does not match \"${FILE_MATCHES}\":\n${content}")
+  endif()
 endif()
 message(STATUS "${all}")
