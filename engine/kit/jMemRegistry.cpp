@@ -3,9 +3,9 @@
 #include <algorithm>
 #include <cstdint>
 #include <mutex>
-#include <unordered_map>
 #include <vector>
 
+#include "jPointerTable.h"
 #include "kit/jAllocator.h"
 #include "kit/jLog.h"
 
@@ -24,7 +24,7 @@ struct Record {
 // still find it.
 struct Registry {
     std::mutex lock;
-    std::unordered_map<void*, Record> live;
+    jPointerTable<Record> live;
     uint64_t nextOrder = 0;
     size_t unknownRemovals = 0;
 };
@@ -42,7 +42,7 @@ void memAddInfo(void* ptr, bool isBuffer, const char* file, int line, const char
     Registry& reg = registry();
     std::unique_lock guard(reg.lock);
     Record record{file, tag, size, reg.nextOrder++, line, isBuffer};
-    if (reg.live.emplace(ptr, record).second)
+    if (reg.live.insert(ptr, record))
         return;
     guard.unlock();
     jLog::error("%s:pointer %p registered twice (%s at %s:%d)", "memAddInfo", ptr, tag, file, line);
@@ -93,8 +93,7 @@ jMemSnapshot jMemRegistry::snapshot()
     Registry& reg = registry();
     std::lock_guard guard(reg.lock);
     jMemSnapshot snap;
-    for (const auto& [ptr, record] : reg.live)
-        ++snap.m_counts[record.tag ? record.tag : "?"];
+    reg.live.forEach([&snap](void*, const Record& record) { ++snap.m_counts[record.tag ? record.tag : "?"]; });
     return snap;
 }
 
@@ -111,8 +110,7 @@ std::string jMemRegistry::leakReport()
     std::vector<Record> records;
     {
         std::lock_guard guard(reg.lock);
-        for (const auto& [ptr, record] : reg.live)
-            records.push_back(record);
+        reg.live.forEach([&records](void*, const Record& record) { records.push_back(record); });
     }
     std::sort(records.begin(), records.end(),
               [](const Record& a, const Record& b) { return a.order < b.order; });

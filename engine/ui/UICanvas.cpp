@@ -156,7 +156,11 @@ bool UICanvas::setText(int id, const char* text)
     UIShapeStore::Shape* s = m_store->find(id, Kind::Text);
     if (!s)
         return bad_id("UICanvas::setText");
-    s->text = QString::fromUtf8(text ? text : "");
+    QString fresh = QString::fromUtf8(text ? text : "");
+    if (fresh == s->text)
+        return true; // layouts set the same texts again on every pass
+    s->text = std::move(fresh);
+    s->sized = false;
     m_store->touch(id);
     changed();
     return true;
@@ -181,6 +185,7 @@ bool UICanvas::setTextFontSize(int id, int size)
     if (!s)
         return bad_id("UICanvas::setTextFontSize");
     s->fontSize = size;
+    s->sized = false;
     m_store->touch(id);
     changed();
     return true;

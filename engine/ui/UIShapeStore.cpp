@@ -113,8 +113,12 @@ QFont UIShapeStore::fontOf(int pixelSize) const
 
 QSizeF UIShapeStore::textSize(const Shape& s) const
 {
-    QFontMetricsF metrics(fontOf(s.fontSize));
-    return QSizeF(metrics.horizontalAdvance(s.text), metrics.height());
+    if (!s.sized) { // measured once per text and font size: layouts ask for widths on every pass
+        QFontMetricsF metrics(fontOf(s.fontSize));
+        s.size = QSizeF(metrics.horizontalAdvance(s.text), metrics.height());
+        s.sized = true;
+    }
+    return s.size;
 }
 
 QRectF UIShapeStore::bounds_of(const Shape& s) const
@@ -137,6 +141,14 @@ QRectF UIShapeStore::bounds_of(const Shape& s) const
     return QRectF(QPointF(x0 - pad, y0 - pad), QPointF(x1 + pad, y1 + pad));
 }
 
+// Which of a shape's first four cells (cx, cy) is, or -1 for a later one: a shape's place in those
+// lists is kept, so taking a small shape out of a crowded cell costs no search.
+int UIShapeStore::slot_of(const Shape& s, int cx, int cy)
+{
+    const int i = (cy - s.cells[1]) * (s.cells[2] - s.cells[0] + 1) + (cx - s.cells[0]);
+    return i < 4 ? i : -1;
+}
+
 void UIShapeStore::file(int id, Shape& s)
 {
     s.bounds = bounds_of(s);
@@ -147,8 +159,12 @@ void UIShapeStore::file(int id, Shape& s)
     s.cells[2] = cell_of(s.bounds.right(), k_cell);
     s.cells[3] = cell_of(s.bounds.bottom(), k_cell);
     for (int cy = s.cells[1]; cy <= s.cells[3]; ++cy) {
-        for (int cx = s.cells[0]; cx <= s.cells[2]; ++cx)
-            cell(cx, cy).push_back(id);
+        for (int cx = s.cells[0]; cx <= s.cells[2]; ++cx) {
+            std::vector<int>& ids = cell(cx, cy);
+            ids.push_back(id);
+            if (int i = slot_of(s, cx, cy); i >= 0)
+                s.places[i] = static_cast<int>(ids.size()) - 1;
+        }
     }
 }
 
@@ -160,16 +176,29 @@ void UIShapeStore::unfile(int id, Shape& s)
             if (it == m_grid.end())
                 continue;
             std::vector<int>& ids = it->second;
-            auto found = std::find(ids.begin(), ids.end(), id);
-            if (found != ids.end()) {
-                *found = ids.back();
-                ids.pop_back();
-            }
+            const int i = slot_of(s, cx, cy);
+            int at = i >= 0 ? s.places[i] : -1;
+            if (at < 0 || at >= static_cast<int>(ids.size()) || ids[at] != id)
+                at = static_cast<int>(std::find(ids.begin(), ids.end(), id) - ids.begin());
+            if (at >= static_cast<int>(ids.size()))
+                continue;
+            const int moved = ids.back();
+            ids[at] = moved;
+            ids.pop_back();
+            if (moved != id)
+                if (int j = slot_of(m_shapes[moved], cx, cy); j >= 0)
+                    m_shapes[moved].places[j] = at;
         }
     }
     s.cells[0] = s.cells[1] = 0;
     s.cells[2] = s.cells[3] = -1;
     s.bounds = QRectF();
+}
+
+bool UIShapeStore::same_cells(const Shape& s, const QRectF& bounds)
+{
+    return s.cells[0] == cell_of(bounds.left(), k_cell) && s.cells[1] == cell_of(bounds.top(), k_cell) &&
+           s.cells[2] == cell_of(bounds.right(), k_cell) && s.cells[3] == cell_of(bounds.bottom(), k_cell);
 }
 
 void UIShapeStore::refresh()
@@ -178,9 +207,14 @@ void UIShapeStore::refresh()
         Shape& s = m_shapes[id];
         if (s.kind == Removed || !s.stale)
             continue;
+        s.stale = false;
+        const QRectF bounds = bounds_of(s);
+        if (!bounds.isEmpty() && !s.bounds.isEmpty() && same_cells(s, bounds)) {
+            s.bounds = bounds; // still in the same cells: nothing to refile
+            continue;
+        }
         unfile(id, s);
         file(id, s);
-        s.stale = false;
     }
     m_stale.clear();
 }
@@ -212,7 +246,11 @@ void UIShapeStore::visit(const QRectF& area, F&& f)
 int UIShapeStore::paint(QPainter& painter, const QRect& area)
 {
     std::vector<int> ids;
-    visit(QRectF(area), [&ids](int id, Shape&) { ids.push_back(id); });
+    // A fully transparent shape (a hit area) changes no pixel.
+    visit(QRectF(area), [&ids](int id, Shape& s) {
+        if (s.color.alpha() > 0 || s.kind == Text)
+            ids.push_back(id);
+    });
     std::sort(ids.begin(), ids.end(), [this](int a, int b) { return draws_before(m_shapes[a], m_shapes[b]); });
     painter.setRenderHint(QPainter::Antialiasing, false);
     // Neighbouring marks mostly share a colour; changing the painter's state only when it differs

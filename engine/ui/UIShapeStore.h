@@ -30,10 +30,13 @@ public:
         QString text;
         QPointF position;
         int fontSize = 12;
+        mutable QSizeF size; // the text's measured size, valid while sized
+        mutable bool sized = false;
         int outline = 0;
         QColor outlineColor{0, 0, 0};
         QRectF bounds; // empty while the shape draws nothing
         int cells[4] = {0, 0, -1, -1}; // first and last grid cell it is filed in (x0, y0, x1, y1)
+        int places[4] = {0, 0, 0, 0}; // its place in each of its first four cells' lists
         bool stale = false; // bounds wait to be recomputed
         std::uint32_t stamp = 0;
     };
@@ -68,6 +71,8 @@ private:
     void refresh();
     void file(int id, Shape& s);
     void unfile(int id, Shape& s);
+    static int slot_of(const Shape& s, int cx, int cy);
+    static bool same_cells(const Shape& s, const QRectF& bounds);
     QRectF bounds_of(const Shape& s) const;
     void paint_text(QPainter& painter, const Shape& s);
     QImage render_text(const Shape& s) const;

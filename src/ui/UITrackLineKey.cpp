@@ -51,8 +51,6 @@ void UITrackLineKey::setLine(UITrackLine* line)
         return;
     clearShapes();
     m_canvas = canvas;
-    if (m_canvas)
-        make_shapes();
 }
 
 void UITrackLineKey::make_shapes()
@@ -65,21 +63,27 @@ void UITrackLineKey::make_shapes()
     m_canvas->setPolygonColor(m_hit_polygon, HIT_COLOR);
 }
 
-void UITrackLineKey::clearShapes()
+void UITrackLineKey::hide()
 {
-    if (m_canvas) {
+    if (m_canvas && m_hit_polygon != INVALID_INDEX) {
         m_canvas->removeText(m_text);
         m_canvas->removeLine(m_outline);
         m_canvas->removePolygon(m_mark_polygon);
         m_canvas->removePolygon(m_hit_polygon);
     }
-    forgetRender();
+    m_text = m_outline = m_mark_polygon = m_hit_polygon = INVALID_INDEX;
+}
+
+void UITrackLineKey::clearShapes()
+{
+    hide();
+    m_canvas = nullptr;
 }
 
 void UITrackLineKey::forgetRender()
 {
     m_canvas = nullptr;
-    m_text = m_outline = m_mark_polygon = m_hit_polygon = -1;
+    m_text = m_outline = m_mark_polygon = m_hit_polygon = INVALID_INDEX;
 }
 
 void UITrackLineKey::clearRender()
@@ -95,6 +99,8 @@ void UITrackLineKey::render(int y, int width, bool selected)
 {
     if (!m_canvas)
         return;
+    if (m_hit_polygon == INVALID_INDEX)
+        make_shapes();
     const AppData* hub = AppData::get();
     const int x = UITrackLinePanel::timeToPixel(getTime(), hub->getBeginTime(), hub->getEndTime(), width);
     draw_text(x, y);

@@ -19,12 +19,12 @@ public:
     virtual FKey* getKey() const { return m_key; }
     virtual void setKey(FKey* key) { m_key = key; }
     virtual UITrackLine* getLine() const { return m_line; }
-    // Sets the line the mark belongs to and draws on the line's canvas.
+    // Sets the line the mark belongs to; the mark draws on the line's canvas from its next render.
     virtual void setLine(UITrackLine* line);
     // Leaves the line (when on one), removes the shapes from the canvas and resets the ids.
     virtual void clearRender();
     // Draws the mark with the row top at y, at the x of the key's time in the visible range of a
-    // canvas width pixels wide; a selected mark is filled white.
+    // canvas width pixels wide (making its shapes on first use); a selected mark is filled white.
     virtual void render(int y, int width, bool selected);
     // True when the mark shows a key whose value is empty (drawn pointing down).
     virtual bool isEmptyMark() const { return false; }
@@ -40,7 +40,11 @@ public:
     int getMarkPolygon() const { return m_mark_polygon; }
     int getOutline() const { return m_outline; }
     int getTextId() const { return m_text; }
-    // Removes the shapes from the canvas but stays on the line (the line left its canvas).
+    // Takes the shapes off the canvas (the mark is out of view); the next render makes them again.
+    void hide();
+    // True while the mark has shapes on the canvas.
+    bool isShown() const { return m_hit_polygon != -1; }
+    // Hides the mark and forgets the canvas but stays on the line (the line left its canvas).
     void clearShapes();
     // Forgets the canvas without touching it, for when the panel goes first.
     void forgetRender();

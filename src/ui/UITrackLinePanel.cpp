@@ -1,6 +1,7 @@
 #include "ui/UITrackLinePanel.h"
 
 #include <algorithm>
+#include <climits>
 
 #include "data/AppData.h"
 #include "kit/jAllocator.h"
@@ -16,6 +17,9 @@ constexpr const char* FILE_TAG = "src/ui/UITrackLinePanel";
 UITrackLinePanel* g_instance = nullptr;
 
 constexpr int SIDE_MARGIN = 6;
+// Pixels between the marks of two keys below which only the first is drawn: closer marks overlap
+// by more than half their width, and keys that close cannot be told apart with the pointer anyway.
+constexpr int MIN_MARK_SPACING = 6;
 
 const vec4 BACKGROUND{0.1f, 0.1f, 0.1f, 1.0f};
 const vec4 BOX_FILL{0.5f, 0.5f, 0.8f, 0.25f};
@@ -152,41 +156,66 @@ void UITrackLinePanel::setDirty()
 
 void UITrackLinePanel::update(float dt)
 {
-    if (m_canvas && (m_canvas->getWidth() != m_width || m_canvas->getHeight() != m_height)) {
-        m_width = m_canvas->getWidth();
-        m_height = m_canvas->getHeight();
-        m_lines_dirty = true;
-    }
-    bool dirty = m_lines_dirty || m_keys_dirty;
-    for (int i = 0; i < m_lines.size() && !dirty; ++i)
-        dirty = m_lines[i]->isDirty();
-    if (m_canvas && dirty)
+    if (m_canvas) {
+        if (m_canvas->getWidth() != m_width || m_canvas->getHeight() != m_height) {
+            m_width = m_canvas->getWidth();
+            m_height = m_canvas->getHeight();
+            m_lines_dirty = true;
+        }
         render_lines();
+    }
     UIVLayout::update(dt);
 }
 
+// Only the lines in view are drawn; a line out of view that missed a change keeps its dirty flag
+// and is drawn when it scrolls in.
 void UITrackLinePanel::render_lines()
 {
-    m_canvas->setFixHeight(std::max(UITrackLine::ROW_PITCH * m_lines.size(), UITrackLine::ROW_PITCH));
+    const bool all = m_lines_dirty || m_keys_dirty;
+    if (all)
+        m_canvas->setFixHeight(std::max(UITrackLine::ROW_PITCH * m_lines.size(), UITrackLine::ROW_PITCH));
+    int vx = 0, vy = 0, vw = 0, vh = 0;
+    m_scroll->getVisibleArea(vx, vy, vw, vh);
+    const int first = vy / UITrackLine::ROW_PITCH;
+    const int last = (vy + vh) / UITrackLine::ROW_PITCH;
     for (int i = 0; i < m_lines.size(); ++i) {
         UITrackLine* line = m_lines[i];
-        const int y = UITrackLine::ROW_PITCH * i;
+        if (i < first || i > last) {
+            if (all)
+                line->setDirty(true);
+            continue;
+        }
+        if (!all && !line->isDirty())
+            continue;
         if (line->getBandPolygon() == INVALID_INDEX) {
             jLog::error("%s:%s", "UITrackLinePanel::update", "id != INVALID_INDEX");
             continue;
         }
-        line->render(y, m_width, m_selected_lines.contains(line));
-        for (UITrackLineKey* key : line->getKeys()) {
-            if (key->getHitPolygon() == INVALID_INDEX) {
-                jLog::error("%s:%s", "UITrackLinePanel::update", "id != INVALID_INDEX");
-                continue;
-            }
-            key->render(y, m_width, m_selected_keys.contains(key));
-        }
-        line->setDirty(false);
+        render_line(line, UITrackLine::ROW_PITCH * i);
     }
     m_lines_dirty = false;
     m_keys_dirty = false;
+}
+
+// Where keys lie closer together than a few pixels their marks only cover each other, and marks
+// outside the canvas are never seen: such marks are taken off the canvas, unless selected, so a
+// frame costs what can be told apart on screen rather than what the track holds.
+void UITrackLinePanel::render_line(UITrackLine* line, int y)
+{
+    line->render(y, m_width, m_selected_lines.contains(line));
+    const AppData* hub = AppData::get();
+    int previous = INT_MIN / 2;
+    for (UITrackLineKey* key : line->getKeys()) {
+        const bool selected = m_selected_keys.contains(key);
+        const int x = timeToPixel(key->getTime(), hub->getBeginTime(), hub->getEndTime(), m_width);
+        if (!selected && (x - previous < MIN_MARK_SPACING || x < -SIDE_MARGIN || x > m_width + SIDE_MARGIN)) {
+            key->hide();
+            continue;
+        }
+        key->render(y, m_width, selected);
+        previous = x;
+    }
+    line->setDirty(false);
 }
 
 void UITrackLinePanel::to_canvas(const UIEventMouse* e, int& x, int& y) const

@@ -59,6 +59,7 @@ public:
 
 private:
     void render_lines();
+    void render_line(UITrackLine* line, int y);
     void start_box(bool extend);
     void press_key(UITrackLine* line, UITrackLineKey* key, bool extend);
     void drag_box(int x, int y);

@@ -1,0 +1,102 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <vector>
+
+// A hash table from non-null pointers to values, kept in one flat array (open addressing with
+// linear probing, at most half full, backward-shift deletion). The allocation registry holds
+// millions of entries while a large track is open; this keeps an insert or erase to a probe or two
+// in one array, with no allocation per entry.
+template <class Value>
+class jPointerTable {
+public:
+    // Adds key with value; false (nothing changed) when key is already there.
+    bool insert(void* key, const Value& value)
+    {
+        if ((m_count + 1) * 2 > m_slots.size())
+            grow();
+        size_t i = home(key);
+        while (m_slots[i].key) {
+            if (m_slots[i].key == key)
+                return false;
+            i = (i + 1) & mask();
+        }
+        m_slots[i].key = key;
+        m_slots[i].value = value;
+        ++m_count;
+        return true;
+    }
+
+    // Removes key; false when it is not there.
+    bool erase(void* key)
+    {
+        if (m_slots.empty())
+            return false;
+        size_t i = home(key);
+        while (m_slots[i].key != key) {
+            if (!m_slots[i].key)
+                return false;
+            i = (i + 1) & mask();
+        }
+        // Pull later entries of the run back over the hole, so lookups never meet a gap too early.
+        for (size_t j = (i + 1) & mask(); m_slots[j].key; j = (j + 1) & mask()) {
+            const size_t k = home(m_slots[j].key);
+            const bool stays = i <= j ? (i < k && k <= j) : (i < k || k <= j);
+            if (!stays) {
+                m_slots[i] = m_slots[j];
+                i = j;
+            }
+        }
+        m_slots[i].key = nullptr;
+        --m_count;
+        return true;
+    }
+
+    size_t size() const { return m_count; }
+
+    // Calls f(key, value) for every entry, in no particular order.
+    template <class F>
+    void forEach(F&& f) const
+    {
+        for (const Slot& slot : m_slots)
+            if (slot.key)
+                f(slot.key, slot.value);
+    }
+
+private:
+    struct Slot {
+        void* key = nullptr;
+        Value value{};
+    };
+
+    size_t mask() const { return m_slots.size() - 1; }
+
+    // Allocations made one after another lie close together in memory; keeping that order in the
+    // table (the address in 32-byte steps, folded once) makes their entries neighbours as well, so
+    // registering or freeing a run of objects walks the table instead of jumping across it.
+    size_t home(const void* key) const
+    {
+        const uint64_t a = static_cast<uint64_t>(reinterpret_cast<uintptr_t>(key)) >> 5;
+        return static_cast<size_t>(a ^ (a >> m_bits)) & mask();
+    }
+
+    void grow()
+    {
+        std::vector<Slot> old;
+        old.swap(m_slots);
+        const size_t capacity = old.empty() ? 1024 : old.size() * 2;
+        m_slots.assign(capacity, Slot{});
+        m_bits = 0;
+        for (size_t c = capacity; c > 1; c >>= 1)
+            ++m_bits;
+        m_count = 0;
+        for (const Slot& slot : old)
+            if (slot.key)
+                insert(slot.key, slot.value);
+    }
+
+    std::vector<Slot> m_slots;
+    size_t m_count = 0;
+    int m_bits = 0;
+};
