@@ -1,7 +1,8 @@
 // The Track Editor with a large track: 1,000 float parameters of 1,000 keys each. EditorLoad loads
 // the file into the editor (the engine track, the document's parameters and keys, and their rows,
-// key lines and marks in the window); EditorFrame runs one frame of the window with every visible
-// row and key line drawn again, and paints the key line view.
+// key lines and marks in the window); EditorFrame runs one frame of the window in which the visible
+// range moved (so every visible mark moves and every visible row is laid out again) and paints the
+// row tree and the key lines.
 #include <benchmark/benchmark.h>
 
 #include <cstdlib>
@@ -14,6 +15,7 @@
 #include "editor/DataDir.h"
 #include "kit/jAllocator.h"
 #include "kit/jKit.h"
+#include "msg/MsgMngr.h"
 #include "ui/TrackEditor.h"
 #include "ui/UIAutomation.h"
 #include "ui/UICanvas.h"
@@ -107,8 +109,11 @@ void EditorFrame(benchmark::State& state)
     UITrackRowPanel* rows = UITrackRowPanel::get();
     scene.editor->update(1.0f / 60.0f);
     UIAutomation* automation = scene.root->getAutomation();
+    bool shifted = false;
     for (auto _ : state) {
-        lines->setDirty();
+        shifted = !shifted;
+        AppData::get()->setBeginTime(shifted ? 0.5f : 0.0f);
+        MsgMngr::get()->notifyHelper(199);
         rows->setDirty();
         scene.editor->update(1.0f / 60.0f);
         automation->renderRegion(lines->getCanvas(), 0, 0, lines->getWidth(), lines->getHeight());

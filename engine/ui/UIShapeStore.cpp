@@ -47,9 +47,16 @@ int UIShapeStore::add(Kind kind, int order)
     s.kind = kind;
     s.order = order;
     s.seq = m_seq++;
-    m_shapes.push_back(std::move(s));
     ++m_live;
-    int id = static_cast<int>(m_shapes.size()) - 1;
+    int id = 0;
+    if (!m_free.empty()) { // views take shapes off and put them back as things scroll into view
+        id = m_free.back();
+        m_free.pop_back();
+        m_shapes[id] = std::move(s);
+    } else {
+        m_shapes.push_back(std::move(s));
+        id = static_cast<int>(m_shapes.size()) - 1;
+    }
     if (kind == Text)
         touch(id);
     return id;
@@ -84,6 +91,7 @@ bool UIShapeStore::remove(int id, Kind kind)
     unfile(id, *s);
     *s = Shape();
     --m_live;
+    m_free.push_back(id);
     return true;
 }
 
@@ -99,6 +107,7 @@ bool UIShapeStore::reorder(int id, int order)
 void UIShapeStore::clear()
 {
     m_shapes.clear();
+    m_free.clear();
     m_stale.clear();
     m_grid.clear();
     m_live = 0;

@@ -83,6 +83,7 @@ private:
 
     QCache<QString, QImage> m_text_images{8 * 1024 * 1024}; // drawn texts, by look, up to 8 MB
     std::vector<Shape> m_shapes;
+    std::vector<int> m_free; // ids of removed shapes, given to the next shapes made
     std::vector<int> m_stale;
     std::unordered_map<std::int64_t, std::vector<int>> m_grid;
     std::uint32_t m_seq = 0;

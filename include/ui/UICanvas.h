@@ -21,7 +21,7 @@ public:
     explicit UICanvas(UIRoot* root);
     ~UICanvas() override;
 
-    // Each returns the new shape's id.
+    // Each returns the new shape's id; the id of a removed shape may be given to a later one.
     int addLine(int order);
     int addPolygon(int order);
     int addText(int order);

@@ -75,11 +75,13 @@ void UITrackLine::clearRender()
             key->clearShapes();
     }
     m_canvas = nullptr;
+    m_in_view = false;
     m_band_polygon = m_band_line = -1;
 }
 
 void UITrackLine::forgetRender()
 {
+    m_in_view = false;
     m_canvas = nullptr;
     m_band_polygon = m_band_line = -1;
     for (UITrackLineKey* key : m_keys)

@@ -54,6 +54,10 @@ public:
     int getComponent() const { return m_component; }
     void setComponent(int component) { m_component = component; }
 
+    // Whether the panel drew the line's marks in view (they are taken off when it scrolls out).
+    bool isInView() const { return m_in_view; }
+    void setInView(bool inView) { m_in_view = inView; }
+
     static constexpr int ROW_PITCH = 22;
 
 private:
@@ -66,5 +70,6 @@ private:
     vec4 m_dark{0.0f, 0.0f, 0.0f, 1.0f};
     vec4 m_light{0.25f, 0.25f, 0.25f, 1.0f};
     bool m_dirty = true;
+    bool m_in_view = false;
     jVector<UITrackLineKey*> m_keys;
 };

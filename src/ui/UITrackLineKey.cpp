@@ -74,6 +74,16 @@ void UITrackLineKey::hide()
     m_text = m_outline = m_mark_polygon = m_hit_polygon = INVALID_INDEX;
 }
 
+void UITrackLineKey::conceal()
+{
+    if (!m_canvas || m_hit_polygon == INVALID_INDEX)
+        return;
+    m_canvas->setText(m_text, "");
+    m_canvas->clearLinePoints(m_outline);
+    m_canvas->clearPolygonPoints(m_mark_polygon);
+    m_canvas->clearPolygonPoints(m_hit_polygon);
+}
+
 void UITrackLineKey::clearShapes()
 {
     hide();

@@ -40,8 +40,12 @@ public:
     int getMarkPolygon() const { return m_mark_polygon; }
     int getOutline() const { return m_outline; }
     int getTextId() const { return m_text; }
-    // Takes the shapes off the canvas (the mark is out of view); the next render makes them again.
+    // Takes the shapes off the canvas (the mark's line left the view); the next render makes them
+    // again.
     void hide();
+    // Empties the shapes but keeps them (the mark is covered by its neighbour or off the canvas),
+    // so showing it again costs no new shapes.
+    void conceal();
     // True while the mark has shapes on the canvas.
     bool isShown() const { return m_hit_polygon != -1; }
     // Hides the mark and forgets the canvas but stays on the line (the line left its canvas).

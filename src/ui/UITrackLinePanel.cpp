@@ -167,8 +167,8 @@ void UITrackLinePanel::update(float dt)
     UIVLayout::update(dt);
 }
 
-// Only the lines in view are drawn; a line out of view that missed a change keeps its dirty flag
-// and is drawn when it scrolls in.
+// Only the lines in view are drawn; a line that scrolls out gives its marks' shapes back, and a line
+// out of view that missed a change keeps its dirty flag and is drawn when it scrolls in.
 void UITrackLinePanel::render_lines()
 {
     const bool all = m_lines_dirty || m_keys_dirty;
@@ -181,11 +181,13 @@ void UITrackLinePanel::render_lines()
     for (int i = 0; i < m_lines.size(); ++i) {
         UITrackLine* line = m_lines[i];
         if (i < first || i > last) {
+            if (line->isInView())
+                leave_view(line);
             if (all)
                 line->setDirty(true);
             continue;
         }
-        if (!all && !line->isDirty())
+        if (!all && !line->isDirty() && line->isInView())
             continue;
         if (line->getBandPolygon() == INVALID_INDEX) {
             jLog::error("%s:%s", "UITrackLinePanel::update", "id != INVALID_INDEX");
@@ -209,13 +211,22 @@ void UITrackLinePanel::render_line(UITrackLine* line, int y)
         const bool selected = m_selected_keys.contains(key);
         const int x = timeToPixel(key->getTime(), hub->getBeginTime(), hub->getEndTime(), m_width);
         if (!selected && (x - previous < MIN_MARK_SPACING || x < -SIDE_MARGIN || x > m_width + SIDE_MARGIN)) {
-            key->hide();
+            key->conceal();
             continue;
         }
         key->render(y, m_width, selected);
         previous = x;
     }
     line->setDirty(false);
+    line->setInView(true);
+}
+
+void UITrackLinePanel::leave_view(UITrackLine* line)
+{
+    for (UITrackLineKey* key : line->getKeys())
+        key->hide();
+    line->setInView(false);
+    line->setDirty(true);
 }
 
 void UITrackLinePanel::to_canvas(const UIEventMouse* e, int& x, int& y) const

@@ -60,6 +60,7 @@ public:
 private:
     void render_lines();
     void render_line(UITrackLine* line, int y);
+    void leave_view(UITrackLine* line);
     void start_box(bool extend);
     void press_key(UITrackLine* line, UITrackLineKey* key, bool extend);
     void drag_box(int x, int y);
