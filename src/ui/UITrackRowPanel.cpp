@@ -2,6 +2,7 @@
 
 #include "kit/jAllocator.h"
 #include "kit/jLog.h"
+#include "msg/MsgMngr.h"
 #include "ui/UICanvas.h"
 #include "ui/UIScrollBox.h"
 
@@ -9,6 +10,8 @@ namespace {
 
 UITrackRowPanel* g_instance = nullptr;
 const vec4 BACKGROUND{0.1f, 0.1f, 0.1f, 1.0f};
+// The host message the panel posts when the user changed the selection.
+constexpr int ROW_SELECTION_CHANGED = 207;
 
 } // namespace
 
@@ -131,4 +134,62 @@ void UITrackRowPanel::update(float dt)
     if (m_dirty || any_row_dirty())
         layout_rows();
     UIVLayout::update(dt);
+}
+
+bool UITrackRowPanel::onMouseDown(const UIEventMouse* e)
+{
+    bool inside = isHit(e->x, e->y);
+    if ((!inside && !hasFocus()) || !e->isLeft() || !m_canvas)
+        return UIVLayout::onMouseDown(e);
+    if (!hasFocus())
+        setFocus();
+    int x = e->x;
+    int y = e->y;
+    m_canvas->screenToLocal(x, y);
+    int hit = m_canvas->getPolygonIntersection(x, y);
+    if (hit == -1) {
+        if (inside)
+            press_empty(e->isMultiSelect());
+        return UIVLayout::onMouseDown(e);
+    }
+    for (UITrackRow* row : m_rows) {
+        if (row->getBandPolygon() == hit) {
+            press_band(row, e->isMultiSelect());
+            return true;
+        }
+        int column = row->findColumn(hit);
+        if (column >= 0) {
+            row->toggleColumn(column); // a button never touches the selection
+            return true;
+        }
+    }
+    return UIVLayout::onMouseDown(e);
+}
+
+// Empty space always leaves the selection empty: it is cleared before the modifier is looked at,
+// so a modifier press keeps an empty copy and tells the views nothing.
+void UITrackRowPanel::press_empty(bool multiSelect)
+{
+    m_press = 1;
+    setCurrent(nullptr);
+    if (!m_selected.empty())
+        m_dirty = true; // the rows drawn selected must be drawn plain again
+    m_selected.clear();
+    m_saved_selection = m_selected;
+    if (!multiSelect)
+        MsgMngr::get()->notifyHelper(ROW_SELECTION_CHANGED);
+}
+
+// The modifier adds a row that is not selected yet; every other press selects the row alone, so a
+// modifier press on a selected row keeps it.
+void UITrackRowPanel::press_band(UITrackRow* row, bool multiSelect)
+{
+    m_press = 2;
+    setCurrent(row);
+    if (multiSelect && !m_selected.contains(row))
+        m_selected.insert(row);
+    else
+        select(row);
+    m_dirty = true;
+    MsgMngr::get()->notifyHelper(ROW_SELECTION_CHANGED);
 }

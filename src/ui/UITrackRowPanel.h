@@ -24,6 +24,10 @@ public:
     void update(float dt) override;
     // Releases the layout; the rows stay with their parameters.
     void release() override;
+    // A left press selects a row (extending the selection with the multi-select modifier),
+    // toggles a row's button, or clears the selection on empty space. Returns true when it hit a
+    // row or a button; a press on empty space travels on to the layout.
+    bool onMouseDown(const UIEventMouse* e) override;
 
     // Appends row and draws it on the panel's canvas; logs "<fn>: row is already defined" and
     // changes nothing when the panel holds it already.
@@ -41,6 +45,8 @@ public:
     // Replaces the selection with row alone (nothing for null).
     void select(UITrackRow* row);
     void setDirty() { m_dirty = true; }
+    // What the last press hit: 0 nothing yet, 1 empty space, 2 a row.
+    int getPress() const { return m_press; }
 
     UIScrollBox* getScroll() const { return m_scroll; }
     UICanvas* getCanvas() const { return m_canvas; }
@@ -50,6 +56,8 @@ public:
 private:
     bool any_row_dirty() const;
     void layout_rows();
+    void press_empty(bool multiSelect);
+    void press_band(UITrackRow* row, bool multiSelect);
 
     int m_width = -1;
     bool m_dirty = false;
