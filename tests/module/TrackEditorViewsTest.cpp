@@ -187,3 +187,21 @@ TEST_F(TrackEditorViewsTest, RowsAndKeyLinesScrollTogether)
     frame();
     EXPECT_EQ(lines()->getScroll()->getVScrollValue(), rowScroll->getVScrollValue());
 }
+
+TEST_F(TrackEditorViewsTest, ClearingTheDocumentEmptiesTheViewsAndTheirSelections)
+{
+    loadDemo();
+    FParameterSingle* x = document()->getSingleParameters()[0];
+    jVector<UITrackLineKey*> marks;
+    marks.append(x->getKey(0)->getLineKey());
+    lines()->setSelectedKeys(marks);
+    lines()->setCurrentKey(marks[0]);
+    rows()->select(x->getRow());
+    m_editor->clear();
+    EXPECT_EQ(lines()->getLines().size(), 0);
+    EXPECT_EQ(lines()->getSelectedKeys().size(), 0);
+    EXPECT_EQ(lines()->getCurrentKey(), nullptr);
+    EXPECT_EQ(rows()->getRows().size(), 0);
+    EXPECT_EQ(rows()->getSelected().size(), 0);
+    frame(); // nothing left to draw, and nothing freed is touched
+}
