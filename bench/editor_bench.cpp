@@ -5,6 +5,7 @@
 // row tree and the key lines.
 #include <benchmark/benchmark.h>
 
+#include <chrono>
 #include <cstdlib>
 #include <random>
 #include <string>
@@ -110,16 +111,24 @@ void EditorFrame(benchmark::State& state)
     scene.editor->update(1.0f / 60.0f);
     UIAutomation* automation = scene.root->getAutomation();
     bool shifted = false;
+    double updating = 0.0, painting = 0.0;
+    using Clock = std::chrono::steady_clock;
     for (auto _ : state) {
+        const auto start = Clock::now();
         shifted = !shifted;
         AppData::get()->setBeginTime(shifted ? 0.5f : 0.0f);
         MsgMngr::get()->notifyHelper(199);
         rows->setDirty();
         scene.editor->update(1.0f / 60.0f);
+        const auto updated = Clock::now();
         automation->renderRegion(lines->getCanvas(), 0, 0, lines->getWidth(), lines->getHeight());
         automation->renderRegion(rows->getCanvas(), 0, 0, rows->getWidth(), rows->getHeight());
+        updating += std::chrono::duration<double, std::milli>(updated - start).count();
+        painting += std::chrono::duration<double, std::milli>(Clock::now() - updated).count();
     }
     state.counters["painted"] = lines->getCanvas()->getLastPaintCount();
+    state.counters["update_ms"] = updating / double(state.iterations());
+    state.counters["paint_ms"] = painting / double(state.iterations());
 }
 BENCHMARK(EditorFrame)->Unit(benchmark::kMillisecond);
 
