@@ -95,6 +95,21 @@ bool UICanvas::add_point(int id, int kind, const vec3& p, const char* op)
     return true;
 }
 
+bool UICanvas::set_points(int id, int kind, const vec3* points, int count, bool closed, const char* op)
+{
+    UIShapeStore::Shape* s = m_store->find(id, static_cast<Kind>(kind));
+    if (!s)
+        return bad_id(op);
+    s->points.clear();
+    for (int i = 0; i < count; ++i)
+        s->points.emplace_back(points[i].x, points[i].y);
+    if (closed && count > 0)
+        s->points.emplace_back(points[0].x, points[0].y);
+    m_store->touch(id);
+    changed();
+    return true;
+}
+
 bool UICanvas::clear_points(int id, int kind, const char* op)
 {
     UIShapeStore::Shape* s = m_store->find(id, static_cast<Kind>(kind));
@@ -125,6 +140,14 @@ bool UICanvas::remove_shape(int id, int kind, const char* op)
 }
 
 bool UICanvas::addLinePoint(int id, const vec3& p) { return add_point(id, Kind::Line, p, "UICanvas::addLinePoint"); }
+bool UICanvas::setLinePoints(int id, const vec3* points, int count, bool closed)
+{
+    return set_points(id, Kind::Line, points, count, closed, "UICanvas::setLinePoints");
+}
+bool UICanvas::setPolygonPoints(int id, const vec3* points, int count)
+{
+    return set_points(id, Kind::Polygon, points, count, false, "UICanvas::setPolygonPoints");
+}
 bool UICanvas::clearLinePoints(int id) { return clear_points(id, Kind::Line, "UICanvas::clearLinePoints"); }
 bool UICanvas::setLineColor(int id, const vec4& c) { return set_color(id, Kind::Line, c, "UICanvas::setLineColor"); }
 bool UICanvas::removeLine(int id) { return remove_shape(id, Kind::Line, "UICanvas::removeLine"); }

@@ -33,6 +33,10 @@ public:
     bool setLineWidth(int id, float width);
     bool removeLine(int id);
 
+    // Replace all points of a shape at once; a closed line ends where it began.
+    bool setLinePoints(int id, const vec3* points, int count, bool closed);
+    bool setPolygonPoints(int id, const vec3* points, int count);
+
     bool addPolygonPoint(int id, const vec3& p);
     bool clearPolygonPoints(int id);
     bool setPolygonColor(int id, const vec4& color);
@@ -69,6 +73,7 @@ private:
     friend class UICanvasWidget;
 
     bool add_point(int id, int kind, const vec3& p, const char* op);
+    bool set_points(int id, int kind, const vec3* points, int count, bool closed, const char* op);
     bool clear_points(int id, int kind, const char* op);
     bool set_color(int id, int kind, const vec4& color, const char* op);
     bool remove_shape(int id, int kind, const char* op);

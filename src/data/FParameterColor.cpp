@@ -8,11 +8,7 @@ const FParameterTags& FParameterColor::tags() const
     return TAGS;
 }
 
-FKeyColor* FParameterColor::createKey(float t)
+vec4 FParameterColor::value_at(float) const
 {
-    if (!engine_parameter()) {
-        jLog::error("%s:%s", tags().createKey, "m_data");
-        return nullptr;
-    }
-    return createKey(t, engine_parameter()->getValue());
+    return engine_parameter()->getValue();
 }

@@ -11,12 +11,9 @@
 class FParameterColor : public FParameterDiscrete<TrackParameterColor, FKeyColor, UITrackLineColor, UITrackLineKeyColor> {
 public:
     int getType() const override { return 3; }
-    // Makes a key at t holding the parameter's current colour; null (logged) without an engine
-    // parameter.
-    FKeyColor* createKey(float t);
-    using FParameterDiscrete::createKey;
-
 protected:
+    // A new key takes the parameter's current colour.
+    vec4 value_at(float t) const override;
     const FParameterTags& tags() const override;
     const char* check_text() const override { return "track && param && param->getType() == TRACK_PARAMETER_COLOR"; }
 };

@@ -44,6 +44,17 @@ public:
         return key;
     }
 
+    // Makes a key at t holding the parameter's value there (value_at); null (logged) without an
+    // engine parameter.
+    Key* createKey(float t)
+    {
+        if (!getTrackParameter()) {
+            jLog::error("%s:%s", tags().createKey, "m_data");
+            return nullptr;
+        }
+        return createKey(t, value_at(t));
+    }
+
     void applyKeys() override
     {
         Engine* engine = engine_parameter();
@@ -60,6 +71,8 @@ public:
 protected:
     // The type check logged when create is handed the wrong parameter.
     virtual const char* check_text() const = 0;
+    // The value a key made at t takes; the base gives an empty value.
+    virtual Value value_at(float) const { return Value{}; }
 
     UITrackLine* make_line() const override
     {

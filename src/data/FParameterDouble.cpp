@@ -12,17 +12,13 @@ const FParameterTags& FParameterDouble::tags() const
 
 bool FParameterDouble::value_at(float t, double& value) const
 {
-    bool found = false;
     const FParameter* parent = getParent();
     if (!parent) {
-        value = engine_parameter()->getTrackValue(t, found);
-        if (!found)
-            value = engine_parameter()->getValue();
+        value = own_value(t);
         return true;
     }
-    if (parent->getType() == 5) {
-        const auto* vector = static_cast<const TrackParameterDVec3*>(parent->getTrackParameter());
-        value = vector->getTrackValue(t, found)[getComponentIndex()];
+    if (parent->getType() == TRACK_PARAMETER_DVEC3) {
+        value = axis_value<TrackParameterDVec3>(t);
         return true;
     }
     jLog::error("%s:%s", "FParameterDouble::createKey", "0");

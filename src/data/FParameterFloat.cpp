@@ -13,20 +13,17 @@ const FParameterTags& FParameterFloat::tags() const
 
 bool FParameterFloat::value_at(float t, float& value) const
 {
-    bool found = false;
     const FParameter* parent = getParent();
     if (!parent) {
-        value = engine_parameter()->getTrackValue(t, found);
-        if (!found)
-            value = engine_parameter()->getValue();
+        value = own_value(t);
         return true;
     }
-    if (parent->getType() == 4) {
-        const auto* vector = static_cast<const TrackParameterVec3*>(parent->getTrackParameter());
-        value = vector->getTrackValue(t, found)[getComponentIndex()];
+    if (parent->getType() == TRACK_PARAMETER_VEC3) {
+        value = axis_value<TrackParameterVec3>(t);
         return true;
     }
-    if (parent->getType() == 7) {
+    if (parent->getType() == TRACK_PARAMETER_TRACK) {
+        bool found = false;
         const auto* nested = static_cast<const TrackParameterTrack*>(parent->getTrackParameter());
         const float time = nested->getTrackValueTime(t, found);
         value = found ? 0.0f : time; // kept as the nested-track editing has always behaved

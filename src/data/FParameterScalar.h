@@ -78,6 +78,22 @@ public:
 protected:
     // The value the engine gives the parameter at t; false (logged) when it cannot be read.
     virtual bool value_at(float t, Value& value) const = 0;
+    // The curve's value at t, or the current value (the bound object's) where the curve has none.
+    Value own_value(float t) const
+    {
+        bool found = false;
+        const Value value = engine_parameter()->getTrackValue(t, found);
+        return found ? value : engine_parameter()->getValue();
+    }
+    // This axis of the parent vector's value at t (keyed axes from their curves, the others from
+    // the bound object).
+    template <class Vector>
+    Value axis_value(float t) const
+    {
+        bool found = false;
+        const auto* vector = static_cast<const Vector*>(getParent()->getTrackParameter());
+        return vector->getTrackValue(t, found)[getComponentIndex()];
+    }
     // The type check logged when create is handed the wrong parameter.
     virtual const char* check_text() const = 0;
     // Whether a nameless parameter's row reads "Hello" / "World".

@@ -8,13 +8,9 @@ const FParameterTags& FParameterToggle::tags() const
     return TAGS;
 }
 
-FKeyToggle* FParameterToggle::createKey(float t)
+bool FParameterToggle::value_at(float t) const
 {
-    if (!engine_parameter()) {
-        jLog::error("%s:%s", tags().createKey, "m_data");
-        return nullptr;
-    }
     bool found = false;
     const int value = engine_parameter()->getTrackValue(t, found);
-    return createKey(t, found ? value != 0 : engine_parameter()->getValue());
+    return found ? value != 0 : engine_parameter()->getValue();
 }

@@ -11,12 +11,10 @@ class FParameterToggle
     : public FParameterDiscrete<TrackParameterToggle, FKeyToggle, UITrackLineToggle, UITrackLineKeyToggle> {
 public:
     int getType() const override { return 0; }
-    // Makes a key at t holding the engine's value there, or the bound object's current value where
-    // the parameter has no key; null (logged) without an engine parameter.
-    FKeyToggle* createKey(float t);
-    using FParameterDiscrete::createKey;
-
 protected:
+    // A new key takes the engine's value at t, or the bound object's current value where the
+    // parameter has no key.
+    bool value_at(float t) const override;
     const FParameterTags& tags() const override;
     const char* check_text() const override { return "track && param && param->getType() == TRACK_PARAMETER_TOGGLE"; }
 };

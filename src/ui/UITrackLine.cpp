@@ -4,6 +4,7 @@
 
 #include "data/SortKeyByTime.h"
 #include "ui/UICanvas.h"
+#include "ui/UIRect.h"
 #include "ui/UITrackLineKey.h"
 #include "ui/UITrackLinePanel.h"
 
@@ -48,16 +49,9 @@ void UITrackLine::render(int y, int width, bool selected)
 {
     if (!m_canvas)
         return;
-    const vec3 corners[4] = {{0.0f, float(y + BAND_TOP), 0.0f},
-                             {float(width), float(y + BAND_TOP), 0.0f},
-                             {float(width), float(y + BAND_BOTTOM), 0.0f},
-                             {0.0f, float(y + BAND_BOTTOM), 0.0f}};
-    m_canvas->clearPolygonPoints(m_band_polygon);
-    m_canvas->clearLinePoints(m_band_line);
-    for (const vec3& p : corners)
-        m_canvas->addPolygonPoint(m_band_polygon, p);
-    m_canvas->addLinePoint(m_band_line, corners[2]);
-    m_canvas->addLinePoint(m_band_line, corners[3]);
+    const UIRect band(0.0f, float(y + BAND_TOP), float(width), float(y + BAND_BOTTOM));
+    m_canvas->setPolygonPoints(m_band_polygon, band.corners, 4);
+    m_canvas->setLinePoints(m_band_line, band.corners + 2, 2, false); // the bottom edge
     vec4 fill = m_dark;
     fill.w = selected ? 0.6f : 0.35f;
     m_canvas->setPolygonColor(m_band_polygon, fill);

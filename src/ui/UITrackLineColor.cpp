@@ -4,6 +4,7 @@
 #include "data/AppData.h"
 #include "data/FParameterSingle.h"
 #include "ui/UICanvas.h"
+#include "ui/UIRect.h"
 
 namespace {
 
@@ -60,10 +61,7 @@ void UITrackLineColor::draw_strip(int y)
     for (int b = 0; b < blocks; ++b) {
         const int id = m_strip_polygons[b];
         const float x0 = float(SIDE_MARGIN + b * STRIP_BLOCK), x1 = x0 + STRIP_BLOCK;
-        canvas->clearPolygonPoints(id);
-        for (const vec3& p : {vec3(x0, float(y + STRIP_TOP), 0), vec3(x1, float(y + STRIP_TOP), 0),
-                              vec3(x1, float(y + STRIP_BOTTOM), 0), vec3(x0, float(y + STRIP_BOTTOM), 0)})
-            canvas->addPolygonPoint(id, p);
+        canvas->setPolygonPoints(id, UIRect(x0, float(y + STRIP_TOP), x1, float(y + STRIP_BOTTOM)).corners, 4);
         canvas->setPolygonColor(id, m_strip[b * STRIP_BLOCK]);
     }
 }

@@ -3,6 +3,7 @@
 #include "data/AppData.h"
 #include "data/FKey.h"
 #include "ui/UICanvas.h"
+#include "ui/UIRect.h"
 #include "ui/UITrackLine.h"
 #include "ui/UITrackLinePanel.h"
 
@@ -17,17 +18,6 @@ constexpr int ORDER_MARK = 2;
 constexpr int ORDER_OUTLINE = 3;
 constexpr int ORDER_TEXT = 4;
 constexpr int ORDER_HIT = 5;
-
-void fillPoints(UICanvas* canvas, int line, int polygon, const vec3* points, int count)
-{
-    canvas->clearLinePoints(line);
-    canvas->clearPolygonPoints(polygon);
-    for (int i = 0; i < count; ++i) {
-        canvas->addLinePoint(line, points[i]);
-        canvas->addPolygonPoint(polygon, points[i]);
-    }
-    canvas->addLinePoint(line, points[0]);
-}
 
 } // namespace
 
@@ -121,12 +111,11 @@ void UITrackLineKey::render(int y, int width, bool selected)
                         {r, float(y + 21), 0}, {l, float(y + 21), 0}};
     const vec3 down[5] = {{l, float(y + 8), 0}, {r, float(y + 8), 0}, {r, float(y + 15), 0},
                           {c, float(y + 21), 0}, {l, float(y + 15), 0}};
-    fillPoints(m_canvas, m_outline, m_mark_polygon, isEmptyMark() ? down : up, 5);
+    const vec3* mark = isEmptyMark() ? down : up;
+    m_canvas->setLinePoints(m_outline, mark, 5, true);
+    m_canvas->setPolygonPoints(m_mark_polygon, mark, 5);
     m_canvas->setPolygonColor(m_mark_polygon, selected ? SELECTED_COLOR : getColor());
-    m_canvas->clearPolygonPoints(m_hit_polygon);
-    for (const vec3& p : {vec3(l, float(y), 0), vec3(r, float(y), 0), vec3(r, float(y + 21), 0),
-                          vec3(l, float(y + 21), 0)})
-        m_canvas->addPolygonPoint(m_hit_polygon, p);
+    m_canvas->setPolygonPoints(m_hit_polygon, UIRect(l, float(y), r, float(y + 21)).corners, 4);
 }
 
 void UITrackLineKey::draw_text(int x, int y)

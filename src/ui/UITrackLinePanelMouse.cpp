@@ -12,6 +12,7 @@
 #include "msg/MsgMngr.h"
 #include "scene/Engine.h"
 #include "ui/UICanvas.h"
+#include "ui/UIRect.h"
 #include "ui/UIScrollBox.h"
 #include "ui/UITrackLine.h"
 #include "ui/UITrackLineKey.h"
@@ -186,15 +187,9 @@ void UITrackLinePanel::drag_box(int x, int y)
     m_canvas->screenToLocal(px, py);
     const int left = std::min(px, x), right = std::max(px, x);
     const int top = std::min(py, y), bottom = std::max(py, y);
-    const vec3 corners[4] = {{float(left), float(top), 0}, {float(right), float(top), 0},
-                             {float(right), float(bottom), 0}, {float(left), float(bottom), 0}};
-    m_canvas->clearLinePoints(m_box_line);
-    m_canvas->clearPolygonPoints(m_box_polygon);
-    for (const vec3& p : corners) {
-        m_canvas->addLinePoint(m_box_line, p);
-        m_canvas->addPolygonPoint(m_box_polygon, p);
-    }
-    m_canvas->addLinePoint(m_box_line, corners[0]);
+    const UIRect box{float(left), float(top), float(right), float(bottom)};
+    m_canvas->setLinePoints(m_box_line, box.corners, 4, true);
+    m_canvas->setPolygonPoints(m_box_polygon, box.corners, 4);
 
     m_selected_lines.clear();
     m_selected_keys.clear();

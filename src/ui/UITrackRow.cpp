@@ -1,6 +1,7 @@
 #include "ui/UITrackRow.h"
 
 #include "ui/UICanvas.h"
+#include "ui/UIRect.h"
 #include "ui/UITrackRowPanel.h"
 
 namespace {
@@ -19,15 +20,9 @@ constexpr int ORDER_BUTTON_TEXT = 5;
 
 void setRect(UICanvas* canvas, int line, int polygon, int x0, int y0, int x1, int y1)
 {
-    const vec3 corners[4] = {{float(x0), float(y0), 0.0f}, {float(x1), float(y0), 0.0f},
-                             {float(x1), float(y1), 0.0f}, {float(x0), float(y1), 0.0f}};
-    canvas->clearLinePoints(line);
-    canvas->clearPolygonPoints(polygon);
-    for (const vec3& p : corners) {
-        canvas->addLinePoint(line, p);
-        canvas->addPolygonPoint(polygon, p);
-    }
-    canvas->addLinePoint(line, corners[0]);
+    const UIRect rect{float(x0), float(y0), float(x1), float(y1)};
+    canvas->setLinePoints(line, rect.corners, 4, true);
+    canvas->setPolygonPoints(polygon, rect.corners, 4);
 }
 
 int makeText(UICanvas* canvas, int order)

@@ -112,6 +112,29 @@ TEST_F(UICanvasTest, LinesDrawTheirPointsInTheirColour)
     EXPECT_FALSE(near(pixel(50, 8), k_blue));
 }
 
+TEST_F(UICanvasTest, SettingAllPointsReplacesTheOldOnesAndClosesLinesOnRequest)
+{
+    const vec3 square[4] = {vec3(10, 10, 0), vec3(40, 10, 0), vec3(40, 40, 0), vec3(10, 40, 0)};
+    int polygon = add_rect(canvas, 0, 60, 60, 90, 70, k_green);
+    ASSERT_TRUE(canvas->setPolygonPoints(polygon, square, 4));
+    EXPECT_EQ(canvas->getPolygonIntersection(25, 25), polygon);
+    EXPECT_EQ(canvas->getPolygonIntersection(75, 65), -1); // the old points are gone
+
+    int open = canvas->addLine(1);
+    int closed = canvas->addLine(1);
+    canvas->setLineColor(open, k_red);
+    canvas->setLineColor(closed, k_blue);
+    const vec3 left[4] = {vec3(50, 50, 0), vec3(60, 50, 0), vec3(60, 60, 0), vec3(50, 60, 0)};
+    const vec3 right[4] = {vec3(70, 50, 0), vec3(80, 50, 0), vec3(80, 60, 0), vec3(70, 60, 0)};
+    canvas->setLinePoints(open, left, 4, false);
+    canvas->setLinePoints(closed, right, 4, true);
+    EXPECT_FALSE(near(pixel(50, 55), k_red)); // no closing side
+    EXPECT_TRUE(near(pixel(70, 55), k_blue));
+
+    EXPECT_FALSE(canvas->setPolygonPoints(open, square, 4));
+    expectLogged("UICanvas::setPolygonPoints");
+}
+
 TEST_F(UICanvasTest, TextsAreMeasuredWithTheFixedFont)
 {
     int a = canvas->addText(0);
