@@ -3,12 +3,16 @@
 #include "anim/TrackParameterTrack.h"
 #include "anim/TrackParameterVec3.h"
 
+// The time of a nested track makes its keys on the nested track's behalf.
 const FParameterTags& FParameterFloat::tags() const
 {
     static constexpr FParameterTags TAGS{"FParameterFloat::create", "FParameterFloat::createNew",
                                          "FParameterFloat::createKey", "FParameterFloat::release",
                                          "FParameterFloat::onDelete"};
-    return TAGS;
+    static constexpr FParameterTags NESTED_TIME{"FParameterFloat::create", "FParameterFloat::createNew",
+                                                "FParameterTrack::createKeyTime", "FParameterFloat::release",
+                                                "FParameterFloat::onDelete"};
+    return getParent() && getParent()->getType() == TRACK_PARAMETER_TRACK ? NESTED_TIME : TAGS;
 }
 
 bool FParameterFloat::value_at(float t, float& value) const
