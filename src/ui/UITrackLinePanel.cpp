@@ -17,9 +17,9 @@ constexpr const char* FILE_TAG = "src/ui/UITrackLinePanel";
 UITrackLinePanel* g_instance = nullptr;
 
 constexpr int SIDE_MARGIN = 6;
-// Pixels between the marks of two keys below which only the first is drawn: closer marks overlap
-// by more than half their width, and keys that close cannot be told apart with the pointer anyway.
-constexpr int MIN_MARK_SPACING = 6;
+// Pixels between the marks of two keys below which only the first is drawn: a mark is this wide,
+// so a drawn mark stands for the keys its area covers, which the pointer cannot tell apart anyway.
+constexpr int MIN_MARK_SPACING = 12;
 
 const vec4 BACKGROUND{0.1f, 0.1f, 0.1f, 1.0f};
 const vec4 BOX_FILL{0.5f, 0.5f, 0.8f, 0.25f};
@@ -203,9 +203,9 @@ void UITrackLinePanel::render_lines()
     m_keys_dirty = false;
 }
 
-// Where keys lie closer together than a few pixels their marks only cover each other, and marks
-// outside the canvas are never seen: such marks are taken off the canvas, unless selected, so a
-// frame costs what can be told apart on screen rather than what the track holds.
+// Where keys lie closer together than a mark's width their marks only cover each other, and marks
+// outside the canvas are never seen: such marks are emptied, unless selected, so a frame costs what
+// can be told apart on screen rather than what the track holds.
 void UITrackLinePanel::render_line(UITrackLine* line, int y)
 {
     line->render(y, m_width, m_selected_lines.contains(line));
