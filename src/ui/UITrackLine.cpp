@@ -58,6 +58,14 @@ void UITrackLine::render(int y, int width, bool selected)
     m_canvas->setLineColor(m_band_line, m_light);
 }
 
+void UITrackLine::concealBand()
+{
+    if (!m_canvas)
+        return;
+    m_canvas->clearPolygonPoints(m_band_polygon);
+    m_canvas->clearLinePoints(m_band_line);
+}
+
 void UITrackLine::clearRender()
 {
     if (UITrackLinePanel* panel = UITrackLinePanel::get(); panel && panel->hasLine(this))

@@ -54,6 +54,8 @@ public:
     int getComponent() const { return m_component; }
     void setComponent(int component) { m_component = component; }
 
+    // Empties the band's shapes (the line left the view); the next render fills them again.
+    void concealBand();
     // Whether the panel drew the line's marks in view (they are taken off when it scrolls out).
     bool isInView() const { return m_in_view; }
     void setInView(bool inView) { m_in_view = inView; }

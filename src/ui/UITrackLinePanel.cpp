@@ -229,6 +229,7 @@ void UITrackLinePanel::leave_view(UITrackLine* line)
 {
     for (UITrackLineKey* key : line->getKeys())
         key->hide();
+    line->concealBand(); // lines above it may have gone, so its old place can be another line's now
     line->setInView(false);
     line->setDirty(true);
 }
