@@ -3,6 +3,9 @@
 #include "kit/jMath.h"
 #include "ui/UIElement.h"
 
+// The id of a shape (or row) that does not exist.
+constexpr int INVALID_INDEX = -1;
+
 class UIShapeStore;
 class UICanvasWidget;
 

@@ -1,6 +1,7 @@
 #include "data/AppData.h"
 
 #include "anim/Track.h"
+#include "data/FParameter.h"
 #include "data/FTrack.h"
 #include "io/Package.h"
 #include "io/mjl.h"
@@ -8,8 +9,18 @@
 #include "kit/jLog.h"
 
 namespace {
+
 constexpr float NEW_TRACK_LENGTH = 10.0f;
-}
+
+// The row colours, taken in order as parameters are added.
+constexpr float PALETTE[AppData::ROW_COLORS][3] = {
+    {0.745f, 1.0f, 0.875f},   {0.71f, 1.0f, 0.498f},    {0.867f, 0.678f, 0.627f}, {0.914f, 0.588f, 0.718f},
+    {0.678f, 0.827f, 0.678f}, {0.831f, 0.902f, 0.592f}, {0.553f, 0.949f, 0.851f}, {0.525f, 0.678f, 1.0f},
+    {0.961f, 0.773f, 0.914f}, {0.894f, 0.886f, 1.0f},   {0.867f, 0.867f, 0.867f}, {0.541f, 0.961f, 0.553f},
+    {0.929f, 1.0f, 0.925f},   {1.0f, 1.0f, 1.0f},
+};
+
+} // namespace
 
 AppData* AppData::get()
 {
@@ -106,4 +117,24 @@ bool AppData::saveTrack(const jString& path)
 bool AppData::isEmpty() const
 {
     return m_track->isEmpty();
+}
+
+bool AppData::destoryParameter(FParameter* p)
+{
+    if (!p)
+        return true;
+    p->release();
+    jDelete(p, "src/data/AppData", __LINE__, "AppData::destoryParameter");
+    return true;
+}
+
+int AppData::getNextRowColor() const
+{
+    return m_track->getNumSingleParameters() % ROW_COLORS;
+}
+
+vec4 AppData::RowColor(int i)
+{
+    const float* c = PALETTE[((i % ROW_COLORS) + ROW_COLORS) % ROW_COLORS];
+    return vec4(c[0], c[1], c[2], 1.0f);
 }

@@ -1,7 +1,9 @@
 #pragma once
 
+#include "kit/jMath.h"
 #include "kit/jString.h"
 
+class FParameter;
 class FTrack;
 class Package;
 class World;
@@ -44,6 +46,14 @@ public:
     bool saveTrack(const jString& path);
     // True when the document has no engine track or the track has no parameter.
     bool isEmpty() const;
+
+    // Releases and frees a parameter the document no longer lists; true (nothing done) for null.
+    bool destoryParameter(FParameter* p);
+    // The palette index a new row takes: the number of key-owning parameters, modulo 14.
+    int getNextRowColor() const;
+    // Palette colour i (0 to 13), alpha 1.
+    static vec4 RowColor(int i);
+    static constexpr int ROW_COLORS = 14;
 
     // Frees the document when the module is unloaded, so nothing is left to report as leaked. The
     // hub must not be used afterwards.

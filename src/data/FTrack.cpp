@@ -1,19 +1,125 @@
 #include "data/FTrack.h"
 
+#include <type_traits>
+
 #include "anim/Track.h"
+#include "anim/TrackParameter.h"
+#include "data/FParameterColor.h"
+#include "data/FParameterDVec3.h"
+#include "data/FParameterDouble.h"
+#include "data/FParameterFloat.h"
+#include "data/FParameterStringFile.h"
+#include "data/FParameterStringMaterial.h"
+#include "data/FParameterToggle.h"
+#include "data/FParameterTrack.h"
+#include "data/FParameterVec3.h"
 #include "kit/jAllocator.h"
 #include "kit/jLog.h"
 
+namespace {
+constexpr const char* FILE_TAG = "src/data/FTrack";
+}
+
 FTrack::FTrack()
-    : m_track(jNew<Track>("src/data/FTrack", __LINE__, "FTrack::FTrack"))
+    : m_track(jNew<Track>(FILE_TAG, __LINE__, "FTrack::FTrack"))
 {
 }
 
 void FTrack::release()
 {
     clear();
-    jDelete(m_track, "src/data/FTrack", __LINE__, "FTrack::release");
+    jDelete(m_track, FILE_TAG, __LINE__, "FTrack::release");
     m_track = nullptr;
+}
+
+void FTrack::setSelectedParameters(const jSet<FParameterSingle*>& parameters)
+{
+    if (&parameters == &m_selected)
+        return;
+    m_selected.clear();
+    for (FParameterSingle* parameter : parameters)
+        m_selected.insert(parameter);
+}
+
+// A compound kind keeps its place in the list even when it failed (a null entry), so the views
+// can tell how many compounds the file had; a key-owning kind is listed only when it was made.
+template <class T>
+T* FTrack::created(T* parameter, bool made, const char* tag)
+{
+    constexpr bool compound = std::is_base_of_v<FParameterCompound, T>;
+    if (!made) {
+        parameter->release();
+        jDelete(parameter, FILE_TAG, __LINE__, tag);
+        parameter = nullptr;
+    }
+    if constexpr (compound)
+        m_parameters.append(parameter);
+    else if (parameter)
+        m_singles.append(parameter);
+    return parameter;
+}
+
+template <class T>
+T* FTrack::create_from(TrackParameter* param, const jString& name, const char* tag)
+{
+    T* parameter = jNew<T>(FILE_TAG, __LINE__, tag);
+    return created(parameter, parameter->create(this, param, name), tag);
+}
+
+template <class T>
+T* FTrack::create_new(const jString& name, const char* tag)
+{
+    T* parameter = jNew<T>(FILE_TAG, __LINE__, tag);
+    return created(parameter, parameter->createNew(this, name, true), tag);
+}
+
+#define KUVO_FTRACK_CREATE(Kind)                                                                              \
+    FParameter##Kind* FTrack::createParameter##Kind(TrackParameter* param, const jString& name)              \
+    {                                                                                                        \
+        return create_from<FParameter##Kind>(param, name, "FTrack::createParameter" #Kind);                  \
+    }                                                                                                        \
+    FParameter##Kind* FTrack::createParameter##Kind(const jString& name)                                     \
+    {                                                                                                        \
+        return create_new<FParameter##Kind>(name, "FTrack::createParameter" #Kind);                          \
+    }
+
+KUVO_FTRACK_CREATE(Toggle)
+KUVO_FTRACK_CREATE(Float)
+KUVO_FTRACK_CREATE(Double)
+KUVO_FTRACK_CREATE(Color)
+KUVO_FTRACK_CREATE(Vec3)
+KUVO_FTRACK_CREATE(DVec3)
+KUVO_FTRACK_CREATE(Track)
+KUVO_FTRACK_CREATE(StringFile)
+KUVO_FTRACK_CREATE(StringMaterial)
+
+#undef KUVO_FTRACK_CREATE
+
+FParameter* FTrack::create_for_kind(TrackParameter* param)
+{
+    const jString& name = param->getName();
+    switch (param->getType()) {
+    case TRACK_PARAMETER_TOGGLE:
+        return createParameterToggle(param, name);
+    case TRACK_PARAMETER_FLOAT:
+        return createParameterFloat(param, name);
+    case TRACK_PARAMETER_DOUBLE:
+        return createParameterDouble(param, name);
+    case TRACK_PARAMETER_COLOR:
+        return createParameterColor(param, name);
+    case TRACK_PARAMETER_VEC3:
+        return createParameterVec3(param, name);
+    case TRACK_PARAMETER_DVEC3:
+        return createParameterDVec3(param, name);
+    case TRACK_PARAMETER_TRACK:
+        return createParameterTrack(param, name);
+    case TRACK_PARAMETER_STRING_FILE:
+        return createParameterStringFile(param, name);
+    case TRACK_PARAMETER_STRING_MATERIAL:
+        return createParameterStringMaterial(param, name);
+    default:
+        return nullptr; // kinds the editor cannot show stay in the engine track untouched
+    }
 }
 
 bool FTrack::load(Package* root, World* world)
@@ -23,11 +129,32 @@ bool FTrack::load(Package* root, World* world)
         jLog::error("%s:%s", "FTrack::load", "m_track");
         return false;
     }
-    return m_track->load(root, world);
+    if (!m_track->load(root, world))
+        return false;
+    for (int i = 0; i < m_track->getNumParameters(); ++i)
+        create_for_kind(m_track->getParameter(i));
+    return true;
 }
 
 void FTrack::clear()
 {
+    for (FParameterSingle* single : m_singles) {
+        if (single->getParent())
+            continue; // its compound frees it
+        single->setOwner(nullptr);
+        single->release();
+        jDelete(single, FILE_TAG, __LINE__, "FTrack::clear");
+    }
+    m_singles.release();
+    for (FParameter* compound : m_parameters) {
+        if (!compound)
+            continue;
+        compound->setOwner(nullptr);
+        compound->release();
+        jDelete(compound, FILE_TAG, __LINE__, "FTrack::clear");
+    }
+    m_parameters.release();
+    m_selected.clear();
     if (m_track)
         m_track->release();
 }
@@ -35,4 +162,14 @@ void FTrack::clear()
 bool FTrack::isEmpty() const
 {
     return !m_track || m_track->getNumParameters() < 1;
+}
+
+bool FTrack::removeParameter(FParameter* parameter)
+{
+    return m_parameters.removeValue(parameter);
+}
+
+bool FTrack::removeSingleParameter(FParameterSingle* parameter)
+{
+    return m_singles.removeValue(parameter);
 }

@@ -1,12 +1,29 @@
 #pragma once
 
+#include "kit/jSet.h"
+#include "kit/jString.h"
+#include "kit/jVector.h"
+
+class FParameter;
+class FParameterColor;
+class FParameterDVec3;
+class FParameterDouble;
+class FParameterFloat;
+class FParameterSingle;
+class FParameterStringFile;
+class FParameterStringMaterial;
+class FParameterToggle;
+class FParameterTrack;
+class FParameterVec3;
 class Package;
 class Track;
+class TrackParameter;
 class World;
 
-// The editor's document: owns one engine track, which the engine plays and saves. The editor
-// objects that mirror its parameters (rows, key marks, selection) join this class with the
-// document views.
+// The editor's document: owns one engine track, which the engine plays and saves, and one editor
+// parameter for every engine parameter the editor can show. Compound parameters (vectors, nested
+// tracks) are listed apart from the parameters that own keys; the components a compound makes are
+// in the key-owning list too.
 class FTrack {
 public:
     // Makes a document with an empty engine track.
@@ -18,17 +35,63 @@ public:
     virtual Track* getEngineTrack() const { return m_track; }
     // Replaces the engine track pointer without releasing the old one; the caller owns the exchange.
     virtual void setEngineTrack(Track* track) { m_track = track; }
+    // The compound parameters (a failed compound leaves a null entry).
+    virtual jVector<FParameter*>& getParameters() { return m_parameters; }
+    // Every parameter that owns keys, components included.
+    virtual jVector<FParameterSingle*>& getSingleParameters() { return m_singles; }
+    virtual jSet<FParameterSingle*>& getSelectedParameters() { return m_selected; }
+    // Replaces the selected parameters with a copy of parameters.
+    virtual void setSelectedParameters(const jSet<FParameterSingle*>& parameters);
     // Empties the document and frees the engine track; the document must not be used afterwards.
     virtual void release();
 
-    // Replaces the document with a parsed track file bound to world. Returns false when the engine
-    // refuses the file (the reason is logged); the document is then empty.
+    // Each binds a new editor parameter to an engine parameter of the track (name is shown on its
+    // row). Returns null (the reason logged) when it cannot be made.
+    FParameterToggle* createParameterToggle(TrackParameter* param, const jString& name);
+    FParameterFloat* createParameterFloat(TrackParameter* param, const jString& name);
+    FParameterDouble* createParameterDouble(TrackParameter* param, const jString& name);
+    FParameterColor* createParameterColor(TrackParameter* param, const jString& name);
+    FParameterVec3* createParameterVec3(TrackParameter* param, const jString& name);
+    FParameterDVec3* createParameterDVec3(TrackParameter* param, const jString& name);
+    FParameterTrack* createParameterTrack(TrackParameter* param, const jString& name);
+    FParameterStringFile* createParameterStringFile(TrackParameter* param, const jString& name);
+    FParameterStringMaterial* createParameterStringMaterial(TrackParameter* param, const jString& name);
+    // Each makes a new engine parameter of its kind in the engine track and its editor parameter.
+    // Returns null (the reason logged, the engine track unchanged) when it cannot be made.
+    FParameterToggle* createParameterToggle(const jString& name);
+    FParameterFloat* createParameterFloat(const jString& name);
+    FParameterDouble* createParameterDouble(const jString& name);
+    FParameterColor* createParameterColor(const jString& name);
+    FParameterVec3* createParameterVec3(const jString& name);
+    FParameterDVec3* createParameterDVec3(const jString& name);
+    FParameterTrack* createParameterTrack(const jString& name);
+    FParameterStringFile* createParameterStringFile(const jString& name);
+    FParameterStringMaterial* createParameterStringMaterial(const jString& name);
+
+    // Replaces the document with a parsed track file bound to world and makes an editor parameter
+    // for every engine parameter of a kind the editor shows. Returns false when the engine refuses
+    // the file (the reason is logged); the document is then empty.
     bool load(Package* root, World* world);
-    // Empties the engine track; it stays allocated.
+    // Frees every editor parameter and empties the engine track; it stays allocated.
     void clear();
     // True when there is no engine track or it has no parameter.
     bool isEmpty() const;
+    int getNumSingleParameters() const { return m_singles.size(); }
+    // Take a parameter out of its list without freeing it; false when it is not listed.
+    bool removeParameter(FParameter* parameter);
+    bool removeSingleParameter(FParameterSingle* parameter);
 
 private:
+    template <class T>
+    T* create_from(TrackParameter* param, const jString& name, const char* tag);
+    template <class T>
+    T* create_new(const jString& name, const char* tag);
+    template <class T>
+    T* created(T* parameter, bool made, const char* tag);
+    FParameter* create_for_kind(TrackParameter* param);
+
     Track* m_track;
+    jVector<FParameter*> m_parameters;
+    jVector<FParameterSingle*> m_singles;
+    jSet<FParameterSingle*> m_selected;
 };

@@ -1,0 +1,122 @@
+#include "ui/UITrackLineKey.h"
+
+#include "data/AppData.h"
+#include "data/FKey.h"
+#include "ui/UICanvas.h"
+#include "ui/UITrackLine.h"
+#include "ui/UITrackLinePanel.h"
+
+namespace {
+
+const vec4 OUTLINE_COLOR{0.6f, 0.6f, 0.6f, 1.0f};
+const vec4 SELECTED_COLOR{1.0f, 1.0f, 1.0f, 1.0f};
+const vec4 HIT_COLOR{0.0f, 0.0f, 0.0f, 0.0f};
+
+// Marks lie over the line bands; the hit area is on top so that a press finds the key.
+constexpr int ORDER_MARK = 2;
+constexpr int ORDER_OUTLINE = 3;
+constexpr int ORDER_TEXT = 4;
+constexpr int ORDER_HIT = 5;
+
+void fillPoints(UICanvas* canvas, int line, int polygon, const vec3* points, int count)
+{
+    canvas->clearLinePoints(line);
+    canvas->clearPolygonPoints(polygon);
+    for (int i = 0; i < count; ++i) {
+        canvas->addLinePoint(line, points[i]);
+        canvas->addPolygonPoint(polygon, points[i]);
+    }
+    canvas->addLinePoint(line, points[0]);
+}
+
+} // namespace
+
+UITrackLineKey::UITrackLineKey(FKey* key)
+    : m_key(key)
+{
+}
+
+UITrackLineKey::~UITrackLineKey() = default;
+
+float UITrackLineKey::getTime() const
+{
+    return m_key ? m_key->getTime() : 0.0f;
+}
+
+void UITrackLineKey::setLine(UITrackLine* line)
+{
+    m_line = line;
+    UICanvas* canvas = line ? line->getCanvas() : nullptr;
+    if (canvas == m_canvas)
+        return;
+    clearShapes();
+    m_canvas = canvas;
+    if (m_canvas)
+        make_shapes();
+}
+
+void UITrackLineKey::make_shapes()
+{
+    m_text = m_canvas->addText(ORDER_TEXT);
+    m_outline = m_canvas->addLine(ORDER_OUTLINE);
+    m_mark_polygon = m_canvas->addPolygon(ORDER_MARK);
+    m_hit_polygon = m_canvas->addPolygon(ORDER_HIT);
+    m_canvas->setLineColor(m_outline, OUTLINE_COLOR);
+    m_canvas->setPolygonColor(m_hit_polygon, HIT_COLOR);
+}
+
+void UITrackLineKey::clearShapes()
+{
+    if (m_canvas) {
+        m_canvas->removeText(m_text);
+        m_canvas->removeLine(m_outline);
+        m_canvas->removePolygon(m_mark_polygon);
+        m_canvas->removePolygon(m_hit_polygon);
+    }
+    forgetRender();
+}
+
+void UITrackLineKey::forgetRender()
+{
+    m_canvas = nullptr;
+    m_text = m_outline = m_mark_polygon = m_hit_polygon = -1;
+}
+
+void UITrackLineKey::clearRender()
+{
+    if (m_line) {
+        m_line->removeKey(this);
+        m_line = nullptr;
+    }
+    clearShapes();
+}
+
+void UITrackLineKey::render(int y, int width, bool selected)
+{
+    if (!m_canvas)
+        return;
+    const AppData* hub = AppData::get();
+    const int x = UITrackLinePanel::timeToPixel(getTime(), hub->getBeginTime(), hub->getEndTime(), width);
+    draw_text(x, y);
+    const float l = float(x - 6), c = float(x), r = float(x + 6);
+    const vec3 up[5] = {{l, float(y + 14), 0}, {c, float(y + 8), 0}, {r, float(y + 14), 0},
+                        {r, float(y + 21), 0}, {l, float(y + 21), 0}};
+    const vec3 down[5] = {{l, float(y + 8), 0}, {r, float(y + 8), 0}, {r, float(y + 15), 0},
+                          {c, float(y + 21), 0}, {l, float(y + 15), 0}};
+    fillPoints(m_canvas, m_outline, m_mark_polygon, isEmptyMark() ? down : up, 5);
+    m_canvas->setPolygonColor(m_mark_polygon, selected ? SELECTED_COLOR : getColor());
+    m_canvas->clearPolygonPoints(m_hit_polygon);
+    for (const vec3& p : {vec3(l, float(y), 0), vec3(r, float(y), 0), vec3(r, float(y + 21), 0),
+                          vec3(l, float(y + 21), 0)})
+        m_canvas->addPolygonPoint(m_hit_polygon, p);
+}
+
+void UITrackLineKey::draw_text(int x, int y)
+{
+    const jString text = getText();
+    m_canvas->setText(m_text, text.c_str());
+    if (text.empty())
+        return;
+    const int h = m_canvas->getTextHeight(m_text);
+    m_canvas->setTextPosition(m_text, float(x + 6), float(y + 22 - (3 * h / 2 + 30) / 2));
+}

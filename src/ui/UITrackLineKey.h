@@ -1,0 +1,59 @@
+#pragma once
+
+#include "kit/jMath.h"
+#include "kit/jString.h"
+
+class FKey;
+class UICanvas;
+class UITrackLine;
+
+// The mark of one key on its key line: a small pentagon (pointing up, or down for a key whose
+// value is empty), an optional label and a 12 × 21 pixel hit area. The editor key owns its mark.
+class UITrackLineKey {
+public:
+    explicit UITrackLineKey(FKey* key);
+    virtual ~UITrackLineKey();
+    UITrackLineKey(const UITrackLineKey&) = delete;
+    UITrackLineKey& operator=(const UITrackLineKey&) = delete;
+
+    virtual FKey* getKey() const { return m_key; }
+    virtual void setKey(FKey* key) { m_key = key; }
+    virtual UITrackLine* getLine() const { return m_line; }
+    // Sets the line the mark belongs to and draws on the line's canvas.
+    virtual void setLine(UITrackLine* line);
+    // Leaves the line (when on one), removes the shapes from the canvas and resets the ids.
+    virtual void clearRender();
+    // Draws the mark with the row top at y, at the x of the key's time in the visible range of a
+    // canvas width pixels wide; a selected mark is filled white.
+    virtual void render(int y, int width, bool selected);
+    // True when the mark shows a key whose value is empty (drawn pointing down).
+    virtual bool isEmptyMark() const { return false; }
+    virtual jString getText() const { return jString(); }
+    // The fill of an unselected mark.
+    virtual vec4 getColor() const { return vec4(0.0f, 0.0f, 0.0f, 0.0f); }
+    // The user double-clicked the mark; the base does nothing.
+    virtual void onDClick() {}
+
+    // The time of the key the mark shows (marks sort by it).
+    float getTime() const;
+    int getHitPolygon() const { return m_hit_polygon; }
+    int getMarkPolygon() const { return m_mark_polygon; }
+    int getOutline() const { return m_outline; }
+    int getTextId() const { return m_text; }
+    // Removes the shapes from the canvas but stays on the line (the line left its canvas).
+    void clearShapes();
+    // Forgets the canvas without touching it, for when the panel goes first.
+    void forgetRender();
+
+private:
+    void make_shapes();
+    void draw_text(int x, int y);
+
+    FKey* m_key;
+    UITrackLine* m_line = nullptr;
+    int m_text = -1;
+    int m_outline = -1;
+    int m_mark_polygon = -1;
+    int m_hit_polygon = -1;
+    UICanvas* m_canvas = nullptr;
+};

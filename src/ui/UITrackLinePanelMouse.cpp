@@ -1,0 +1,301 @@
+// The key line panel's mouse gestures: selecting keys (click, modifier-click, rubber-band box),
+// dragging the selected keys in time as one block, and double-clicking a key to edit it.
+#include "ui/UITrackLinePanel.h"
+
+#include <algorithm>
+
+#include "data/AppData.h"
+#include "data/FKey.h"
+#include "data/FParameterSingle.h"
+#include "kit/KeyState.h"
+#include "kit/jLog.h"
+#include "msg/MsgMngr.h"
+#include "scene/Engine.h"
+#include "ui/UICanvas.h"
+#include "ui/UIScrollBox.h"
+#include "ui/UITrackLine.h"
+#include "ui/UITrackLineKey.h"
+
+namespace {
+
+constexpr int MODE_NONE = 0;
+constexpr int MODE_BOX = 1;
+constexpr int MODE_DRAG = 3;
+constexpr int DRAG_DISTANCE_SQ = 9;
+constexpr int DCLICK_DISTANCE_SQ = 25;
+constexpr float AUTO_SCROLL_SPEED = 4.0f;
+// The area of a mark a box must touch to take its key, relative to the key's x and the row top.
+constexpr int MARK_HALF_WIDTH = 6;
+constexpr int MARK_TOP = 8;
+constexpr int MARK_BOTTOM = 22;
+
+constexpr int MSG_KEYS_MOVED = 202;
+constexpr int MSG_SELECTION_LISTS = 205;
+constexpr int MSG_LINE_SELECTION = 206;
+
+template <class T>
+void copyInto(jSet<T>& to, const jSet<T>& from)
+{
+    for (const T& item : from)
+        to.insert(item);
+}
+
+} // namespace
+
+void UITrackLinePanel::send_selection()
+{
+    MsgMngr::get()->notifyHelper(MSG_SELECTION_LISTS);
+    MsgMngr::get()->notifyHelper(MSG_LINE_SELECTION);
+}
+
+void UITrackLinePanel::refresh_marks()
+{
+    m_keys_dirty = true;
+    m_lines_dirty = true;
+}
+
+bool UITrackLinePanel::onMouseDown(const UIEventMouse* e)
+{
+    if (!m_canvas || (!isHit(e->x, e->y) && !m_canvas->hasFocus()) || !e->isLeft())
+        return UIVLayout::onMouseDown(e);
+    if (!m_canvas->hasFocus())
+        m_canvas->setFocus();
+    m_dragged = false;
+    m_press_x = e->x;
+    m_press_y = e->y;
+    int x = 0, y = 0;
+    to_canvas(e, x, y);
+    if (m_mode != MODE_NONE)
+        return true;
+    const int polygon = m_canvas->getPolygonIntersection(x, y);
+    UITrackLine* hitLine = nullptr;
+    UITrackLineKey* hitKey = nullptr;
+    for (int i = 0; i < m_lines.size() && !hitKey && polygon != INVALID_INDEX; ++i) {
+        if (m_lines[i]->getBandPolygon() == polygon)
+            hitLine = m_lines[i];
+        for (UITrackLineKey* key : m_lines[i]->getKeys())
+            if (key->getHitPolygon() == polygon) {
+                hitKey = key;
+                hitLine = m_lines[i];
+                break;
+            }
+    }
+    if (hitKey)
+        press_key(hitLine, hitKey, e->isMultiSelect());
+    else
+        start_box(e->isMultiSelect());
+    return true;
+}
+
+void UITrackLinePanel::start_box(bool extend)
+{
+    m_mode = MODE_BOX;
+    m_canvas->setOrder(m_box_polygon, m_order++);
+    m_canvas->setOrder(m_box_line, m_order++);
+    setCurrentLine(nullptr);
+    setCurrentKey(nullptr);
+    if (!extend) {
+        m_saved_lines.clear();
+        m_saved_keys.clear();
+        m_selected_lines.clear();
+        m_selected_keys.clear();
+        refresh_marks();
+        send_selection();
+    } else {
+        m_saved_lines.clear();
+        m_saved_keys.clear();
+        copyInto(m_saved_lines, m_selected_lines);
+        copyInto(m_saved_keys, m_selected_keys);
+    }
+    m_lines_dirty = true;
+    m_keys_dirty = true;
+}
+
+void UITrackLinePanel::press_key(UITrackLine* line, UITrackLineKey* key, bool extend)
+{
+    m_mode = MODE_DRAG;
+    if (key->getKey())
+        key->getKey()->onPress();
+    m_press_time = key->getTime();
+    setCurrentLine(line);
+    setCurrentKey(key);
+    if (!m_selected_keys.contains(key)) {
+        if (!extend) {
+            m_selected_lines.clear();
+            m_selected_keys.clear();
+        }
+        m_selected_lines.insert(line);
+        m_selected_keys.insert(key);
+    }
+    refresh_marks();
+    send_selection();
+}
+
+bool UITrackLinePanel::onMouseMove(const UIEventMouse* e)
+{
+    if (!m_canvas)
+        return UIVLayout::onMouseMove(e);
+    if (m_canvas->hasFocus() && GetKeyState(VK_LBUTTON) >= 0) {
+        m_canvas->removeFocus(); // the release happened outside the panel
+        return false;
+    }
+    if (!e->isLeftDown() || m_mode == MODE_NONE)
+        return UIVLayout::onMouseMove(e);
+    const int dx = e->x - m_press_x, dy = e->y - m_press_y;
+    if (!m_dragged)
+        m_dragged = dx * dx + dy * dy > DRAG_DISTANCE_SQ;
+    int x = 0, y = 0;
+    to_canvas(e, x, y);
+    auto_scroll(x);
+    if (m_mode == MODE_BOX)
+        drag_box(x, y);
+    else if (m_mode == MODE_DRAG && m_dragged)
+        drag_keys(x);
+    return true;
+}
+
+void UITrackLinePanel::auto_scroll(int x)
+{
+    int vx = 0, vy = 0, vw = 0, vh = 0;
+    m_scroll->getVisibleArea(vx, vy, vw, vh);
+    const float step = Engine::get()->getFrameTime() * AUTO_SCROLL_SPEED * m_scroll->getScrollScale();
+    if (x < vx)
+        m_scroll->setHScrollValue(m_scroll->getHScrollValue() - int(float(vx - x) * step));
+    else if (x > vx + vw)
+        m_scroll->setHScrollValue(m_scroll->getHScrollValue() + int(float(x - vx - vw) * step));
+}
+
+void UITrackLinePanel::drag_box(int x, int y)
+{
+    int px = m_press_x, py = m_press_y;
+    m_canvas->screenToLocal(px, py);
+    const int left = std::min(px, x), right = std::max(px, x);
+    const int top = std::min(py, y), bottom = std::max(py, y);
+    const vec3 corners[4] = {{float(left), float(top), 0}, {float(right), float(top), 0},
+                             {float(right), float(bottom), 0}, {float(left), float(bottom), 0}};
+    m_canvas->clearLinePoints(m_box_line);
+    m_canvas->clearPolygonPoints(m_box_polygon);
+    for (const vec3& p : corners) {
+        m_canvas->addLinePoint(m_box_line, p);
+        m_canvas->addPolygonPoint(m_box_polygon, p);
+    }
+    m_canvas->addLinePoint(m_box_line, corners[0]);
+
+    m_selected_lines.clear();
+    m_selected_keys.clear();
+    const AppData* hub = AppData::get();
+    for (int i = 0; i < m_lines.size(); ++i) {
+        const int rowTop = UITrackLine::ROW_PITCH * i;
+        for (UITrackLineKey* key : m_lines[i]->getKeys()) {
+            const int kx = timeToPixel(key->getTime(), hub->getBeginTime(), hub->getEndTime(), m_width);
+            const bool overlaps = kx - MARK_HALF_WIDTH <= right && kx + MARK_HALF_WIDTH >= left &&
+                                  rowTop + MARK_TOP <= bottom && rowTop + MARK_BOTTOM >= top;
+            if (!overlaps)
+                continue;
+            m_selected_keys.insert(key);
+            m_selected_lines.insert(m_lines[i]);
+            for (int id : {key->getTextId(), key->getMarkPolygon(), key->getOutline(), key->getHitPolygon()})
+                m_canvas->setOrder(id, m_order++);
+        }
+    }
+    copyInto(m_selected_lines, m_saved_lines);
+    copyInto(m_selected_keys, m_saved_keys);
+    refresh_marks();
+    MsgMngr::get()->notifyHelper(MSG_SELECTION_LISTS);
+    m_keys_dirty = true;
+}
+
+// The selected keys move together by the pointer's travel in time since the press; the block is
+// held inside the visible range as a whole, so every key keeps its offset to the pressed key.
+void UITrackLinePanel::drag_keys(int x)
+{
+    if (!m_current_key || !m_current_key->getKey())
+        return;
+    const AppData* hub = AppData::get();
+    const float begin = hub->getBeginTime(), end = hub->getEndTime();
+    int px = m_press_x, py = m_press_y;
+    m_canvas->screenToLocal(px, py);
+    const float pressed = m_current_key->getTime();
+    float lowest = 0.0f, highest = 0.0f;
+    for (UITrackLineKey* key : m_selected_keys) {
+        lowest = std::min(lowest, key->getTime() - pressed);
+        highest = std::max(highest, key->getTime() - pressed);
+    }
+    const float wanted = m_press_time + pixelToTime(x, begin, end, m_width) - pixelToTime(px, begin, end, m_width);
+    const float target = std::clamp(wanted, begin - lowest, std::max(begin - lowest, end - highest));
+    jSet<FParameterSingle*> touched;
+    for (UITrackLineKey* key : m_selected_keys) {
+        FKey* k = key->getKey();
+        if (!key->getLine()) {
+            jLog::error("%s:%s", "UITrackLinePanel::onMouseMove", "line");
+            continue;
+        }
+        k->setTime(target + (key->getTime() - pressed));
+        if (k->getParameter())
+            touched.insert(k->getParameter());
+    }
+    for (FParameterSingle* parameter : touched) {
+        parameter->sortKeys();
+        parameter->applyKeys();
+    }
+    m_keys_dirty = true;
+    MsgMngr::get()->notifyHelper(MSG_KEYS_MOVED);
+}
+
+void UITrackLinePanel::clear_box()
+{
+    m_canvas->clearLinePoints(m_box_line);
+    m_canvas->clearPolygonPoints(m_box_polygon);
+}
+
+bool UITrackLinePanel::onMouseUp(const UIEventMouse* e)
+{
+    if (!m_canvas || (!isHit(e->x, e->y) && !m_canvas->hasFocus()))
+        return UIVLayout::onMouseUp(e);
+    m_dragged = false;
+    m_mode = MODE_NONE;
+    if (e->isLeft()) {
+        clear_box();
+        m_canvas->removeFocus();
+        m_release_x = e->x;
+        m_release_y = e->y;
+    }
+    return UIVLayout::onMouseUp(e);
+}
+
+bool UITrackLinePanel::onMouseDClick(const UIEventMouse* e)
+{
+    if (!m_canvas || (!isHit(e->x, e->y) && !m_canvas->hasFocus()))
+        return UIVLayout::onMouseDClick(e);
+    m_dragged = false;
+    m_mode = MODE_NONE;
+    if (!e->isLeft())
+        return UIVLayout::onMouseDClick(e);
+    clear_box();
+    m_release_x = e->x;
+    m_release_y = e->y;
+    const int dx = m_release_x - e->x, dy = m_release_y - e->y;
+    if (dx * dx + dy * dy <= DCLICK_DISTANCE_SQ) { // always: the position was just stored
+        int x = 0, y = 0;
+        to_canvas(e, x, y);
+        on_dclick(x, y);
+    }
+    return true;
+}
+
+void UITrackLinePanel::on_dclick(int x, int y)
+{
+    const int polygon = m_canvas->getPolygonIntersection(x, y);
+    if (polygon == INVALID_INDEX)
+        return;
+    for (UITrackLine* line : m_lines)
+        for (UITrackLineKey* key : line->getKeys())
+            if (key->getHitPolygon() == polygon) {
+                if (!key->getKey()) {
+                    jLog::error("%s:%s", "UITrackLinePanel::on_dclick", "key->getKey()");
+                    return;
+                }
+                key->onDClick();
+                return;
+            }
+}
