@@ -99,15 +99,20 @@ void UITrackLinePanel::removeLine(UITrackLine* line)
     }
     m_selected_lines.erase(line);
     m_saved_lines.erase(line);
-    for (UITrackLineKey* key : line->getKeys()) {
-        m_selected_keys.erase(key);
-        m_saved_keys.erase(key);
-        if (m_current_key == key)
-            m_current_key = nullptr;
-    }
+    for (UITrackLineKey* key : line->getKeys())
+        forgetKey(key);
     if (m_current_line == line)
         m_current_line = nullptr;
     m_lines_dirty = true;
+}
+
+void UITrackLinePanel::forgetKey(UITrackLineKey* key)
+{
+    m_selected_keys.erase(key);
+    m_saved_keys.erase(key);
+    if (m_current_key == key)
+        m_current_key = nullptr;
+    m_keys_dirty = true;
 }
 
 bool UITrackLinePanel::hasLine(const UITrackLine* line) const

@@ -1,139 +1,13 @@
 #include "ui/UITrackLinePanel.h"
 
-#include <cmath>
-
-#include "ModuleFixture.h"
+#include "LinePanelFixture.h"
 #include "anim/TrackParameterColor.h"
 #include "anim/TrackParameterFloat.h"
 #include "anim/TrackParameterToggle.h"
-#include "data/AppData.h"
-#include "data/FKey.h"
-#include "data/FParameterStringFile.h"
 #include "data/FParameterToggle.h"
-#include "data/FTrack.h"
-#include "kit/KeyState.h"
-#include "ui/UIAutomation.h"
-#include "ui/UICanvas.h"
-#include "ui/UITrackLineColor.h"
-#include "ui/UITrackLineKey.h"
-#include "ui/UIWindow.h"
+#include "ui/UITrackLine.h"
 
-namespace {
-
-// 600 pixels between the side margins: the pulse sample's two seconds are 300 pixels each.
-constexpr int PANEL_WIDTH = 612;
-constexpr int ROW = 22;
-
-bool near(const vec4& a, const vec4& b, float tolerance = 0.03f)
-{
-    return std::abs(a.x - b.x) < tolerance && std::abs(a.y - b.y) < tolerance && std::abs(a.z - b.z) < tolerance;
-}
-
-} // namespace
-
-class UITrackLinePanelTest : public ModuleFixture {
-protected:
-    void SetUp() override
-    {
-        ModuleFixture::SetUp();
-        m_window = make<UIWindow>(root(), "lines", PANEL_WIDTH + 40, 260);
-        m_panel = make<UITrackLinePanel>(root());
-        m_panel->setFixSize(PANEL_WIDTH, 200);
-        m_window->addChild(m_panel, UI_EXPAND_NONE);
-        m_window->show();
-        settle();
-    }
-    void TearDown() override
-    {
-        SetKeyState(VK_LBUTTON, false);
-        AppData::get()->reset();
-        destroy(m_window);
-        ModuleFixture::TearDown();
-    }
-
-    UITrackLinePanel* panel() const { return m_panel; }
-    UICanvas* canvas() const { return m_panel->getCanvas(); }
-    FParameterSingle* single(int i) const { return AppData::get()->getTrack()->getSingleParameters()[i]; }
-    // The pulse sample: row 0 "Bulb pulse" (float keys at 0, 0.5, 1, 1.5, 2), row 1 "Glow" (colour
-    // keys at 0, 1, 2), over 0 to 2 s.
-    void loadPulse()
-    {
-        ASSERT_TRUE(AppData::get()->loadTrack(jString(samplePath("pulse.anim").c_str()), demoWorld()));
-        redraw();
-        ASSERT_EQ(canvas()->getWidth(), PANEL_WIDTH);
-        clearMessages();
-    }
-    void redraw()
-    {
-        panel()->update(0.0f);
-        settle();
-        panel()->update(0.0f);
-    }
-    // The pixel of time t on the canvas.
-    int xOf(float t) const
-    {
-        const AppData* hub = AppData::get();
-        const float begin = hub->getBeginTime(), end = hub->getEndTime();
-        return int((t - begin) * float(canvas()->getWidth() - 12) / (end - begin) + 6.0f);
-    }
-    UITrackLineKey* mark(int row, int key) const { return single(row)->getKey(key)->getLineKey(); }
-
-    UIEventMouse event(int x, int y, int modifiers) const
-    {
-        UIEventMouse e;
-        canvas()->localToScreen(x, y);
-        e.x = x;
-        e.y = y;
-        e.button = UI_MOUSE_LEFT;
-        e.buttons = 1 << UI_MOUSE_LEFT;
-        e.modifiers = modifiers;
-        return e;
-    }
-    bool press(int x, int y, int modifiers = 0)
-    {
-        SetKeyState(VK_LBUTTON, true);
-        const UIEventMouse e = event(x, y, modifiers);
-        return m_panel->onMouseDown(&e);
-    }
-    bool move(int x, int y)
-    {
-        UIEventMouse e = event(x, y, 0);
-        e.button = UI_MOUSE_NONE;
-        return m_panel->onMouseMove(&e);
-    }
-    void release(int x, int y)
-    {
-        SetKeyState(VK_LBUTTON, false);
-        UIEventMouse e = event(x, y, 0);
-        e.buttons = 0;
-        m_panel->onMouseUp(&e);
-    }
-    // Presses and releases on the mark of key `key` of row `row`.
-    void click(int row, int key, int modifiers = 0)
-    {
-        const int x = xOf(single(row)->getKey(key)->getTime()), y = ROW * row + 15;
-        press(x, y, modifiers);
-        release(x, y);
-    }
-    bool selected(const UITrackLineKey* key) const
-    {
-        return panel()->getSelectedKeys().contains(const_cast<UITrackLineKey*>(key));
-    }
-    vec4 pixel(int x, int y)
-    {
-        redraw();
-        const std::string path = m_dir.file("lines.png");
-        vec4 out{-1, -1, -1, -1};
-        EXPECT_TRUE(root()->getAutomation()->saveScreenshot(canvas(), path.c_str()));
-        EXPECT_TRUE(root()->getAutomation()->readPixel(path.c_str(), x, y, out));
-        return out;
-    }
-
-private:
-    UIWindow* m_window = nullptr;
-    UITrackLinePanel* m_panel = nullptr;
-    TempDir m_dir;
-};
+using UITrackLinePanelTest = LinePanelFixture;
 
 TEST_F(UITrackLinePanelTest, LoadedParametersGiveOneLinePerRow)
 {
@@ -325,100 +199,6 @@ TEST_F(UITrackLinePanelTest, MoveAfterTheButtonWentUpElsewhereIsIgnored)
     release(xOf(0.5f) + 90, 15);
 }
 
-TEST_F(UITrackLinePanelTest, DoubleClickOnASwitchKeyFlipsIt)
-{
-    loadPulse();
-    FParameterToggle* lamp = AppData::get()->getTrack()->createParameterToggle("Lamp");
-    lamp->createKey(0.5f, false);
-    lamp->sortKeys();
-    lamp->applyKeys();
-    redraw();
-    clearMessages();
-    const UIEventMouse e = event(xOf(0.5f), 2 * ROW + 15, 0);
-    EXPECT_TRUE(panel()->onMouseDClick(&e));
-    EXPECT_TRUE(static_cast<FKeyToggle*>(lamp->getKey(0))->getValue());
-    bool found = false;
-    EXPECT_EQ(lamp->engine_parameter()->getTrackValue(0.5f, found), 1);
-    EXPECT_EQ(messages(), std::vector<int>{197});
-}
-
-TEST_F(UITrackLinePanelTest, SelectedColourKeyIsWhite)
-{
-    loadPulse();
-    const int x = xOf(1.0f), y = ROW + 17;
-    EXPECT_TRUE(near(pixel(x, y), vec4(1.0f, 0.8f, 0.4f, 1.0f))) << "the key's own colour";
-    click(1, 1);
-    EXPECT_TRUE(near(pixel(x, y), vec4(1.0f, 1.0f, 1.0f, 1.0f)));
-    const vec4 bulb = pixel(xOf(0.5f), 17); // a float key stays grey until selected
-    EXPECT_TRUE(near(bulb, vec4(0.4f, 0.4f, 0.4f, 1.0f)));
-}
-
-TEST_F(UITrackLinePanelTest, EmptyStringKeyHasNoLabelAndPointsDown)
-{
-    loadPulse();
-    FParameterStringFile* mesh = AppData::get()->getTrack()->createParameterStringFile("Mesh");
-    mesh->createKey(0.5f, jString());
-    mesh->createKey(1.5f, jString("meshes/post.mesh"));
-    mesh->sortKeys();
-    const int top = 2 * ROW;
-    const vec4 grey(0.4f, 0.4f, 0.4f, 1.0f);
-    const int empty = xOf(0.5f), named = xOf(1.5f);
-    // The empty key's mark is wide at the top and narrow at the bottom; the named one the reverse.
-    EXPECT_TRUE(near(pixel(empty - 5, top + 9), grey));
-    EXPECT_FALSE(near(pixel(empty - 5, top + 20), grey));
-    EXPECT_FALSE(near(pixel(named - 5, top + 9), grey));
-    EXPECT_TRUE(near(pixel(named - 5, top + 20), grey));
-    EXPECT_EQ(canvas()->getTextWidth(mesh->getKey(0)->getLineKey()->getTextId()), 0);
-    EXPECT_GT(canvas()->getTextWidth(mesh->getKey(1)->getLineKey()->getTextId()), 0);
-    EXPECT_EQ(mesh->getKey(1)->getLineKey()->getText(), "post.mesh");
-}
-
-TEST_F(UITrackLinePanelTest, SwitchMarksUseTheLinesLightAndDarkShades)
-{
-    loadPulse();
-    FParameterToggle* lamp = AppData::get()->getTrack()->createParameterToggle("Lamp");
-    lamp->createKey(0.5f, false);
-    lamp->createKey(1.5f, true);
-    lamp->sortKeys();
-    const UITrackLine* line = lamp->getLine();
-    EXPECT_TRUE(near(pixel(xOf(0.5f), 2 * ROW + 17), line->getDarkColor()));
-    EXPECT_TRUE(near(pixel(xOf(1.5f), 2 * ROW + 17), line->getLightColor()));
-    EXPECT_FALSE(near(line->getDarkColor(), line->getLightColor()));
-}
-
-TEST_F(UITrackLinePanelTest, LineShadesAreClamped)
-{
-    UITrackLine line;
-    line.setDirty(false);
-    line.setColor(vec4(0.9f, 0.1f, 0.5f, 0.3f));
-    EXPECT_TRUE(line.isDirty());
-    EXPECT_TRUE(near(line.getLightColor(), vec4(1.0f, 0.35f, 0.75f, 1.0f), 1e-6f));
-    EXPECT_TRUE(near(line.getDarkColor(), vec4(0.225f, 0.025f, 0.125f, 1.0f), 1e-6f));
-    EXPECT_EQ(line.getLightColor().w, 1.0f);
-    line.setColor(vec4(-1.0f, 5.0f, 0.0f, 1.0f));
-    EXPECT_TRUE(near(line.getLightColor(), vec4(0.0f, 1.0f, 0.25f, 1.0f), 1e-6f));
-    EXPECT_TRUE(near(line.getDarkColor(), vec4(0.0f, 1.0f, 0.0f, 1.0f), 1e-6f));
-}
-
-TEST_F(UITrackLinePanelTest, ColourStripFollowsTheAnimatedColour)
-{
-    loadPulse();
-    auto* strip = static_cast<UITrackLineColor*>(single(1)->getLine());
-    strip->setStripWidth(0);
-    strip->refreshStrip(0.5f, 0.0f);
-    EXPECT_EQ(strip->getStripWidth(), 0);
-    strip->setStripWidth(5);
-    strip->refreshStrip(0.5f, 0.0f);
-    ASSERT_EQ(strip->getStripWidth(), 5);
-    const auto* glow = static_cast<const TrackParameterColor*>(single(1)->getTrackParameter());
-    for (int i = 0; i < 5; ++i) {
-        bool found = false;
-        EXPECT_TRUE(near(strip->getStripPixel(i), glow->getTrackValue(0.5f * float(i), found), 1e-6f)) << i;
-    }
-    EXPECT_TRUE(near(strip->getStripPixel(2), vec4(1.0f, 0.8f, 0.4f, 1.0f), 1e-6f));
-    EXPECT_FALSE(near(strip->getStripPixel(1), strip->getStripPixel(2)));
-}
-
 TEST_F(UITrackLinePanelTest, LinesAreHeldOnce)
 {
     loadPulse();
@@ -429,4 +209,42 @@ TEST_F(UITrackLinePanelTest, LinesAreHeldOnce)
     panel()->removeLine(&stranger);
     expectLogged("UITrackLinePanel::removeLine: can't find curve");
     EXPECT_EQ(panel()->getLines().size(), 2);
+}
+
+TEST_F(UITrackLinePanelTest, ClearingTheDocumentEmptiesTheSelection)
+{
+    loadPulse();
+    click(0, 1);
+    click(1, 1, UI_MOD_CTRL);
+    ASSERT_EQ(panel()->getSelectedKeys().size(), 2);
+    AppData::get()->reset();
+    EXPECT_EQ(panel()->getLines().size(), 0);
+    EXPECT_EQ(panel()->getSelectedKeys().size(), 0);
+    EXPECT_EQ(panel()->getSelectedLines().size(), 0);
+    EXPECT_EQ(panel()->getCurrentKey(), nullptr);
+    EXPECT_EQ(panel()->getCurrentLine(), nullptr);
+    // A modifier click on the reloaded track selects only what is there, and drags it alone.
+    loadPulse();
+    click(0, 1, UI_MOD_CTRL);
+    EXPECT_EQ(panel()->getSelectedKeys().size(), 1);
+    press(xOf(0.5f), 15);
+    move(xOf(0.5f) + 30, 15);
+    release(xOf(0.5f) + 30, 15);
+    EXPECT_EQ(mark(0, 1)->getTime(), 0.6f);
+}
+
+TEST_F(UITrackLinePanelTest, DeletedKeyLeavesTheSelection)
+{
+    loadPulse();
+    click(0, 2);
+    click(0, 1, UI_MOD_CTRL);
+    FKey* key = single(0)->getKey(1);
+    key->releaseUI();
+    key->detach();
+    jDelete(key, "tests/module/UITrackLinePanelTest", __LINE__, "test");
+    EXPECT_EQ(panel()->getSelectedKeys().size(), 1);
+    EXPECT_TRUE(selected(mark(0, 1))); // the key that was at 1 s
+    EXPECT_EQ(panel()->getCurrentKey(), nullptr);
+    redraw();
+    EXPECT_EQ(single(0)->getNumKeys(), 4);
 }
