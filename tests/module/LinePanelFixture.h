@@ -104,6 +104,11 @@ protected:
         e.buttons = 0;
         m_panel->onMouseUp(&e);
     }
+    bool dclick(int x, int y)
+    {
+        const UIEventMouse e = event(x, y, 0);
+        return m_panel->onMouseDClick(&e);
+    }
     // Presses and releases on the mark of key `key` of row `row`.
     void click(int row, int key, int modifiers = 0)
     {

@@ -2,8 +2,13 @@
 
 #include "LinePanelFixture.h"
 #include "anim/TrackParameterColor.h"
+#include "anim/TrackParameterString.h"
 #include "anim/TrackParameterToggle.h"
+#include "data/FKeyColor.h"
+#include "data/FKeyString.h"
+#include "data/FParameterColor.h"
 #include "data/FParameterStringFile.h"
+#include "data/FParameterStringMaterial.h"
 #include "data/FParameterToggle.h"
 #include "ui/UITrackLineColor.h"
 
@@ -95,11 +100,76 @@ TEST_F(UITrackLineTest, DoubleClickOnASwitchKeyFlipsIt)
     lamp->applyKeys();
     redraw();
     clearMessages();
-    const UIEventMouse e = event(xOf(0.5f), 2 * ROW + 15, 0);
-    EXPECT_TRUE(panel()->onMouseDClick(&e));
+    EXPECT_TRUE(dclick(xOf(0.5f), 2 * ROW + 15));
     EXPECT_TRUE(static_cast<FKeyToggle*>(lamp->getKey(0))->getValue());
     bool found = false;
     EXPECT_EQ(lamp->engine_parameter()->getTrackValue(0.5f, found), 1);
     EXPECT_EQ(messages(), std::vector<int>{197});
 }
 
+
+TEST_F(UITrackLineTest, DoubleClickOnAColourKeyTakesTheChosenColour)
+{
+    loadPulse();
+    auto* glow = static_cast<FParameterColor*>(single(1));
+    const vec4 chosen(0.25f, 0.5f, 0.75f, 1.0f);
+    root()->getAutomation()->answerColor(chosen);
+    dclick(xOf(1.0f), ROW + 15);
+    EXPECT_TRUE(near(static_cast<FKeyColor*>(glow->getKey(1))->getValue(), chosen, 1e-6f));
+    EXPECT_TRUE(near(glow->engine_parameter()->getKey(1).value, chosen, 1e-6f));
+    EXPECT_TRUE(glow->getLine()->isDirty());
+    EXPECT_EQ(messages(), std::vector<int>{197});
+    EXPECT_TRUE(near(pixel(xOf(1.0f), ROW + 17), chosen));
+
+    root()->getAutomation()->answerCancel();
+    dclick(xOf(1.0f), ROW + 15);
+    EXPECT_TRUE(near(static_cast<FKeyColor*>(glow->getKey(1))->getValue(), chosen, 1e-6f));
+    EXPECT_EQ(messages(), std::vector<int>{197});
+}
+
+TEST_F(UITrackLineTest, DoubleClickOnAFileKeyStoresTheChosenFileInTheDataFolder)
+{
+    loadPulse();
+    FParameterStringFile* mesh = AppData::get()->getTrack()->createParameterStringFile("Mesh");
+    mesh->createKey(0.5f, jString("meshes/old.mesh"));
+    mesh->applyKeys();
+    redraw();
+    clearMessages();
+    root()->getAutomation()->answerFile((std::string(KUVO_DATA_DIR) + "/meshes/new.mesh").c_str());
+    dclick(xOf(0.5f), 2 * ROW + 15);
+    EXPECT_EQ(static_cast<FKeyString*>(mesh->getKey(0))->getValue(), "meshes/new.mesh");
+    EXPECT_EQ(mesh->engine_parameter()->getKey(0).value, "meshes/new.mesh");
+    EXPECT_EQ(mesh->getKey(0)->getLineKey()->getText(), "new.mesh");
+    EXPECT_EQ(messages(), std::vector<int>{197});
+
+    root()->getAutomation()->answerCancel();
+    dclick(xOf(0.5f), 2 * ROW + 15);
+    EXPECT_EQ(static_cast<FKeyString*>(mesh->getKey(0))->getValue(), "meshes/new.mesh");
+    EXPECT_EQ(messages(), std::vector<int>{197});
+}
+
+TEST_F(UITrackLineTest, DoubleClickOnANamedMaterialKeyClearsIt)
+{
+    loadPulse();
+    FParameterStringMaterial* look = AppData::get()->getTrack()->createParameterStringMaterial("Look");
+    look->createKey(0.5f, jString("metal"));
+    look->applyKeys();
+    redraw();
+    clearMessages();
+    dclick(xOf(0.5f), 2 * ROW + 15);
+    EXPECT_EQ(static_cast<FKeyString*>(look->getKey(0))->getValue(), "");
+    EXPECT_EQ(look->engine_parameter()->getKey(0).value, "");
+    EXPECT_TRUE(look->getKey(0)->getLineKey()->isEmptyMark());
+    EXPECT_EQ(messages(), std::vector<int>{197});
+}
+
+TEST_F(UITrackLineTest, LineLabelNamesTheBindingAndRefusesComponents)
+{
+    ASSERT_TRUE(AppData::get()->loadTrack(jString(samplePath("demo.anim").c_str()), demoWorld()));
+    EXPECT_EQ(single(3)->getLine()->getText(), "Crate");  // a switch bound to a node
+    EXPECT_EQ(single(13)->getLine()->getText(), "Crate"); // a material name on a node
+    EXPECT_EQ(single(17)->getLine()->getText(), "brick"); // a colour bound to a material
+    EXPECT_EQ(single(12)->getLine()->getText(), "");      // float lines carry no label
+    EXPECT_EQ(single(21)->getLine()->getText(), "");      // the file of a nested track
+    expectLogged("UITrackLineString::getText:parent not support");
+}
