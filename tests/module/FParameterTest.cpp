@@ -13,7 +13,10 @@
 #include "data/FParameterDouble.h"
 #include "data/FParameterFloat.h"
 #include "data/FParameterToggle.h"
+#include "data/FParameterTrack.h"
+#include "data/FParameterVec3.h"
 #include "data/FTrack.h"
+#include "ui/UITrackCurvePanel.h"
 #include "ui/UITrackLine.h"
 #include "ui/UITrackLineKey.h"
 #include "ui/UITrackRow.h"
@@ -254,7 +257,11 @@ TEST_F(FParameterTest, ReleaseWithOwnerLeavesTheListAndFreesTheEngineParameter)
     FParameterSingle* next = single(12);
     TrackParameter* param = flicker->getTrackParameter();
     const int engineCount = engine()->getNumParameters();
+    doc()->getSelectedParameters().insert(flicker);
+    doc()->getSelectedParameters().insert(next);
     EXPECT_TRUE(AppData::get()->destoryParameter(flicker));
+    EXPECT_EQ(doc()->getSelectedParameters().size(), 1); // a deleted row is no longer selected
+    EXPECT_TRUE(doc()->getSelectedParameters().contains(next));
     EXPECT_EQ(singles.size(), count - 1);
     EXPECT_EQ(singles.find(flicker), -1);
     EXPECT_EQ(single(11), next);
@@ -310,4 +317,87 @@ TEST_F(FParameterTest, NextRowColourCyclesThroughTheFourteen)
     EXPECT_EQ(AppData::get()->getNextRowColor(), 2);
     EXPECT_EQ(AppData::RowColor(13).x, 1.0f);
     EXPECT_EQ(AppData::RowColor(0).x, 0.745f);
+}
+
+TEST_F(FParameterTest, RowSwitchesDriveTheEngineAndTheCurvePanel)
+{
+    UITrackCurvePanel curves;
+    loadDemo();
+    FParameterSingle* crateZ = single(2);
+    auto* vector = static_cast<TrackParameterVec3*>(crateZ->getParent()->getTrackParameter());
+    ASSERT_FALSE(crateZ->getRow()->getState(1));
+    crateZ->getRow()->toggleColumn(1);
+    EXPECT_TRUE(vector->isShow(VEC3_SWIZZLE_Z));
+    EXPECT_TRUE(crateZ->isCurveShown());
+    EXPECT_TRUE(curves.isShown(crateZ->getCurve()));
+    crateZ->getRow()->toggleColumn(0);
+    EXPECT_FALSE(vector->isEnabled(VEC3_SWIZZLE_Z));
+    EXPECT_TRUE(vector->isEnabled(VEC3_SWIZZLE_X));
+    crateZ->getRow()->toggleColumn(1);
+    EXPECT_FALSE(crateZ->isCurveShown());
+    EXPECT_EQ(messages(), (std::vector<int>{200, 200, 200}));
+}
+
+TEST_F(FParameterTest, AxesAnswerBindingQueriesThroughTheirVector)
+{
+    loadDemo();
+    FParameterSingle* crateY = single(1);
+    EXPECT_EQ(crateY->getNodeIndex(), 20);
+    EXPECT_EQ(crateY->getNodeName(), "Crate");
+    EXPECT_EQ(crateY->getTypeName(), "Node.position");
+    EXPECT_FALSE(crateY->isForMaterial());
+    FParameterSingle* waveX = single(18);
+    EXPECT_TRUE(waveX->isForMaterial());
+    EXPECT_FALSE(waveX->isMaterialHierarchy());
+    waveX->setMaterialHierarchy(true);
+    EXPECT_TRUE(waveX->getParent()->getTrackParameter()->isMaterialHierarchy());
+    EXPECT_TRUE(single(20)->isMaterialHierarchy());
+    EXPECT_FALSE(single(22)->isForMaterial()); // the time of a nested track
+    EXPECT_TRUE(single(17)->isForMaterial());
+    EXPECT_TRUE(single(17)->isMaterialHierarchy());
+    EXPECT_EQ(single(14)->getNodeIndex(), -1); // a world setting
+}
+
+TEST_F(FParameterTest, CollectUIGivesEachAxisRowLineAndCurve)
+{
+    loadDemo();
+    jVector<UITrackRow*> rows;
+    jVector<UITrackLine*> lines;
+    jVector<UITrackCurve*> curves;
+    doc()->getParameters()[0]->collectUI(rows, lines, curves);
+    single(10)->collectUI(rows, lines, curves); // a colour has no curve
+    ASSERT_EQ(rows.size(), 4);
+    EXPECT_EQ(lines.size(), 4);
+    EXPECT_EQ(curves.size(), 3);
+    EXPECT_EQ(rows[2], single(2)->getRow());
+    EXPECT_EQ(lines[3], single(10)->getLine());
+}
+
+TEST_F(FParameterTest, OnDeleteTakesTheEngineParameterOutOfTheTrack)
+{
+    loadDemo();
+    FParameterSingle* flicker = single(11);
+    const int engineCount = engine()->getNumParameters();
+    flicker->onDelete();
+    EXPECT_EQ(flicker->getTrackParameter(), nullptr);
+    EXPECT_EQ(engine()->getNumParameters(), engineCount - 1);
+    single(0)->onDelete(); // an axis's engine parameter belongs to its vector
+    EXPECT_NE(single(0)->getTrackParameter(), nullptr);
+    EXPECT_EQ(engine()->getNumParameters(), engineCount - 1);
+    EXPECT_TRUE(AppData::get()->destoryParameter(flicker));
+    EXPECT_EQ(engine()->getNumParameters(), engineCount - 1);
+}
+
+TEST_F(FParameterTest, NamelessNestedTrackIsLabelledAnim)
+{
+    FParameterTrack* nested = doc()->createParameterTrack(jString());
+    ASSERT_NE(nested, nullptr);
+    EXPECT_EQ(nested->getComponent(0)->getRow()->getName(), "Name");
+    EXPECT_EQ(nested->getComponent(0)->getRow()->getText(), "Anim");
+    EXPECT_EQ(nested->getComponent(1)->getRow()->getName(), "Time");
+    EXPECT_EQ(nested->getComponent(1)->getComponentIndex(), 1);
+    FParameterVec3* vector = doc()->createParameterVec3("Offset");
+    EXPECT_EQ(vector->getComponent(2)->getRow()->getName(), "Offset");
+    EXPECT_EQ(vector->getComponent(2)->getRow()->getText(), "Z");
+    EXPECT_EQ(engine()->getNumParameters(), 2);
 }
