@@ -312,3 +312,29 @@ TEST_F(FTrackTest, UnregisteredTypeIsRefusedByName)
     EXPECT_EQ(singles().size(), 0); // no axis was made for a refused vector
     EXPECT_EQ(engine()->getNumParameters(), 3);
 }
+
+TEST_F(FTrackTest, SelectedParametersAreCopiedAndSelfAssignmentKeepsThem)
+{
+    ASSERT_TRUE(load("pulse.anim"));
+    jSet<FParameterSingle*> chosen;
+    chosen.insert(singles()[0]);
+    chosen.insert(singles()[1]);
+    doc()->setSelectedParameters(chosen);
+    chosen.erase(singles()[0]);
+    EXPECT_EQ(doc()->getSelectedParameters().size(), 2);
+    doc()->setSelectedParameters(doc()->getSelectedParameters());
+    EXPECT_EQ(doc()->getSelectedParameters().size(), 2);
+    doc()->setSelectedParameters(chosen);
+    EXPECT_EQ(doc()->getSelectedParameters().size(), 1);
+    EXPECT_TRUE(doc()->getSelectedParameters().contains(singles()[1]));
+}
+
+TEST_F(FTrackTest, NewParameterNeedsADocument)
+{
+    auto* loose = jNew<FParameterFloat>("tests/module/FTrackTest", __LINE__, "test");
+    EXPECT_FALSE(loose->createNew(nullptr, "Loose", true));
+    expectLogged("FParameterFloat::createNew:track");
+    EXPECT_EQ(loose->getTrackParameter(), nullptr);
+    EXPECT_EQ(engine()->getNumParameters(), 0);
+    AppData::get()->destoryParameter(loose);
+}

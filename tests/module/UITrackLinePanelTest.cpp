@@ -248,3 +248,13 @@ TEST_F(UITrackLinePanelTest, DeletedKeyLeavesTheSelection)
     redraw();
     EXPECT_EQ(single(0)->getNumKeys(), 4);
 }
+
+TEST_F(UITrackLinePanelTest, LineThatLostItsShapesIsReportedAndSkipped)
+{
+    loadPulse();
+    single(0)->getLine()->forgetRender();
+    panel()->setDirty();
+    panel()->update(0.0f);
+    expectLogged("UITrackLinePanel::update:id != INVALID_INDEX");
+    EXPECT_EQ(canvas()->getPolygonIntersection(xOf(1.0f), ROW + 15), mark(1, 1)->getHitPolygon());
+}
