@@ -96,6 +96,27 @@ TEST_F(FParameterTest, SortKeysOrdersKeysMarksAndTimes)
     EXPECT_EQ(parameter->getLine()->getKeys()[2]->getTime(), 2.5f);
 }
 
+TEST_F(FParameterTest, MarkedKeysCountOnceAndLeaveWithTheirKey)
+{
+    FParameterFloat* parameter = floatWithKeys({1.0f, 2.0f});
+    jVector<FKey*> both;
+    both.append(parameter->getKey(0));
+    both.append(parameter->getKey(1));
+    parameter->markKeys(both);
+    parameter->markKeys(both);
+    EXPECT_EQ(parameter->getKeySet().size(), 2);
+    FKey* first = parameter->getKey(0);
+    first->detach();
+    EXPECT_EQ(first->getParameter(), nullptr);
+    EXPECT_EQ(parameter->getKeySet().size(), 1);
+    EXPECT_EQ(parameter->getNumKeys(), 1);
+    EXPECT_EQ(parameter->getKeyTimes()[0], 2.0f);
+    EXPECT_FALSE(parameter->removeKey(first));
+    first->releaseUI();
+    EXPECT_EQ(parameter->getLine()->getKeys().size(), 1);
+    jDelete(first, "tests/module/FParameterTest", __LINE__, "test");
+}
+
 TEST_F(FParameterTest, KeyTimeBeforeFollowsTheCache)
 {
     bool found = true;
