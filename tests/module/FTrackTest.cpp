@@ -3,6 +3,7 @@
 #include "ModuleFixture.h"
 #include "anim/Track.h"
 #include "anim/TrackParameterFloat.h"
+#include "data/FKeyFloat.h"
 #include "anim/TrackParameterVec3.h"
 #include "data/AppData.h"
 #include "data/FParameterColor.h"
@@ -337,4 +338,28 @@ TEST_F(FTrackTest, NewParameterNeedsADocument)
     EXPECT_EQ(loose->getTrackParameter(), nullptr);
     EXPECT_EQ(engine()->getNumParameters(), 0);
     AppData::get()->destoryParameter(loose);
+}
+
+TEST_F(FTrackTest, EditedKeysSurviveSavingAndLoading)
+{
+    ASSERT_TRUE(load("demo.anim"));
+    auto* fov = static_cast<FParameterFloat*>(singles()[12]);
+    ASSERT_NE(fov->createKey(1.5f, vec4(0.0f, 0.0f, 0.0f, 0.0f)), nullptr);
+    fov->sortKeys();
+    fov->applyKeys();
+    FParameterSingle* crateZ = singles()[2];
+    crateZ->getKey(1)->setTime(2.5f);
+    crateZ->sortKeys();
+    crateZ->getParent()->applyKeys();
+    TempDir dir;
+    const jString path(dir.file("edited.anim").c_str());
+    ASSERT_TRUE(AppData::get()->saveTrack(path));
+    ASSERT_TRUE(AppData::get()->loadTrack(path, demoWorld()));
+    ASSERT_EQ(singles()[12]->getNumKeys(), 4);
+    const auto* key = static_cast<const FKeyFloat*>(singles()[12]->getKey(1));
+    EXPECT_EQ(key->getTime(), 1.5f);
+    EXPECT_EQ(key->getKeyType(), 1);
+    EXPECT_GT(key->getValue(), 42.0f);
+    EXPECT_EQ(singles()[2]->getKeyTimes()[1], 2.5f);
+    EXPECT_EQ(singles()[2]->getNumKeys(), 3);
 }
