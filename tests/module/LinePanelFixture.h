@@ -15,7 +15,13 @@
 #include "ui/UITrackLinePanel.h"
 #include "ui/UIWindow.h"
 
-// 600 pixels between the side margins: the pulse sample's two seconds are 300 pixels each.
+// 600 pixels between the side margins: the pulse sample's two seconds are 300 pixels each, so a
+// key at t seconds sits at x = 300 t + 6 and its mark covers x - 6 to x + 6:
+//
+//   t:        0      0.5       1      1.5       2
+//   x:        6      156      306     456      606
+//   row 0     ^       ^        ^       ^        ^     Bulb pulse (float)   y 0 to 21
+//   row 1     ^                ^                ^     Glow (colour)        y 22 to 43
 inline constexpr int PANEL_WIDTH = 612;
 inline constexpr int ROW = 22;
 
