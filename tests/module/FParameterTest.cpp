@@ -13,8 +13,6 @@
 #include "data/FParameterDouble.h"
 #include "data/FParameterFloat.h"
 #include "data/FParameterToggle.h"
-#include "data/FParameterTrack.h"
-#include "data/FParameterVec3.h"
 #include "data/FTrack.h"
 #include "ui/UITrackCurvePanel.h"
 #include "ui/UITrackLine.h"
@@ -407,18 +405,4 @@ TEST_F(FParameterTest, OnDeleteTakesTheEngineParameterOutOfTheTrack)
     EXPECT_EQ(engine()->getNumParameters(), engineCount - 1);
     EXPECT_TRUE(AppData::get()->destoryParameter(flicker));
     EXPECT_EQ(engine()->getNumParameters(), engineCount - 1);
-}
-
-TEST_F(FParameterTest, NamelessNestedTrackIsLabelledAnim)
-{
-    FParameterTrack* nested = doc()->createParameterTrack(jString());
-    ASSERT_NE(nested, nullptr);
-    EXPECT_EQ(nested->getComponent(0)->getRow()->getName(), "Name");
-    EXPECT_EQ(nested->getComponent(0)->getRow()->getText(), "Anim");
-    EXPECT_EQ(nested->getComponent(1)->getRow()->getName(), "Time");
-    EXPECT_EQ(nested->getComponent(1)->getComponentIndex(), 1);
-    FParameterVec3* vector = doc()->createParameterVec3("Offset");
-    EXPECT_EQ(vector->getComponent(2)->getRow()->getName(), "Offset");
-    EXPECT_EQ(vector->getComponent(2)->getRow()->getText(), "Z");
-    EXPECT_EQ(engine()->getNumParameters(), 2);
 }

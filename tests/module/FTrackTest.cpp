@@ -363,3 +363,17 @@ TEST_F(FTrackTest, EditedKeysSurviveSavingAndLoading)
     EXPECT_EQ(singles()[2]->getKeyTimes()[1], 2.5f);
     EXPECT_EQ(singles()[2]->getNumKeys(), 3);
 }
+
+TEST_F(FTrackTest, NamelessNestedTrackIsLabelledAnim)
+{
+    FParameterTrack* nested = doc()->createParameterTrack(jString());
+    ASSERT_NE(nested, nullptr);
+    EXPECT_EQ(nested->getComponent(0)->getRow()->getName(), "Name");
+    EXPECT_EQ(nested->getComponent(0)->getRow()->getText(), "Anim");
+    EXPECT_EQ(nested->getComponent(1)->getRow()->getName(), "Time");
+    EXPECT_EQ(nested->getComponent(1)->getComponentIndex(), 1);
+    FParameterVec3* vector = doc()->createParameterVec3("Offset");
+    EXPECT_EQ(vector->getComponent(2)->getRow()->getName(), "Offset");
+    EXPECT_EQ(vector->getComponent(2)->getRow()->getText(), "Z");
+    EXPECT_EQ(engine()->getNumParameters(), 2);
+}
