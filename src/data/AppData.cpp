@@ -36,6 +36,8 @@ AppData::AppData()
 
 void AppData::release()
 {
+    m_path = jString(); // the file's path and name are allocated too: the host checks for leaks
+    m_name = jString(); // right after unloading the module
     if (!m_track)
         return;
     m_track->release();

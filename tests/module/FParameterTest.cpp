@@ -31,7 +31,10 @@ protected:
     FTrack* doc() const { return AppData::get()->getTrack(); }
     Track* engine() const { return doc()->getEngineTrack(); }
     FParameterSingle* single(int i) const { return doc()->getSingleParameters()[i]; }
-    void loadDemo() { ASSERT_TRUE(AppData::get()->loadTrack(jString(samplePath("demo.anim").c_str()), demoWorld())); }
+    void loadDemo()
+    {
+        ASSERT_TRUE(AppData::get()->loadTrack(jString(samplePath("demo.anim").c_str()), demoWorld()));
+    }
     // A float parameter with keys at the given times (values 10 × time), sorted.
     FParameterFloat* floatWithKeys(std::initializer_list<float> times)
     {

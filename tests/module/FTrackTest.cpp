@@ -46,7 +46,10 @@ protected:
     FTrack* doc() const { return AppData::get()->getTrack(); }
     Track* engine() const { return doc()->getEngineTrack(); }
     jVector<FParameterSingle*>& singles() const { return doc()->getSingleParameters(); }
-    bool load(const char* sample) { return AppData::get()->loadTrack(jString(samplePath(sample).c_str()), demoWorld()); }
+    bool load(const char* sample)
+    {
+        return AppData::get()->loadTrack(jString(samplePath(sample).c_str()), demoWorld());
+    }
     jString rowName(int i) const { return singles()[i]->getRow()->getName(); }
     jString rowText(int i) const { return singles()[i]->getRow()->getText(); }
     bool engineHolds(const TrackParameter* param) const

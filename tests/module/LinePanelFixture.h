@@ -28,7 +28,8 @@ inline constexpr int ROW = 22;
 // Whether two colours match in red, green and blue.
 inline bool near(const vec4& a, const vec4& b, float tolerance = 0.03f)
 {
-    return std::abs(a.x - b.x) < tolerance && std::abs(a.y - b.y) < tolerance && std::abs(a.z - b.z) < tolerance;
+    return std::abs(a.x - b.x) < tolerance && std::abs(a.y - b.y) < tolerance &&
+           std::abs(a.z - b.z) < tolerance;
 }
 
 // A key line panel 612 pixels wide in a shown window, driven by synthesized mouse events in the
