@@ -36,13 +36,13 @@ AppData::AppData()
 
 void AppData::release()
 {
+    m_path = jString(); // the file's path and name are allocated too: the host checks for leaks
+    m_name = jString(); // right after unloading the module
     if (!m_track)
         return;
     m_track->release();
     jDelete(m_track, "src/data/AppData", __LINE__, "AppData::release");
     m_track = nullptr;
-    m_path = jString(); // moving an empty string in frees the old text
-    m_name = jString();
 }
 
 void AppData::setBeginTime(float t)

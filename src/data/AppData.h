@@ -55,8 +55,8 @@ public:
     static vec4 RowColor(int i);
     static constexpr int ROW_COLORS = 14;
 
-    // Frees the document when the module is unloaded, so nothing is left to report as leaked. The
-    // hub must not be used afterwards.
+    // Frees the document and forgets the file's path and name when the module is unloaded, so nothing
+    // is left to report as leaked. The hub must not be used afterwards.
     void release();
 
 private:

@@ -5,6 +5,7 @@
 #include "data/FTrack.h"
 #include "kit/jAllocator.h"
 #include "kit/jLog.h"
+#include "ui/UITrackLine.h"
 #include "ui/UITrackRow.h"
 
 namespace {
@@ -39,6 +40,8 @@ void FParameterCompound::adopt(FParameterSingle* component, int index, const jSt
     component->setRowSubText(subText);
     if (component->getRow())
         component->getRow()->setIndent(COMPONENT_INDENT);
+    if (component->getLine())
+        component->getLine()->setComponent(index);
 }
 
 void FParameterCompound::sortKeys()

@@ -25,7 +25,7 @@ protected:
     // parameter, false (logged as "<create>:r") when a named parameter's type is not registered.
     bool begin_create(FTrack* track, TrackParameter* param, const jString& name, const char* check);
     // Makes component i a child of this parameter: it keeps its engine parameter when released,
-    // and its row is indented under the compound's label.
+    // its row is indented under the compound's label and its key line knows which axis it shows.
     void adopt(FParameterSingle* component, int index, const jString& rowText, const jString& subText);
     const jString& getDisplayText() const { return m_display; }
 

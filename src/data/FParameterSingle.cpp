@@ -244,8 +244,10 @@ void FParameterSingle::release()
     m_row = nullptr;
     m_line = nullptr;
     m_curve = nullptr;
-    if (owner)
+    if (owner) {
         owner->removeSingleParameter(this);
+        owner->getSelectedParameters().erase(this); // the make-key command walks the selection
+    }
     setOwner(nullptr);
 }
 

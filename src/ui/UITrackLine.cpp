@@ -100,6 +100,8 @@ void UITrackLine::addKey(UITrackLineKey* key)
 bool UITrackLine::removeKey(UITrackLineKey* key)
 {
     m_dirty = true;
+    if (UITrackLinePanel* panel = UITrackLinePanel::get())
+        panel->forgetKey(key); // a selection must never keep a mark that is being freed
     return m_keys.removeValue(key);
 }
 

@@ -44,7 +44,7 @@ public:
     virtual void forgetRender();
     // Adds a mark (the caller then sorts); the mark learns its line and draws on the line's canvas.
     void addKey(UITrackLineKey* key);
-    // Takes a mark out of the list; false when it is not there.
+    // Takes a mark out of the list and out of the panel's selection; false when it is not listed.
     bool removeKey(UITrackLineKey* key);
     // Orders the marks by their keys' times.
     void sortKeys();

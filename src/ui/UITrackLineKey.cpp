@@ -88,8 +88,6 @@ void UITrackLineKey::forgetRender()
 
 void UITrackLineKey::clearRender()
 {
-    if (UITrackLinePanel* panel = UITrackLinePanel::get())
-        panel->forgetKey(this);
     if (m_line) {
         m_line->removeKey(this);
         m_line = nullptr;

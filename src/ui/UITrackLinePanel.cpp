@@ -116,6 +116,7 @@ void UITrackLinePanel::forgetKey(UITrackLineKey* key)
     m_saved_keys.erase(key);
     if (m_current_key == key)
         m_current_key = nullptr;
+    m_keys_dirty = true;
 }
 
 bool UITrackLinePanel::hasLine(const UITrackLine* line) const

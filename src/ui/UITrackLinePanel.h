@@ -36,7 +36,7 @@ public:
     // Takes line out (later lines move up); logs "<fn>: can't find curve" when it is not held.
     void removeLine(UITrackLine* line);
     bool hasLine(const UITrackLine* line) const;
-    // Drops every reference to a mark that is going away (selection, current key).
+    // Drops every reference to a mark that is going away (selection, saved box selection, current).
     void forgetKey(UITrackLineKey* key);
     const jVector<UITrackLine*>& getLines() const { return m_lines; }
 
