@@ -33,7 +33,8 @@ void TrackPlayback::add(TrackParameter* param)
     o.reg = param->getReg();
     o.target = param->getTarget();
     o.first = m_channels.size();
-    if (auto* f = dynamic_cast<FloatCurve*>(param)) {
+    if (param->getType() == TRACK_PARAMETER_FLOAT) {
+        auto* f = static_cast<FloatCurve*>(static_cast<TrackParameterFloat*>(param));
         if (f->getNumKeys() == 0)
             return; // nothing to play, nothing to keep
         o.kind = FLOAT;
@@ -41,7 +42,8 @@ void TrackPlayback::add(TrackParameter* param)
         o.last[0] = f->m_value;
         m_channels.append(TrackCurveCursor<float>());
         m_channels.back().attach(&f->compiled());
-    } else if (auto* v = dynamic_cast<FloatVector*>(param)) {
+    } else if (param->getType() == TRACK_PARAMETER_VEC3) {
+        auto* v = static_cast<FloatVector*>(static_cast<TrackParameterVec3*>(param));
         o.kind = VEC3;
         for (int c = 0; c < 3; ++c) {
             const TrackParameterFloat& component = v->m_components[c];

@@ -93,10 +93,10 @@ public:
         s.av = g.av;
         if (g.mode == S::CONSTANT)
             return s;
-        double d = static_cast<double>(s.t1) - s.t0;
-        s.inv = static_cast<float>(1.0 / d);
+        double scale = 1.0 / (static_cast<double>(s.t1) - s.t0);
+        s.inv = static_cast<float>(scale);
         if (g.mode == S::BEZIER)
-            timing(g, d, s);
+            timing(g, scale, s);
         return s;
     }
 
@@ -231,15 +231,23 @@ public:
     }
 
 private:
-    // Handle times clamped into a segment of length d, as fractions of it.
-    static double outFraction(double out, double d) { return out > d ? 1.0 : (out < 0.0 ? 0.0 : out / d); }
-    static double inFraction(double in, double d) { return -in > d ? 0.0 : (in > 0.0 ? 1.0 : 1.0 + in / d); }
-
-    // Fills the timing polynomial of a Bezier segment of length d from its handles.
-    template <class Value>
-    static void timing(const TrackCurveSegment<Value>& g, double d, TrackCurveShape<Value>& s)
+    // Handle times clamped into a segment, as fractions of it (scale is 1 / its length).
+    static double outFraction(double out, double scale)
     {
-        double h1 = outFraction(g.out, d), h2 = inFraction(g.in, d);
+        double h = out * scale;
+        return h > 1.0 ? 1.0 : (h < 0.0 ? 0.0 : h);
+    }
+    static double inFraction(double in, double scale)
+    {
+        double h = in * scale;
+        return h < -1.0 ? 0.0 : (h > 0.0 ? 1.0 : 1.0 + h);
+    }
+
+    // Fills the timing polynomial of a Bezier segment from its handles (scale is 1 / its length).
+    template <class Value>
+    static void timing(const TrackCurveSegment<Value>& g, double scale, TrackCurveShape<Value>& s)
+    {
+        double h1 = outFraction(g.out, scale), h2 = inFraction(g.in, scale);
         s.cx = 3.0 * h1;
         s.bx = 3.0 * (h2 - 2.0 * h1);
         s.ax = 1.0 + 3.0 * (h1 - h2);
@@ -283,7 +291,7 @@ private:
         s.av = static_cast<Value>(v1 - v0 + 3.0 * (p1 - p2));
         // Handles at a third and two thirds of the segment make time linear in s: no solving.
         TrackCurveShape<Value> t;
-        timing(s, d, t);
+        timing(s, 1.0 / d, t);
         bool even = std::fabs(t.ax) + std::fabs(t.bx) + std::fabs(t.cx - 1.0) <= 1e-7;
         s.mode = even ? S::BEZIER_EVEN : S::BEZIER;
         return s;
