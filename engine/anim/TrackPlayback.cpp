@@ -12,6 +12,10 @@ using FloatVector = TrackParameterVector<TrackParameterFloat, vec3>;
 // so their loads are started early enough to overlap with playing the outputs before them.
 const int NODE_AHEAD = 8;
 
+// The longest step between frames that is taken as playback (anything longer is scrubbing, where
+// loading the next segments ahead would only waste the time).
+const float MAX_AHEAD = 0.25f;
+
 } // namespace
 
 void TrackPlayback::build(const jVector<TrackParameter*>& params)
@@ -86,6 +90,10 @@ void TrackPlayback::clear()
 
 void TrackPlayback::play(float t)
 {
+    // Playback usually moves on by about as much as it did since the last frame.
+    float step = t - m_time;
+    m_ahead = step > 0.0f && step < MAX_AHEAD ? step : 0.0f;
+    m_time = t;
     const int count = m_outputs.size();
     for (int i = 0; i < count; ++i) {
         if (i + NODE_AHEAD < count)
@@ -107,7 +115,7 @@ void TrackPlayback::play(float t)
 
 void TrackPlayback::play_float(Output& o, float t)
 {
-    float v = m_channels[o.first].value(t);
+    float v = m_channels[o.first].play(t, m_ahead);
     o.last[0] = v;
     TrackValue out;
     out.n[0] = static_cast<double>(v);
@@ -122,7 +130,7 @@ void TrackPlayback::play_vector(Output& o, float t)
     float v[3];
     for (int c = 0; c < 3; ++c) {
         if (o.mask & (1u << c))
-            v[c] = (channel++)->value(t);
+            v[c] = (channel++)->play(t, m_ahead);
     }
     if (o.mask != 7u) {
         TrackValue current;

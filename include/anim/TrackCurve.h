@@ -12,10 +12,14 @@
 // stores it: v(s) = v0 + s (cv + s (bv + s av)), with the handle times from which the curve's
 // timing follows. Kept small because random access (scrubbing a long curve) reads one per sample:
 // the timing polynomial is derived from the handles when a segment is entered (TrackCurveShape).
+// The segment's start is its key's entry in the curve's time array.
 template <class Value>
 struct TrackCurveSegment {
     enum MODE { CONSTANT = 0, LINEAR = 1, BEZIER_EVEN = 2, BEZIER = 3 };
     Value v0 = 0, cv = 0, bv = 0, av = 0;
+    // The time of the next key (infinity for the last key's segment): playback that steps on
+    // from one segment to the next finds everything it needs here.
+    float t1 = std::numeric_limits<float>::infinity();
     // The out handle's time offset from the segment's first key and the in handle's (negative)
     // offset from its second key, as stored in the keys; clamped into the segment on use.
     float out = 0.0f;
@@ -73,19 +77,18 @@ public:
     static Value evaluate(const float* times, const TrackCurveSegment<Value>* segments, int count, float t, int& cursor)
     {
         int c = TrackSegment::find(times, count, t, cursor);
-        TrackCurveShape<Value> s = c >= 0 ? shape(times, segments, count, c) : before(segments[0], times[0]);
+        TrackCurveShape<Value> s = c >= 0 ? shape(segments[c], times[c]) : before(segments[0], times[0]);
         return sample(s, t, solveStart(s, t));
     }
 
-    // Returns segment i (0 <= i < count) of a compiled curve ready for sampling.
+    // Returns compiled segment g, which starts at t0, ready for sampling.
     template <class Value>
-    static TrackCurveShape<Value> shape(const float* times, const TrackCurveSegment<Value>* segments, int count, int i)
+    static TrackCurveShape<Value> shape(const TrackCurveSegment<Value>& g, float t0)
     {
         using S = TrackCurveSegment<Value>;
-        const S& g = segments[i];
         TrackCurveShape<Value> s;
-        s.t0 = times[i];
-        s.t1 = i + 1 < count ? times[i + 1] : std::numeric_limits<float>::infinity();
+        s.t0 = t0;
+        s.t1 = g.t1;
         s.mode = g.mode;
         s.v0 = g.v0;
         s.cv = g.cv;
@@ -269,6 +272,7 @@ private:
     {
         using S = TrackCurveSegment<Value>;
         S s = hold<Key, Value>(a);
+        s.t1 = b.time;
         double d = static_cast<double>(b.time) - a.time;
         if (d <= 0.0 || a.type == TRACK_KEY_CONSTANT)
             return s; // a zero-length segment is never sampled: the next key takes over at once

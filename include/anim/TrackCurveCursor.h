@@ -6,11 +6,12 @@
 #include "anim/TrackSegment.h"
 
 // Where playback of one compiled curve stands: the segment the last sample fell in (ready for
-// sampling, so that the frames that stay in it read nothing but this cursor) and, on a Bezier
-// segment, the curve parameter solved last. Playback moves forward a little each frame, so the
-// next solution is predicted from the last one and its slope: three Newton steps from there settle
-// about nineteen samples in twenty, where a cold start from the normalised time takes four and,
-// near flat stretches of the timing curve, often the safeguarded search as well.
+// sampling, so that the frames that stay in it read nothing but this cursor), the compiled segment
+// after it, and, on a Bezier segment, the curve parameter solved last. Playback moves forward a
+// little each frame, so the next solution is predicted from the last one and its slope: three
+// Newton steps from there settle about nineteen samples in twenty, where a cold start from the
+// normalised time takes four and, near flat stretches of the timing curve, often the safeguarded
+// search as well.
 template <class Value>
 class TrackCurveCursor {
 public:
@@ -30,6 +31,7 @@ public:
     void reset()
     {
         m_shape = TrackCurve::none<Value>();
+        m_next = nullptr;
         m_index = 0;
         m_solved = false;
     }
@@ -45,14 +47,25 @@ public:
         return sample(t);
     }
 
+    // Returns the value at t, as value does, for playback that will ask for t + ahead next: when
+    // that crosses into the next segment, the segment is loaded now, while the other channels of
+    // the frame are played, rather than waited for on the next frame.
+    Value play(float t, float ahead)
+    {
+        if (!holds(t))
+            seek(t);
+        const void* next = t + ahead >= m_shape.t1 ? static_cast<const void*>(m_next) : this;
+        __builtin_prefetch(next);
+        return sample(t);
+    }
+
     // Returns the value at t, which the cursor's segment must hold.
     Value sample(float t)
     {
-        if (m_shape.mode != TrackCurveSegment<Value>::BEZIER)
-            return TrackCurve::value(m_shape, TrackCurve::normalised(m_shape, t));
         double u = TrackCurve::normalised(m_shape, t);
-        double s = solve(u);
-        return TrackCurve::value(m_shape, s);
+        if (m_shape.mode != TrackCurveSegment<Value>::BEZIER)
+            return TrackCurve::value(m_shape, u);
+        return TrackCurve::value(m_shape, solve(u));
     }
 
     // Moves the cursor onto the segment of the attached curve (which must have keys) that holds t.
@@ -61,32 +74,33 @@ public:
         const float* times = m_curve->times.data();
         const TrackCurveSegment<Value>* segments = m_curve->segments.data();
         int count = m_curve->times.size();
-        int previous = m_index;
-        int c = TrackSegment::find(times, count, t, m_index);
+        // Playback steps onto the next segment: it starts where this one ends, and it says itself
+        // where it ends, so the time array is not read at all.
+        bool forward = m_next && t >= m_shape.t1 && t < m_next->t1;
+        float t0 = m_shape.t1;
+        int c = forward ? m_index + 1 : TrackSegment::find(times, count, t, m_index);
+        m_index = c;
         m_solved = false;
         if (c < 0) {
             m_shape = TrackCurve::before(segments[0], times[0]);
+            m_next = segments;
             return;
         }
-        // Playback reaches the next segment a few frames after it entered this one, and by then
-        // the other channels of a large track have pushed this curve out of the nearest caches:
-        // loading it now hides that wait.
-        bool forward = c == previous + 1;
-        if (forward && c + 2 < count) {
-            __builtin_prefetch(segments + c + 1);
-            __builtin_prefetch(times + c + 2);
-        }
-        m_shape = TrackCurve::shape(times, segments, count, c);
-        // Stepping onto the next segment, playback is just past its start, where the timing curve
-        // is close to its quadratic part bx s^2 + cx s: solving that beats a cold start. A jump
-        // (scrubbing) solves cold.
-        if (forward && m_shape.mode == TrackCurveSegment<Value>::BEZIER) {
+        m_shape = TrackCurve::shape(segments[c], forward ? t0 : times[c]);
+        m_next = c + 1 < count ? segments + c + 1 : nullptr;
+        if (!forward)
+            return;
+        if (m_next)
+            __builtin_prefetch(m_next);
+        // Just past the start of a segment the timing curve is close to its quadratic part
+        // bx s^2 + cx s: solving that beats a cold start. A jump (scrubbing) solves cold.
+        if (m_shape.mode == TrackCurveSegment<Value>::BEZIER) {
             double u = TrackCurve::normalised(m_shape, t);
             double disc = m_shape.cx * m_shape.cx + 4.0 * m_shape.bx * u;
             m_solved = true;
-            m_s = disc > 0.0 ? 2.0 * u / (m_shape.cx + std::sqrt(disc)) : u;
-            m_u = u;
-            m_rate = 0.0;
+            m_s = static_cast<float>(disc > 0.0 ? 2.0 * u / (m_shape.cx + std::sqrt(disc)) : u);
+            m_u = static_cast<float>(u);
+            m_rate = 0.0f;
         }
     }
 
@@ -112,25 +126,28 @@ private:
             slope = (3.0 * ax * s + 2.0 * bx) * s + cx;
         }
         m_solved = true;
-        m_s = s;
-        m_u = u;
-        m_rate = 1.0 / slope;
+        m_s = static_cast<float>(s);
+        m_u = static_cast<float>(u);
+        m_rate = static_cast<float>(1.0 / slope);
         return s;
     }
 
     // The last solution moved along its slope to u, kept inside [0, 1].
     double predict(double u) const
     {
-        double s = m_s + (u - m_u) * m_rate;
+        double s = m_s + (u - m_u) * static_cast<double>(m_rate);
         return s < 0.0 ? 0.0 : (s > 1.0 ? 1.0 : s);
     }
 
     TrackCurveShape<Value> m_shape = TrackCurve::none<Value>();
     const TrackCurveData<Value>* m_curve = nullptr;
+    // The compiled segment after the cursor's (null after the last key's).
+    const TrackCurveSegment<Value>* m_next = nullptr;
+    // The cursor's segment (-1 before the first key).
     int m_index = 0;
     bool m_solved = false;
     // The last solution on this segment: curve parameter, normalised time, and ds/du there.
-    double m_s = 0.0;
-    double m_u = 0.0;
-    double m_rate = 0.0;
+    float m_s = 0.0f;
+    float m_u = 0.0f;
+    float m_rate = 0.0f;
 };

@@ -54,4 +54,7 @@ private:
     jVector<Output> m_outputs;
     jVector<TrackCurveCursor<float>> m_channels;
     bool m_valid = false;
+    // The time of the last frame, and how far the next one is expected to move on.
+    float m_time = 0.0f;
+    float m_ahead = 0.0f;
 };
