@@ -78,7 +78,7 @@ public:
     {
         int c = TrackSegment::find(times, count, t, cursor);
         TrackCurveShape<Value> s = c >= 0 ? shape(segments[c], times[c]) : before(segments[0], times[0]);
-        return sample(s, t, solveStart(s, t));
+        return sample(s, t);
     }
 
     // Returns compiled segment g, which starts at t0, ready for sampling.
@@ -132,21 +132,12 @@ public:
         return s.mode == TrackCurveSegment<Value>::CONSTANT ? 0.0 : static_cast<double>(t - s.t0) * s.inv;
     }
 
-    // Returns the curve parameter at which sampling s at t starts solving when nothing better is
-    // known: the normalised time itself.
+    // Returns the value of s at t (t0 <= t < t1).
     template <class Value>
-    static double solveStart(const TrackCurveShape<Value>& s, float t)
-    {
-        return normalised(s, t);
-    }
-
-    // Returns the value of s at t (t0 <= t < t1); a Bezier segment's curve parameter is solved
-    // by Newton steps from guess.
-    template <class Value>
-    static Value sample(const TrackCurveShape<Value>& s, float t, double guess)
+    static Value sample(const TrackCurveShape<Value>& s, float t)
     {
         double u = normalised(s, t);
-        double p = s.mode == TrackCurveSegment<Value>::BEZIER ? solve(s.ax, s.bx, s.cx, u, guess) : u;
+        double p = s.mode == TrackCurveSegment<Value>::BEZIER ? solve(s.ax, s.bx, s.cx, u) : u;
         return value(s, p);
     }
 
@@ -159,11 +150,11 @@ public:
 
     // Returns s in [0, 1] whose curve time ((ax s + bx) s + cx) s is within SOLVE_TOLERANCE of u
     // (then polished by one more Newton step). The polynomial must be non-decreasing on [0, 1] from
-    // 0 to 1. Four Newton steps from guess settle almost every segment without a branch; the rest
+    // 0 to 1. Four Newton steps from s = u settle almost every segment without a branch; the rest
     // take the safeguarded search.
-    static double solve(double ax, double bx, double cx, double u, double guess)
+    static double solve(double ax, double bx, double cx, double u)
     {
-        double s = guess;
+        double s = u;
         double f = 0.0;
         for (int step = 0; step < 4; ++step) {
             f = ((ax * s + bx) * s + cx) * s - u;

@@ -122,7 +122,7 @@ private:
             }
         }
         if (!(std::fabs(step) <= CONVERGED && s >= 0.0 && s <= 1.0)) {
-            s = TrackCurve::solve(ax, bx, cx, u, u);
+            s = TrackCurve::solve(ax, bx, cx, u);
             slope = (3.0 * ax * s + 2.0 * bx) * s + cx;
         }
         m_solved = true;
