@@ -75,6 +75,7 @@ void Track::release()
 
 void Track::clear_parameters()
 {
+    m_playback.clear();
     for (TrackParameter* p : m_parameters)
         jDelete(p, FILE_TAG, __LINE__, "Track::release");
     m_parameters.release();
@@ -263,13 +264,16 @@ bool Track::addParameter(TrackParameter* param)
     }
     m_parameters.append(param);
     param->setTrack(this);
+    invalidate_playback();
     return true;
 }
 
 bool Track::removeParameter(TrackParameter* param)
 {
-    if (!m_parameters.removeValue(param))
+    if (!m_parameters.contains(param))
         return false;
+    invalidate_playback(); // hands the last played value back while the parameter is still ours
+    m_parameters.removeValue(param);
     param->setTrack(nullptr);
     return true;
 }
@@ -282,21 +286,19 @@ void Track::set(float t)
     }
     m_playing = true;
     m_time = t;
-    // The parameters live in separate allocations; asking for the ones a few places ahead lets
-    // their loads overlap with playing this one.
-    const int ahead = 8;
-    for (int i = 0; i < m_parameters.size(); ++i) {
-        if (i + ahead < m_parameters.size())
-            __builtin_prefetch(m_parameters[i + ahead]);
-        TrackParameter* p = m_parameters[i];
-        if (!p->isEnabled())
-            continue;
-        if (p->isTargetStale())
-            resolve(p);
-        if (p->isBound())
-            p->apply(t);
-    }
+    if (!m_playback.isValid())
+        build_playback();
+    m_playback.play(t);
     m_playing = false;
+}
+
+void Track::build_playback()
+{
+    for (TrackParameter* p : m_parameters) {
+        if (p->isEnabled() && p->isTargetStale())
+            resolve(p);
+    }
+    m_playback.build(m_parameters);
 }
 
 void Track::resolve(TrackParameter* p)

@@ -9,18 +9,21 @@ void TrackParameter::setTypeName(const jString& name)
     m_type_name = name;
     m_reg = Track::GetRegByName(name);
     m_target_stale = true;
+    changed();
 }
 
 void TrackParameter::setNodeID(int id)
 {
     m_node_id = id;
     m_target_stale = true;
+    changed();
 }
 
 void TrackParameter::setNodeName(const jString& name)
 {
     m_node_name = name;
     m_target_stale = true;
+    changed();
 }
 
 void TrackParameter::setInternalNode(int id, const jString& name)
@@ -28,6 +31,7 @@ void TrackParameter::setInternalNode(int id, const jString& name)
     m_internal_id = id;
     m_internal_name = name;
     m_target_stale = true;
+    changed();
 }
 
 bool TrackParameter::isForMaterial() const
@@ -40,12 +44,29 @@ void TrackParameter::setMaterial(const jString& name, const jString& tag)
     m_material_name = name;
     m_material_tag = tag;
     m_target_stale = true;
+    changed();
 }
 
 void TrackParameter::setMaterialHierarchy(bool hierarchy)
 {
     m_material_hierarchy = hierarchy;
     m_target.hierarchy = hierarchy;
+    changed();
+}
+
+void TrackParameter::setEnabled(bool enabled)
+{
+    m_enabled = enabled;
+    changed();
+}
+
+void TrackParameter::changed() const
+{
+    const TrackParameter* top = this;
+    while (top->m_parent)
+        top = top->m_parent;
+    if (top->m_track)
+        top->m_track->invalidate_playback();
 }
 
 void TrackParameter::setTrack(Track* track)
@@ -60,6 +81,7 @@ void TrackParameter::setTarget(const TrackTarget& target, bool bound)
     m_target.hierarchy = m_material_hierarchy;
     m_bound = bound;
     m_target_stale = false;
+    changed();
 }
 
 bool TrackParameter::readTarget(TrackValue& value) const

@@ -33,7 +33,7 @@ void TrackParameterColor::appendKey(float time, const vec4& color)
     TrackKeyColor key;
     key.time = time;
     key.value = color;
-    m_keys.append(key);
+    TrackParameterKeyed<TrackKeyColor>::appendKey(key);
 }
 
 void TrackParameterColor::apply(float t)

@@ -27,7 +27,7 @@ void TrackParameterString::appendKey(float time, const jString& text)
     TrackKeyString key;
     key.time = time;
     key.value = text;
-    m_keys.append(key);
+    TrackParameterKeyed<TrackKeyString>::appendKey(key);
 }
 
 void TrackParameterString::apply(float t)

@@ -22,7 +22,7 @@ void TrackParameterToggle::appendKey(float time, bool value)
     TrackKeyToggle key;
     key.time = time;
     key.value = value;
-    m_keys.append(key);
+    TrackParameterKeyed<TrackKeyToggle>::appendKey(key);
 }
 
 void TrackParameterToggle::apply(float t)

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "anim/TrackParameter.h"
+#include "anim/TrackPlayback.h"
 #include "anim/TrackReg.h"
 #include "kit/jString.h"
 #include "kit/jVector.h"
@@ -12,8 +13,10 @@ class World;
 
 // An animation: a play range, a loop switch and parameters, each animating one property of a node,
 // a material or the world. The track owns its parameters (removeParameter hands one back).
-// Playing (set) resolves each parameter's target in the track's world once and keeps it; after the
-// world's nodes or materials were replaced, call setWorld (or rebind) before playing again.
+// Playing (set) resolves each parameter's target in the track's world once and keeps it, packed
+// with the compiled curves into a playback layout that is rebuilt only when a parameter's keys,
+// switches or binding changed; after the world's nodes or materials were replaced, call setWorld
+// (or rebind) before playing again.
 class Track {
 public:
     // The .anim format version this build reads and writes.
@@ -107,6 +110,11 @@ public:
 
 private:
     friend class TrackCache;
+    friend class TrackParameter;
+
+    // Marks the playback layout out of date (a parameter changed); the next set rebuilds it.
+    void invalidate_playback() { m_playback.invalidate(); }
+    void build_playback();
 
     void clear_parameters();
     TrackParameter* read_parameter(TrackReader& reader, const Package* object);
@@ -124,4 +132,5 @@ private:
     // The outermost track whose cache this nested track lives in; null for an outermost track.
     Track* m_outer = nullptr;
     TrackCache* m_cache = nullptr;
+    TrackPlayback m_playback;
 };

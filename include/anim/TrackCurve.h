@@ -8,19 +8,44 @@
 #include "kit/jMath.h"
 #include "kit/jVector.h"
 
-// One segment of a compiled curve, from a key to the next (the last key's segment runs forever):
-// v(s) = v0 + s (cv + s (bv + s av)), where s solves ((ax s + bx) s + cx) s = (t - t0) / (t1 - t0).
+// One compiled segment, from a key to the next (the last key's segment runs forever), as a curve
+// stores it: v(s) = v0 + s (cv + s (bv + s av)), with the handle times from which the curve's
+// timing follows. Kept small because random access (scrubbing a long curve) reads one per sample:
+// the timing polynomial is derived from the handles when a segment is entered (TrackCurveShape).
+// The segment's start is its key's entry in the curve's time array.
 template <class Value>
 struct TrackCurveSegment {
     enum MODE { CONSTANT = 0, LINEAR = 1, BEZIER_EVEN = 2, BEZIER = 3 };
+    Value v0 = 0, cv = 0, bv = 0, av = 0;
+    // The time of the next key (infinity for the last key's segment): playback that steps on
+    // from one segment to the next finds everything it needs here.
+    float t1 = std::numeric_limits<float>::infinity();
+    // The out handle's time offset from the segment's first key and the in handle's (negative)
+    // offset from its second key, as stored in the keys; clamped into the segment on use.
+    float out = 0.0f;
+    float in = 0.0f;
+    int mode = CONSTANT;
+};
+
+// A segment ready for sampling: its range, the normalised-time scale and, for Bezier segments,
+// the timing polynomial ((ax s + bx) s + cx) s = (t - t0) / (t1 - t0).
+template <class Value>
+struct TrackCurveShape {
     float t0 = 0.0f;
     float t1 = 0.0f;
-    float inv = 0.0f; // 1 / (t1 - t0)
-    int mode = CONSTANT;
+    float inv = 0.0f; // 1 / (t1 - t0), 0 for segments that hold one value
+    int mode = TrackCurveSegment<Value>::CONSTANT;
     // Kept in double: rounding them to float would move the curve's timing by up to a few 1e-7 of the
     // segment, which steep segments turn into value errors above a millionth.
     double ax = 0.0, bx = 0.0, cx = 0.0;
     Value v0 = 0, cv = 0, bv = 0, av = 0;
+};
+
+// A compiled curve: one time and one segment per key.
+template <class Value>
+struct TrackCurveData {
+    jVector<float> times;
+    jVector<TrackCurveSegment<Value>> segments;
 };
 
 // Evaluation of float and double key arrays (TrackKeyFloat, TrackKeyDouble). The segment from key
@@ -51,75 +76,82 @@ public:
     template <class Value>
     static Value evaluate(const float* times, const TrackCurveSegment<Value>* segments, int count, float t, int& cursor)
     {
-        return sample(locate(times, segments, count, t, cursor), t);
-    }
-
-    // Returns the value at t of a compiled curve with count >= 1 keys, as evaluate does, and keeps a
-    // copy of the segment in current when playback moved to it (the cursor was on it or on the one
-    // before): the next frames are then sampled from the copy. A jump elsewhere (scrubbing) leaves
-    // current alone, as its segment is unlikely to be asked for again.
-    template <class Value>
-    static Value play(const float* times, const TrackCurveSegment<Value>* segments, int count, float t, int& cursor,
-                      TrackCurveSegment<Value>& current)
-    {
-        int previous = cursor;
         int c = TrackSegment::find(times, count, t, cursor);
-        if (c < 0) {
-            current = before(segments);
-            return current.v0;
-        }
-        if (c != previous && c != previous + 1)
-            return sample(segments[c], t);
-        if (c == previous + 1 && c + 1 < count)
-            prefetch(segments + c + 1);
-        current = segments[c];
-        return sample(current, t);
+        TrackCurveShape<Value> s = c >= 0 ? shape(segments[c], times[c]) : before(segments[0], times[0]);
+        return sample(s, t);
     }
 
-    // Returns the segment of a compiled curve with count >= 1 keys that sample reads at t.
+    // Returns compiled segment g, which starts at t0, ready for sampling.
     template <class Value>
-    static TrackCurveSegment<Value> locate(const float* times, const TrackCurveSegment<Value>* segments, int count,
-                                           float t, int& cursor)
+    static TrackCurveShape<Value> shape(const TrackCurveSegment<Value>& g, float t0)
     {
-        int c = TrackSegment::find(times, count, t, cursor);
-        return c >= 0 ? segments[c] : before(segments);
+        using S = TrackCurveSegment<Value>;
+        TrackCurveShape<Value> s;
+        s.t0 = t0;
+        s.t1 = g.t1;
+        s.mode = g.mode;
+        s.v0 = g.v0;
+        s.cv = g.cv;
+        s.bv = g.bv;
+        s.av = g.av;
+        if (g.mode == S::CONSTANT)
+            return s;
+        double scale = 1.0 / (static_cast<double>(s.t1) - s.t0);
+        s.inv = static_cast<float>(scale);
+        if (g.mode == S::BEZIER)
+            timing(g, scale, s);
+        return s;
     }
 
-    // Returns the segment before the first key: the first key's value from minus infinity up to it.
+    // Returns the segment before the first key (the first segment g starting at t0): the first
+    // key's value from minus infinity up to it.
     template <class Value>
-    static TrackCurveSegment<Value> before(const TrackCurveSegment<Value>* segments)
+    static TrackCurveShape<Value> before(const TrackCurveSegment<Value>& g, float t0)
     {
-        TrackCurveSegment<Value> s;
+        TrackCurveShape<Value> s;
         s.t0 = -std::numeric_limits<float>::infinity();
-        s.t1 = segments[0].t0;
-        s.v0 = segments[0].v0;
+        s.t1 = t0;
+        s.v0 = g.v0;
         return s;
     }
 
     // Returns a segment that holds no time at all (t0 > t1), so that every range check fails.
     template <class Value>
-    static TrackCurveSegment<Value> none()
+    static TrackCurveShape<Value> none()
     {
-        TrackCurveSegment<Value> s;
+        TrackCurveShape<Value> s;
         s.t0 = std::numeric_limits<float>::infinity();
         s.t1 = -std::numeric_limits<float>::infinity();
         return s;
     }
 
-    // Returns the value of one compiled segment at t (t0 <= t < t1).
+    // Returns the normalised time of t in s (0 for segments that hold one value).
     template <class Value>
-    static Value sample(const TrackCurveSegment<Value>& s, float t)
+    static double normalised(const TrackCurveShape<Value>& s, float t)
     {
-        if (s.mode == TrackCurveSegment<Value>::CONSTANT)
-            return s.v0;
-        double u = static_cast<double>(t - s.t0) * s.inv;
+        return s.mode == TrackCurveSegment<Value>::CONSTANT ? 0.0 : static_cast<double>(t - s.t0) * s.inv;
+    }
+
+    // Returns the value of s at t (t0 <= t < t1).
+    template <class Value>
+    static Value sample(const TrackCurveShape<Value>& s, float t)
+    {
+        double u = normalised(s, t);
         double p = s.mode == TrackCurveSegment<Value>::BEZIER ? solve(s.ax, s.bx, s.cx, u) : u;
+        return value(s, p);
+    }
+
+    // Returns the value of s at curve parameter p.
+    template <class Value>
+    static Value value(const TrackCurveShape<Value>& s, double p)
+    {
         return static_cast<Value>(s.v0 + p * (s.cv + p * (s.bv + p * static_cast<double>(s.av))));
     }
 
-    // Returns s in [0, 1] whose curve time ((ax s + bx) s + cx) s is within SOLVE_TOLERANCE of u.
-    // The polynomial must be non-decreasing on [0, 1] from 0 to 1. Four Newton steps from s = u
-    // settle almost every segment without a branch; the rest take the safeguarded search.
+    // Returns s in [0, 1] whose curve time ((ax s + bx) s + cx) s is within SOLVE_TOLERANCE of u
+    // (then polished by one more Newton step). The polynomial must be non-decreasing on [0, 1] from
+    // 0 to 1. Four Newton steps from s = u settle almost every segment without a branch; the rest
+    // take the safeguarded search.
     static double solve(double ax, double bx, double cx, double u)
     {
         double s = u;
@@ -193,15 +225,26 @@ public:
     }
 
 private:
-    // Starts loading a segment into the cache. Playback reaches the next segment a few frames after
-    // it entered this one, and by then the other channels of a large track have pushed everything
-    // of this one out of the nearest caches: loading it now hides that wait.
-    template <class Value>
-    static void prefetch(const TrackCurveSegment<Value>* s)
+    // Handle times clamped into a segment, as fractions of it (scale is 1 / its length).
+    static double outFraction(double out, double scale)
     {
-        const char* first = reinterpret_cast<const char*>(s);
-        __builtin_prefetch(first);
-        __builtin_prefetch(first + sizeof(TrackCurveSegment<Value>) - 1);
+        double h = out * scale;
+        return h > 1.0 ? 1.0 : (h < 0.0 ? 0.0 : h);
+    }
+    static double inFraction(double in, double scale)
+    {
+        double h = in * scale;
+        return h < -1.0 ? 0.0 : (h > 0.0 ? 1.0 : 1.0 + h);
+    }
+
+    // Fills the timing polynomial of a Bezier segment from its handles (scale is 1 / its length).
+    template <class Value>
+    static void timing(const TrackCurveSegment<Value>& g, double scale, TrackCurveShape<Value>& s)
+    {
+        double h1 = outFraction(g.out, scale), h2 = inFraction(g.in, scale);
+        s.cx = 3.0 * h1;
+        s.bx = 3.0 * (h2 - 2.0 * h1);
+        s.ax = 1.0 + 3.0 * (h1 - h2);
     }
 
     // The segment after the last key: its value forever.
@@ -209,8 +252,6 @@ private:
     static TrackCurveSegment<Value> hold(const Key& a)
     {
         TrackCurveSegment<Value> s;
-        s.t0 = a.time;
-        s.t1 = std::numeric_limits<float>::infinity();
         s.v0 = a.value;
         return s;
     }
@@ -226,36 +267,27 @@ private:
         double d = static_cast<double>(b.time) - a.time;
         if (d <= 0.0 || a.type == TRACK_KEY_CONSTANT)
             return s; // a zero-length segment is never sampled: the next key takes over at once
-        s.inv = static_cast<float>(1.0 / d);
         double v0 = a.value, v1 = b.value;
         if (a.type < TRACK_KEY_SMOOTH || a.type >= TRACK_KEY_TYPE_COUNT) {
             s.mode = S::LINEAR;
             s.cv = static_cast<Value>(v1 - v0);
             return s;
         }
+        s.out = a.tangents.z;
+        s.in = b.tangents.x;
         double odt = a.tangents.z, odv = a.tangents.w, idt = b.tangents.x, idv = b.tangents.y;
-        if (odt > d) {
+        if (odt > d)
             odv *= d / odt;
-            odt = d;
-        } else if (odt < 0.0) {
-            odt = 0.0;
-        }
-        if (-idt > d) {
+        if (-idt > d)
             idv *= d / -idt;
-            idt = -d;
-        } else if (idt > 0.0) {
-            idt = 0.0;
-        }
-        double h1 = odt / d, h2 = 1.0 + idt / d;
         double p1 = v0 + odv, p2 = v1 + idv;
-        s.cx = 3.0 * h1;
-        s.bx = 3.0 * (h2 - 2.0 * h1);
-        s.ax = 1.0 + 3.0 * (h1 - h2);
         s.cv = static_cast<Value>(3.0 * (p1 - v0));
         s.bv = static_cast<Value>(3.0 * (p2 - 2.0 * p1 + v0));
         s.av = static_cast<Value>(v1 - v0 + 3.0 * (p1 - p2));
         // Handles at a third and two thirds of the segment make time linear in s: no solving.
-        bool even = std::fabs(s.ax) + std::fabs(s.bx) + std::fabs(s.cx - 1.0) <= 1e-7;
+        TrackCurveShape<Value> t;
+        timing(s, 1.0 / d, t);
+        bool even = std::fabs(t.ax) + std::fabs(t.bx) + std::fabs(t.cx - 1.0) <= 1e-7;
         s.mode = even ? S::BEZIER_EVEN : S::BEZIER;
         return s;
     }

@@ -36,7 +36,7 @@ public:
 
     // Whether Track::set plays the parameter.
     virtual bool isEnabled() const { return m_enabled; }
-    virtual void setEnabled(bool enabled) { m_enabled = enabled; }
+    virtual void setEnabled(bool enabled);
     // Whether the editor shows the parameter's curve.
     virtual bool isCurveShown() const { return m_curve_shown; }
     virtual void setCurveShown(bool shown) { m_curve_shown = shown; }
@@ -94,14 +94,18 @@ public:
     bool isTargetStale() const { return m_target_stale; }
 
 protected:
+    // Tells the track that plays this parameter (directly, or as a component of the parameter that
+    // adopted it) that its keys, switches or binding changed, so that playback is rebuilt.
+    void changed() const;
+    // Makes component part of this parameter: its changes reach this parameter's track.
+    void adopt(TrackParameter& component) { component.m_parent = this; }
+
     // Reads the bound property's current value; false when unbound or unreadable.
     bool readTarget(TrackValue& value) const;
     // Writes a value through the registration to the bound target.
     void writeTarget(const TrackValue& value) const;
 
 private:
-    // What Track::set reads for every parameter each frame comes first, so that it shares the
-    // object's first cache line with the virtual table pointer.
     const TrackReg* m_reg = nullptr;
     bool m_enabled = true;
     bool m_bound = false;
@@ -119,4 +123,6 @@ private:
     jString m_material_tag;
     bool m_material_hierarchy = false;
     Track* m_track = nullptr;
+    // The parameter that holds this one as a component (null for a parameter of its own).
+    const TrackParameter* m_parent = nullptr;
 };

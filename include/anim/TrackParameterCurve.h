@@ -1,24 +1,27 @@
 #pragma once
 
 #include "anim/TrackCurve.h"
+#include "anim/TrackCurveCursor.h"
 #include "anim/TrackParameterKeyed.h"
 
 // A float or double parameter: keys with tangents and a key type, evaluated as TrackCurve says.
 // The keys are compiled into curve segments on update, or at the first evaluation after they
-// changed. Playback asks for times that stay inside one segment for several frames, so the segment
-// of the last lookup is kept as a copy inside the parameter: while the time stays in it, a sample
+// changed. Playback asks for times that stay inside one segment for several frames, so a cursor
+// inside the parameter keeps that segment ready for sampling: while the time stays in it, a sample
 // reads nothing but the parameter itself.
 template <class Key>
 class TrackParameterCurve : public TrackParameterKeyed<Key> {
 public:
     using Value = decltype(Key::value);
 
+    TrackParameterCurve() { m_play.attach(&m_curve); }
+
     // Returns the value at t; found is false (and the result 0) only when there are no keys.
     Value getTrackValue(float t, bool& found) const
     {
-        if (!this->m_changed && t >= m_current.t0 && t < m_current.t1) {
+        if (m_play.holds(t)) {
             found = true;
-            return TrackCurve::sample(m_current, t);
+            return m_play.sample(t);
         }
         return lookup(t, found);
     }
@@ -50,8 +53,8 @@ public:
     void release() override
     {
         TrackParameterKeyed<Key>::release();
-        m_times.release();
-        m_segments.release();
+        m_curve.times.release();
+        m_curve.segments.release();
     }
 
     void apply(float t) override
@@ -66,31 +69,48 @@ public:
         this->writeTarget(out);
     }
 
+protected:
+    void keys_changed() override
+    {
+        TrackParameterKeyed<Key>::keys_changed();
+        m_play.reset();
+    }
+
 private:
-    // Finds the segment that holds t and samples it (keeping a copy of it during playback).
+    // Track playback keeps its own cursors on the compiled curve and the last played value.
+    friend class TrackPlayback;
+
+    // Returns the compiled curve, compiling it first when the keys changed.
+    const TrackCurveData<Value>& compiled() const
+    {
+        if (this->m_changed)
+            compile();
+        return m_curve;
+    }
+
+    // Finds the segment that holds t and samples it.
     Value lookup(float t, bool& found) const
     {
         found = !this->m_keys.empty();
         if (!found)
             return 0;
-        if (this->m_changed)
-            compile();
-        return TrackCurve::play(m_times.data(), m_segments.data(), m_times.size(), t, this->m_cursor, m_current);
+        compiled();
+        m_play.seek(t);
+        return m_play.sample(t);
     }
 
+    // Compiling moves the segments, so the track's playback (which reads them) is rebuilt.
     void compile() const
     {
         auto& keys = const_cast<jVector<Key>&>(this->m_keys);
         TrackCurve::smoothTangents(keys.data(), keys.size());
-        TrackCurve::compile(keys.data(), keys.size(), m_times, m_segments);
+        TrackCurve::compile(keys.data(), keys.size(), m_curve.times, m_curve.segments);
         this->m_changed = false;
-        this->m_cursor = 0;
-        m_current = TrackCurve::none<Value>();
+        m_play.reset();
+        this->changed();
     }
 
-    // First, so that it shares a cache line with the changed flag the fast path also reads.
-    mutable TrackCurveSegment<Value> m_current = TrackCurve::none<Value>();
-    mutable jVector<float> m_times;
-    mutable jVector<TrackCurveSegment<Value>> m_segments;
+    mutable TrackCurveCursor<Value> m_play;
+    mutable TrackCurveData<Value> m_curve;
     Value m_value = 0;
 };

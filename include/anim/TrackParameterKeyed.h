@@ -19,7 +19,7 @@ public:
     // Returns the key array for editing in place; call update after editing.
     jVector<Key>& getKeys()
     {
-        m_changed = true;
+        keys_changed();
         return m_keys;
     }
     const jVector<Key>& getKeys() const { return m_keys; }
@@ -27,28 +27,25 @@ public:
     void clearKeys()
     {
         m_keys.clear();
-        m_cursor = 0;
-        m_changed = true;
+        keys_changed();
     }
     // Appends a key record; the caller keeps the array sorted by time.
     void appendKey(const Key& key)
     {
         m_keys.append(key);
-        m_changed = true;
+        keys_changed();
     }
 
     void release() override
     {
         m_keys.release();
-        m_cursor = 0;
-        m_changed = true;
+        keys_changed();
     }
 
     void readBody(TrackReader& reader, const Package* object) override
     {
         readKeys(reader, reader.require(object, "keys"), m_keys);
-        m_cursor = 0;
-        m_changed = true;
+        keys_changed();
         update();
     }
 
@@ -87,6 +84,15 @@ public:
     }
 
 protected:
+    // Marks what was derived from the keys as out of date and tells the track that plays the
+    // parameter; every change of the key array goes through here.
+    virtual void keys_changed()
+    {
+        m_cursor = 0;
+        m_changed = true;
+        changed();
+    }
+
     // Returns the index of the last key at or before t, or -1 before the first key.
     int findKey(float t) const { return TrackSegment::find(m_keys.data(), m_keys.size(), t, m_cursor); }
 

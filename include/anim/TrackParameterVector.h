@@ -15,6 +15,12 @@ public:
     using TrackParameter::isEnabled;
     using TrackParameter::setEnabled;
 
+    TrackParameterVector()
+    {
+        for (Component& c : m_components)
+            adopt(c);
+    }
+
     // Returns component c (x, y or z); null for anything else.
     Component* getComponent(int c) { return c >= 0 && c < 3 ? &m_components[c] : nullptr; }
     const Component* getComponent(int c) const { return c >= 0 && c < 3 ? &m_components[c] : nullptr; }
@@ -143,6 +149,9 @@ public:
     }
 
 private:
+    // Track playback plays the components itself and keeps the last played vector here.
+    friend class TrackPlayback;
+
     static bool valid(int c) { return c >= 0 && c < 3; }
 
     Component m_components[3];

@@ -3,7 +3,7 @@
 // Finds the key segment that holds a time in a time-sorted array of keys (or of bare times).
 // Playback asks for times that move forward a little each frame, so a cursor remembers the last
 // segment and the search first tries it and the one after it before it falls back to a binary
-// search.
+// search (scrubbing, which asks for any time at all).
 class TrackSegment {
 public:
     // Returns the index of the last entry whose time is at or before t, or -1 when t is before the
@@ -28,9 +28,12 @@ public:
     }
 
 private:
-    // Keys are usually spread fairly evenly, so the search starts where t would fall if they were,
-    // gallops outward until it has a bracket, and bisects that: a couple of cache lines instead of
-    // a full binary search's, and never worse than twice its steps. Needs keys[0].time <= t.
+    // Half the width of the window around the guess that search tries first.
+    static constexpr int WINDOW = 16;
+
+    // Keys are usually spread fairly evenly, so the search starts where t would fall if they were
+    // and bisects the few cache lines around that guess; only when t is not among them does it
+    // bisect the whole array. Needs keys[0].time <= t.
     template <class Key>
     static int search(const Key* keys, int count, float t)
     {
@@ -39,34 +42,29 @@ private:
         if (!(t < timeOf(keys[count - 1])))
             return count - 1;
         int guess = span > 0.0f ? static_cast<int>((t - first) / span * static_cast<float>(count - 1)) : 0;
-        guess = guess < 0 ? 0 : (guess > count - 1 ? count - 1 : guess);
-        int lo, hi; // timeOf(keys[lo]) <= t < timeOf(keys[hi])
-        int step = 1;
-        if (timeOf(keys[guess]) <= t) {
-            lo = guess;
-            hi = guess + 1;
-            while (hi < count - 1 && timeOf(keys[hi]) <= t) {
-                lo = hi;
-                step *= 2;
-                hi = lo + step < count - 1 ? lo + step : count - 1;
-            }
-        } else {
-            hi = guess;
-            lo = guess - 1;
-            while (lo > 0 && timeOf(keys[lo]) > t) {
-                hi = lo;
-                step *= 2;
-                lo = hi - step > 0 ? hi - step : 0;
-            }
+        int lo = guess - WINDOW < 0 ? 0 : guess - WINDOW;
+        int hi = guess + WINDOW > count - 1 ? count - 1 : guess + WINDOW;
+        if (!(timeOf(keys[lo]) <= t && t < timeOf(keys[hi]))) {
+            lo = 0;
+            hi = count - 1;
         }
-        while (hi - lo > 1) {
-            int mid = (lo + hi) >> 1;
-            if (timeOf(keys[mid]) <= t)
-                lo = mid;
-            else
-                hi = mid;
+        return bisect(keys, lo, hi, t);
+    }
+
+    // Returns the last index in [lo, hi) whose time is at or before t, given that keys[lo] is and
+    // keys[hi] is not. Each step picks a half without a branch, so a mispredicted comparison never
+    // throws away the work of the samples after this one.
+    template <class Key>
+    static int bisect(const Key* keys, int lo, int hi, float t)
+    {
+        const Key* base = keys + lo;
+        int n = hi - lo;
+        while (n > 1) {
+            int half = n >> 1;
+            base = timeOf(base[half]) <= t ? base + half : base;
+            n -= half;
         }
-        return lo;
+        return static_cast<int>(base - keys);
     }
 
     static float timeOf(float time) { return time; }
