@@ -1,8 +1,10 @@
 #include "PackageBuilder.h"
 
+#include <bit>
 #include <charconv>
 #include <climits>
 #include <cstring>
+#include <limits>
 #include <new>
 
 #include "PackageArena.h"
@@ -37,6 +39,119 @@ bool beyond_largest_double(const char* p, const char* end)
     for (; p < end; ++p)
         exponent = exponent < limit ? exponent * 10 + (*p - '0') : limit;
     return magnitude + (negative ? -exponent : exponent) > 0;
+}
+
+// Powers of ten that are exact in a double (up to 10^22) and in an x87 extended double (up to 10^27).
+constexpr double EXACT_POWERS[] = {1e0,  1e1,  1e2,  1e3,  1e4,  1e5,  1e6,  1e7,  1e8,  1e9,  1e10, 1e11,
+                                   1e12, 1e13, 1e14, 1e15, 1e16, 1e17, 1e18, 1e19, 1e20, 1e21, 1e22};
+constexpr long double EXACT_LONG_POWERS[] = {
+    1e0L,  1e1L,  1e2L,  1e3L,  1e4L,  1e5L,  1e6L,  1e7L,  1e8L,  1e9L,  1e10L, 1e11L, 1e12L, 1e13L,
+    1e14L, 1e15L, 1e16L, 1e17L, 1e18L, 1e19L, 1e20L, 1e21L, 1e22L, 1e23L, 1e24L, 1e25L, 1e26L, 1e27L};
+
+// Whether long double is the x87 format: a 64-bit significand whose low bits lie in the first bytes.
+constexpr bool X87_LONG_DOUBLE = std::numeric_limits<long double>::digits == 64 && std::numeric_limits<long double>::is_iec559;
+
+// Scales the exact integer mantissa by 10^scale with one correctly rounded operation in extended
+// precision, then rounds to double. Rounding twice can only go wrong when the extended result sits
+// exactly halfway between two doubles (its 11 extra bits are 10000000000): then it gives up.
+bool scale_extended(uint64_t mantissa, int scale, double& out)
+{
+    if constexpr (X87_LONG_DOUBLE) {
+        if (scale < -27 || scale > 27)
+            return false;
+        long double wide = static_cast<long double>(mantissa);
+        wide = scale < 0 ? wide / EXACT_LONG_POWERS[-scale] : wide * EXACT_LONG_POWERS[scale];
+        uint64_t significand = 0;
+        std::memcpy(&significand, &wide, sizeof significand);
+        if ((significand & 0x7FF) == 0x400)
+            return false;
+        out = static_cast<double>(wide);
+        return true;
+    } else {
+        (void)mantissa, (void)scale, (void)out;
+        return false;
+    }
+}
+
+// Whether the eight bytes are all ASCII digits.
+bool eight_digits(uint64_t bytes)
+{
+    return ((bytes & 0xF0F0F0F0F0F0F0F0) | (((bytes + 0x0606060606060606) & 0xF0F0F0F0F0F0F0F0) >> 4)) ==
+           0x3333333333333333;
+}
+
+// The value of eight ASCII digits read little-endian: pairs, then fours, then all eight are
+// combined with multiplications instead of eight dependent steps.
+uint32_t eight_digit_value(uint64_t bytes)
+{
+    bytes -= 0x3030303030303030;
+    bytes = bytes * 10 + (bytes >> 8);
+    const uint64_t mask = 0x000000FF000000FF;
+    bytes = ((bytes & mask) * 0x000F424000000064 + ((bytes >> 16) & mask) * 0x0000271000000001) >> 32;
+    return static_cast<uint32_t>(bytes);
+}
+
+// Appends the digits from p to mantissa; returns where they stop.
+const char* read_digits(const char* p, const char* end, uint64_t& mantissa)
+{
+    if constexpr (std::endian::native == std::endian::little) {
+        uint64_t bytes = 0;
+        while (end - p >= 8 && (std::memcpy(&bytes, p, 8), eight_digits(bytes))) {
+            mantissa = mantissa * 100000000 + eight_digit_value(bytes);
+            p += 8;
+        }
+    }
+    for (; p < end && static_cast<unsigned>(*p - '0') <= 9; ++p)
+        mantissa = mantissa * 10 + static_cast<unsigned>(*p - '0');
+    return p;
+}
+
+// Converts the JSON number at p (already checked by the reader) to the nearest double when that
+// takes one exact operation: at most 19 significant digits and a small power of ten. Nearly every
+// number a program writes is of that kind. Returns false when the general conversion must decide.
+bool quick_decimal(const char* p, const char* end, double& out)
+{
+    bool negative = *p == '-';
+    p += negative;
+    const char* first = p;
+    uint64_t mantissa = 0; // wraps when there are more than 19 significant digits, which are refused
+    p = read_digits(p, end, mantissa);
+    long digits = p - first;
+    int scale = 0;
+    if (p < end && *p == '.') {
+        const char* fraction = ++p;
+        p = read_digits(p, end, mantissa);
+        digits += p - fraction;
+        scale = -static_cast<int>(p - fraction);
+    }
+    if (digits > 19) {
+        // Leading zeros, as in 0.000123, are not significant.
+        for (const char* q = first; q < p && (*q == '0' || *q == '.'); ++q)
+            digits -= *q == '0';
+        if (digits > 19)
+            return false;
+    }
+    if (p < end && (*p == 'e' || *p == 'E')) {
+        bool negative_exponent = *++p == '-';
+        p += *p == '-' || *p == '+';
+        int exponent = 0;
+        for (; p < end && static_cast<unsigned>(*p - '0') <= 9; ++p) {
+            exponent = exponent * 10 + (*p - '0');
+            if (exponent > 1000)
+                return false;
+        }
+        scale += negative_exponent ? -exponent : exponent;
+    }
+    double value = 0.0;
+    if (mantissa != 0 && mantissa <= (uint64_t(1) << 53) && scale >= -22 && scale <= 22) {
+        // Both operands are exact, so the one rounding is the right one.
+        value = static_cast<double>(mantissa);
+        value = scale < 0 ? value / EXACT_POWERS[-scale] : value * EXACT_POWERS[scale];
+    } else if (mantissa != 0 && !scale_extended(mantissa, scale, value)) {
+        return false;
+    }
+    out = negative ? -value : value;
+    return true;
 }
 
 } // namespace
@@ -175,15 +290,18 @@ bool PackageBuilder::Double(double)
 {
     // The reader's own conversion is approximate (its exact one reads outside its tables on some
     // long mantissas with large exponents). The number's bytes are still where the stream stands,
-    // the reader has checked their grammar, so they are converted again here, exactly.
+    // the reader has checked their grammar, so they are converted again here, exactly: quickly
+    // when that is simple, else by the general conversion.
     size_t start = m_stream.Tell();
     const char* text = m_text + start;
     double value = 0;
-    std::from_chars_result read = std::from_chars(text, m_stream.getEnd(), value);
-    if (read.ec == std::errc::result_out_of_range) {
-        if (beyond_largest_double(text, read.ptr))
-            return fail("number too large for a double", start);
-        value = *text == '-' ? -0.0 : 0.0; // below the smallest subnormal: it rounds to zero
+    if (!quick_decimal(text, m_stream.getEnd(), value)) {
+        std::from_chars_result read = std::from_chars(text, m_stream.getEnd(), value);
+        if (read.ec == std::errc::result_out_of_range) {
+            if (beyond_largest_double(text, read.ptr))
+                return fail("number too large for a double", start);
+            value = *text == '-' ? -0.0 : 0.0; // below the smallest subnormal: it rounds to zero
+        }
     }
     begin_value(Package::DOUBLE, start)->m_value.d = value;
     return true;
