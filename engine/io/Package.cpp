@@ -74,22 +74,6 @@ void Package::set_name(const char* name, size_t length)
     m_name_length = static_cast<uint32_t>(length);
 }
 
-Package::Type Package::getType() const { return m_type; }
-bool Package::isNull() const { return m_type == NUL; }
-bool Package::isBool() const { return m_type == BOOL; }
-bool Package::isNumber() const { return m_type == INT || m_type == DOUBLE; }
-bool Package::isString() const { return m_type == STRING; }
-bool Package::isArray() const { return m_type == ARRAY; }
-bool Package::isObject() const { return m_type == OBJECT; }
-
-const char* Package::getName() const { return m_name ? m_name : ""; }
-int Package::getNameLength() const { return static_cast<int>(m_name_length); }
-
-bool Package::getBool(bool fallback) const
-{
-    return m_type == BOOL ? m_value.b : fallback;
-}
-
 int64_t Package::getInt(int64_t fallback) const
 {
     if (m_type == INT)
@@ -104,35 +88,6 @@ int64_t Package::getInt(int64_t fallback) const
     return static_cast<int64_t>(m_value.d);
 }
 
-double Package::getDouble(double fallback) const
-{
-    if (m_type == DOUBLE)
-        return m_value.d;
-    return m_type == INT ? static_cast<double>(m_value.i) : fallback;
-}
-
-const char* Package::getString() const
-{
-    return m_type == STRING ? m_value.s : "";
-}
-
-int Package::getStringLength() const
-{
-    return m_type == STRING ? static_cast<int>(m_count) : 0;
-}
-
-int Package::getNumChildren() const
-{
-    return m_type == ARRAY || m_type == OBJECT ? static_cast<int>(m_count) : 0;
-}
-
-Package* Package::getChild(int index) const
-{
-    if (index < 0 || index >= getNumChildren())
-        return nullptr;
-    return child_at(static_cast<uint32_t>(index));
-}
-
 Package* Package::find(const char* name) const
 {
     if (m_type != OBJECT || !name)
@@ -145,9 +100,6 @@ Package* Package::find(const char* name) const
     }
     return nullptr;
 }
-
-int Package::getLine() const { return static_cast<int>(m_line); }
-int Package::getColumn() const { return static_cast<int>(m_column); }
 
 void Package::setNull() { reset_value(NUL); }
 
