@@ -3,8 +3,8 @@
 #include <bit>
 #include <charconv>
 #include <climits>
+#include <cmath>
 #include <cstring>
-#include <limits>
 #include <new>
 
 #include "PackageArena.h"
@@ -41,37 +41,75 @@ bool beyond_largest_double(const char* p, const char* end)
     return magnitude + (negative ? -exponent : exponent) > 0;
 }
 
-// Powers of ten that are exact in a double (up to 10^22) and in an x87 extended double (up to 10^27).
+// Powers of ten that are exact in a double (up to 10^22).
 constexpr double EXACT_POWERS[] = {1e0,  1e1,  1e2,  1e3,  1e4,  1e5,  1e6,  1e7,  1e8,  1e9,  1e10, 1e11,
                                    1e12, 1e13, 1e14, 1e15, 1e16, 1e17, 1e18, 1e19, 1e20, 1e21, 1e22};
-constexpr long double EXACT_LONG_POWERS[] = {
-    1e0L,  1e1L,  1e2L,  1e3L,  1e4L,  1e5L,  1e6L,  1e7L,  1e8L,  1e9L,  1e10L, 1e11L, 1e12L, 1e13L,
-    1e14L, 1e15L, 1e16L, 1e17L, 1e18L, 1e19L, 1e20L, 1e21L, 1e22L, 1e23L, 1e24L, 1e25L, 1e26L, 1e27L};
 
-// Whether long double is the x87 format: a 64-bit significand whose low bits lie in the first bytes.
-constexpr bool X87_LONG_DOUBLE = std::numeric_limits<long double>::digits == 64 && std::numeric_limits<long double>::is_iec559;
+// Powers of five that fit 64 bits: 5^0 to 5^27.
+constexpr uint64_t FIVE_POWERS[] = {
+    1ull,
+    5ull,
+    25ull,
+    125ull,
+    625ull,
+    3125ull,
+    15625ull,
+    78125ull,
+    390625ull,
+    1953125ull,
+    9765625ull,
+    48828125ull,
+    244140625ull,
+    1220703125ull,
+    6103515625ull,
+    30517578125ull,
+    152587890625ull,
+    762939453125ull,
+    3814697265625ull,
+    19073486328125ull,
+    95367431640625ull,
+    476837158203125ull,
+    2384185791015625ull,
+    11920928955078125ull,
+    59604644775390625ull,
+    298023223876953125ull,
+    1490116119384765625ull,
+    7450580596923828125ull};
 
-// Scales the exact integer mantissa by 10^scale with one correctly rounded operation in extended
-// precision, then rounds to double. Rounding twice can only go wrong when the extended result sits
-// exactly halfway between two doubles (its 11 extra bits are 10000000000): then it gives up.
-bool scale_extended(uint64_t mantissa, int scale, double& out)
+#ifdef __SIZEOF_INT128__
+// Computes mantissa * 10^scale (|scale| <= 27) in integers: 10^scale is 5^scale * 2^scale, and the
+// power of five is exact in 64 bits, so the product, or a quotient with enough bits and its
+// remainder, holds everything needed to round to the nearest double (ties to even) exactly,
+// whatever the floating-point unit is set to.
+double scale_in_integers(uint64_t mantissa, int scale)
 {
-    if constexpr (X87_LONG_DOUBLE) {
-        if (scale < -27 || scale > 27)
-            return false;
-        long double wide = static_cast<long double>(mantissa);
-        wide = scale < 0 ? wide / EXACT_LONG_POWERS[-scale] : wide * EXACT_LONG_POWERS[scale];
-        uint64_t significand = 0;
-        std::memcpy(&significand, &wide, sizeof significand);
-        if ((significand & 0x7FF) == 0x400)
-            return false;
-        out = static_cast<double>(wide);
-        return true;
+    using u128 = unsigned __int128;
+    u128 exact = 0;
+    int exponent = scale; // of two
+    bool inexact = false; // something below the bits of exact was dropped
+    if (scale >= 0) {
+        exact = static_cast<u128>(mantissa) * FIVE_POWERS[scale];
     } else {
-        (void)mantissa, (void)scale, (void)out;
-        return false;
+        // Shifted as far as 127 bits allow, the quotient keeps at least 63 significant bits.
+        int shift = 63 + std::countl_zero(mantissa);
+        u128 dividend = static_cast<u128>(mantissa) << shift;
+        exact = dividend / FIVE_POWERS[-scale];
+        inexact = dividend % FIVE_POWERS[-scale] != 0;
+        exponent -= shift;
     }
+    uint64_t high = static_cast<uint64_t>(exact >> 64);
+    int bits = high ? 128 - std::countl_zero(high) : 64 - std::countl_zero(static_cast<uint64_t>(exact));
+    int drop = bits > 53 ? bits - 53 : 0;
+    uint64_t kept = static_cast<uint64_t>(exact >> drop);
+    if (drop > 0) {
+        u128 rest = exact & ((static_cast<u128>(1) << drop) - 1);
+        u128 half = static_cast<u128>(1) << (drop - 1);
+        if (rest > half || (rest == half && (inexact || (kept & 1))))
+            ++kept; // may carry to 2^53, which a double still holds exactly
+    }
+    return std::ldexp(static_cast<double>(kept), exponent + drop);
 }
+#endif
 
 // Whether the eight bytes are all ASCII digits.
 bool eight_digits(uint64_t bytes)
@@ -147,8 +185,14 @@ bool quick_decimal(const char* p, const char* end, double& out)
         // Both operands are exact, so the one rounding is the right one.
         value = static_cast<double>(mantissa);
         value = scale < 0 ? value / EXACT_POWERS[-scale] : value * EXACT_POWERS[scale];
-    } else if (mantissa != 0 && !scale_extended(mantissa, scale, value)) {
+    } else if (mantissa != 0) {
+#ifdef __SIZEOF_INT128__
+        if (scale < -27 || scale > 27)
+            return false;
+        value = scale_in_integers(mantissa, scale);
+#else
         return false;
+#endif
     }
     out = negative ? -value : value;
     return true;

@@ -180,8 +180,8 @@ TEST_F(mjlRead, ReadsEveryKindOfDecimalToTheSameValueAsTheGeneralConversion)
         "9007199254740993.0",    // 2^53 + 1: exactly halfway between two doubles, rounds to even
         "9007199254740995.0",    // halfway again, rounds up to even
         "18014398509481985.0",   // 2^54 + 1, halfway after the extended step as well
-        // Not halfway, but rounded to exactly halfway by a first rounding to 64 bits: rounding that
-        // result again to a double would go the wrong way.
+        // A hair off halfway between two doubles: a conversion that rounds on the way (say to 64
+        // bits first) lands exactly halfway and then goes the wrong way.
         "1752358245595152967e6", "1229626887933356938e11", "8081861358198046956e5", "649150067208694977e-20",
         "0.1", "-0.0", "0.000000000000000000000000001", "123456789012345678.9", "9999999999999999999.0",
         "1.7976931348623157e308", "4.9e-324", "2.2250738585072011e-308", "1e22", "1e23", "-1e-22", "1e-23",
