@@ -144,9 +144,10 @@ const char* read_digits(const char* p, const char* end, uint64_t& mantissa)
     return p;
 }
 
-// Converts the JSON number at p (already checked by the reader) to the nearest double when that
-// takes one exact operation: at most 19 significant digits and a small power of ten. Nearly every
-// number a program writes is of that kind. Returns false when the general conversion must decide.
+// Converts the JSON number at p (already checked by the reader) to the nearest double when it has
+// at most 19 significant digits and a power of ten within 10^-27 to 10^27, which nearly every number
+// a program writes has: one exact floating-point operation when the mantissa fits 53 bits and the
+// power is small, else integer arithmetic. Returns false when the general conversion must decide.
 bool quick_decimal(const char* p, const char* end, double& out)
 {
     bool negative = *p == '-';
