@@ -1,5 +1,7 @@
 #include "io/Package.h"
 
+#include <algorithm>
+#include <bit>
 #include <cmath>
 #include <cstring>
 #include <utility>
@@ -27,6 +29,9 @@ bool double_equals_int(double d, int64_t i)
 }
 
 } // namespace
+
+// A parsed document is mostly nodes; a field added without care grows every large load.
+static_assert(sizeof(Package) <= 40, "a node should stay within 40 bytes");
 
 Package::Package() = default;
 
@@ -64,14 +69,12 @@ void Package::reset_value(Type type)
     m_type = type;
     m_value.i = 0;
     m_count = 0;
-    m_capacity = 0;
     m_in_row = false;
 }
 
 void Package::set_name(const char* name, size_t length)
 {
-    m_name = arena()->copyText(name, length);
-    m_name_length = static_cast<uint32_t>(length);
+    m_name = arena()->copyName(name, length);
 }
 
 int64_t Package::getInt(int64_t fallback) const
@@ -95,7 +98,7 @@ Package* Package::find(const char* name) const
     size_t length = std::strlen(name);
     for (uint32_t i = 0; i < m_count; ++i) {
         Package* child = child_at(i);
-        if (child->m_name_length == length && std::memcmp(child->m_name, name, length) == 0)
+        if (child->name_length() == length && std::memcmp(child->m_name, name, length) == 0)
             return child;
     }
     return nullptr;
@@ -155,14 +158,16 @@ Package* Package::add(const char* name)
 
 Package* Package::appendChild(Package* child)
 {
-    if (m_count == m_capacity || m_in_row) {
-        // Children read from text stay where they are: only the array that points at them grows.
-        uint32_t capacity = m_capacity ? m_capacity * 2 : 4;
+    // The pointer array holds 4 children, then doubles: it is full when the count is 0 (nothing
+    // yet) or a power of two from 4 on. Children read from text stay where they are; only an
+    // array that points at them is made.
+    bool full = m_count == 0 || (m_count >= 4 && std::has_single_bit(m_count));
+    if (full || m_in_row) {
+        uint32_t capacity = std::max(4u, std::bit_ceil(m_count + 1));
         Package** items = arena()->makeItems(capacity);
         for (uint32_t i = 0; i < m_count; ++i)
             items[i] = child_at(i);
         m_value.items = items;
-        m_capacity = capacity;
         m_in_row = false;
     }
     m_value.items[m_count++] = child;
@@ -256,7 +261,7 @@ bool Package::equals(const Package& other) const
             const Package* x = a->child_at(static_cast<uint32_t>(i));
             const Package* y = b->child_at(static_cast<uint32_t>(i));
             // The names of the two tops do not matter: a subtree may be compared with a root.
-            if (x->m_name_length != y->m_name_length || std::memcmp(x->getName(), y->getName(), x->m_name_length) != 0)
+            if (x->name_length() != y->name_length() || std::memcmp(x->getName(), y->getName(), x->name_length()) != 0)
                 return false;
             pending.append({x, y});
         }

@@ -69,6 +69,17 @@ const char* PackageArena::copyText(const char* text, size_t length)
     return copy;
 }
 
+const char* PackageArena::copyName(const char* text, size_t length)
+{
+    auto* prefix = static_cast<uint32_t*>(allocate(sizeof(uint32_t) + length + 1, alignof(uint32_t)));
+    *prefix = static_cast<uint32_t>(length);
+    auto* copy = reinterpret_cast<char*>(prefix + 1);
+    if (length)
+        std::memcpy(copy, text, length);
+    copy[length] = '\0';
+    return copy;
+}
+
 Package* PackageArena::makeNode()
 {
     return new (allocate(sizeof(Package), alignof(Package))) Package(this);

@@ -28,6 +28,8 @@ public:
     }
     // Returns a copy of length bytes of text followed by a zero byte.
     const char* copyText(const char* text, size_t length);
+    // Returns a copy like copyText, with the length (below 4 GB) kept in the four bytes before it.
+    const char* copyName(const char* text, size_t length);
     // Returns a new null node living in this arena.
     Package* makeNode();
     // Returns room for count child pointers.

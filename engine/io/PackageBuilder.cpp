@@ -116,7 +116,6 @@ Package* PackageBuilder::begin_value(Package::Type type, size_t start)
         node = push_pending();
         if (m_key) {
             node->m_name = m_key;
-            node->m_name_length = m_key_length;
             m_key = nullptr;
         }
     }
@@ -211,8 +210,7 @@ bool PackageBuilder::Key(const char* text, rapidjson::SizeType length, bool)
 {
     if (length > INT_MAX)
         return fail("member name longer than 2 GB", m_stream.Tell());
-    m_key = m_arena->copyText(text, length);
-    m_key_length = length;
+    m_key = m_arena->copyName(text, length);
     return true;
 }
 
@@ -237,7 +235,6 @@ bool PackageBuilder::end_container()
     // The container itself waits just below its children, unless it is the root.
     Package* node = m_depth == 0 ? &m_root : m_pending + first - 1;
     node->m_count = static_cast<uint32_t>(count);
-    node->m_capacity = static_cast<uint32_t>(count);
     if (count) {
         void* row = m_arena->allocate(count * sizeof(Package), alignof(Package));
         std::memcpy(row, static_cast<const void*>(m_pending + first), count * sizeof(Package));

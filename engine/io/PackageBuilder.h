@@ -75,7 +75,6 @@ private:
     size_t m_line_start = 0;
     uint32_t m_line = 1;
     const char* m_key = nullptr;
-    uint32_t m_key_length = 0;
     Package* m_pending = nullptr;
     size_t m_pending_count = 0;
     size_t m_pending_capacity = 0;

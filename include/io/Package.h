@@ -37,7 +37,7 @@ public:
 
     // The member name in the parent object; empty for roots and array elements.
     const char* getName() const { return m_name ? m_name : ""; }
-    int getNameLength() const { return static_cast<int>(m_name_length); }
+    int getNameLength() const { return static_cast<int>(name_length()); }
 
     // Returns the value, or fallback when the node is of another type (numbers convert both ways;
     // a DOUBLE read as int is truncated).
@@ -103,7 +103,12 @@ private:
     void reset_value(Type type);
     bool same_value(const Package& other) const;
     Package* child_at(uint32_t index) const { return m_in_row ? m_value.nodes + index : m_value.items[index]; }
+    // A name's length is kept just before its bytes (see PackageArena::copyName).
+    uint32_t name_length() const { return m_name ? reinterpret_cast<const uint32_t*>(m_name)[-1] : 0; }
 
+    // A large document is millions of nodes, so every byte here counts: lengths that only some
+    // nodes need live beside the bytes they measure, and the room for children made one by one is
+    // implied by their count (see appendChild).
     const char* m_name = nullptr;
     union {
         bool b;
@@ -114,9 +119,7 @@ private:
         Package* nodes;  // children read from text, laid out in a row
     } m_value{};
     PackageArena* m_arena = nullptr;
-    uint32_t m_name_length = 0;
     uint32_t m_count = 0; // string length or number of children
-    uint32_t m_capacity = 0;
     uint32_t m_line = 0;
     uint32_t m_column = 0;
     Type m_type = NUL;

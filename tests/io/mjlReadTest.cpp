@@ -217,6 +217,46 @@ TEST_F(mjlRead, ReadsEveryKindOfDecimalToTheSameValueAsTheGeneralConversion)
     }
 }
 
+TEST_F(mjlRead, ContainersReadFromTextGrowInPlaceWhenChildrenAreAdded)
+{
+    auto member = [](int i) {
+        std::string name = std::to_string(i);
+        name.insert(name.begin(), 'm');
+        return name;
+    };
+    // Every read size from empty to past the first doubling of the room for added children.
+    for (int read = 0; read < 10; ++read) {
+        std::string document = "{";
+        for (int i = 0; i < read; ++i)
+            document += (i ? ", \"" : "\"") + member(i) + "\": " + std::to_string(i);
+        Package* root = parse(document + "}");
+        ASSERT_NE(root, nullptr) << document;
+        Package* first = root->getChild(0);
+        for (int i = read; i < read + 40; ++i)
+            root->addInt(member(i).c_str(), i);
+        ASSERT_EQ(root->getNumChildren(), read + 40);
+        if (read > 0) {
+            EXPECT_EQ(root->getChild(0), first);
+        }
+        for (int i = 0; i < read + 40; ++i) {
+            EXPECT_EQ(root->getChild(i)->getInt(), i);
+            EXPECT_EQ(root->getChild(i)->getName(), member(i));
+            EXPECT_EQ(root->getChild(i)->getNameLength(), static_cast<int>(member(i).size()));
+        }
+        EXPECT_EQ(root->find(member(read + 39).c_str()), root->getChild(read + 39));
+    }
+}
+
+TEST_F(mjlRead, MemberNamesKeepZeroBytesAndTheirLength)
+{
+    Package* root = parse("{\"a\\u0000b\": 1, \"\": 2}");
+    ASSERT_NE(root, nullptr);
+    EXPECT_EQ(root->getChild(0)->getNameLength(), 3);
+    EXPECT_EQ(std::memcmp(root->getChild(0)->getName(), "a\0b", 4), 0);
+    EXPECT_EQ(root->getChild(1)->getNameLength(), 0);
+    EXPECT_STREQ(root->getChild(1)->getName(), "");
+}
+
 TEST_F(mjlRead, ReportsBadStringsAndNumbersWithReadableReasons)
 {
     EXPECT_EQ(failure("[\n\"ab\ncd\"]"), "doc.json:2:4: control character in a string (it must be escaped)");
