@@ -51,8 +51,7 @@ void Package::clear()
         m_owns_arena = false;
     }
     reset_value(NUL);
-    m_line = 0;
-    m_column = 0;
+    m_offset = 0;
 }
 
 PackageArena* Package::arena()
@@ -70,6 +69,24 @@ void Package::reset_value(Type type)
     m_value.i = 0;
     m_count = 0;
     m_in_row = false;
+}
+
+int Package::getLine() const
+{
+    int line = 0;
+    int column = 0;
+    if (m_offset && m_arena)
+        m_arena->locate(m_offset - 1, line, column);
+    return line;
+}
+
+int Package::getColumn() const
+{
+    int line = 0;
+    int column = 0;
+    if (m_offset && m_arena)
+        m_arena->locate(m_offset - 1, line, column);
+    return column;
 }
 
 void Package::set_name(const char* name, size_t length)

@@ -61,8 +61,8 @@ public:
     Package* find(const char* name) const;
 
     // Where the value began in the text it was read from (1-based); 0 for nodes built in memory.
-    int getLine() const { return static_cast<int>(m_line); }
-    int getColumn() const { return static_cast<int>(m_column); }
+    int getLine() const;
+    int getColumn() const;
 
     // Setters replace the value and the type; old children of this node are dropped.
     void setNull();
@@ -119,9 +119,11 @@ private:
         Package* nodes;  // children read from text, laid out in a row
     } m_value{};
     PackageArena* m_arena = nullptr;
+    // 1 + the byte offset where the value began in the text it was read from, 0 for nodes built
+    // in memory. The arena knows where the lines of that text start: reading never counts lines
+    // for a node unless someone asks for its position.
+    uint64_t m_offset = 0;
     uint32_t m_count = 0; // string length or number of children
-    uint32_t m_line = 0;
-    uint32_t m_column = 0;
     Type m_type = NUL;
     bool m_owns_arena = false;
     bool m_in_row = false; // the children are in m_value.nodes
