@@ -104,7 +104,8 @@ void PackageArena::indexLines(const char* text, size_t size)
 
 void PackageArena::locate(uint64_t offset, int& line, int& column) const
 {
-    size_t before = static_cast<size_t>(std::upper_bound(m_newlines, m_newlines + m_newline_count, offset) - m_newlines);
+    const uint64_t* after = std::upper_bound(m_newlines, m_newlines + m_newline_count, offset);
+    size_t before = static_cast<size_t>(after - m_newlines);
     uint64_t line_start = before ? m_newlines[before - 1] + 1 : 0;
     line = static_cast<int>(std::min<uint64_t>(before + 1, INT_MAX));
     column = static_cast<int>(std::min<uint64_t>(offset - line_start + 1, INT_MAX));

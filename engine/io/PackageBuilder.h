@@ -17,11 +17,11 @@ class PackageArena;
 // root's arena in one row, at their exact count, so a value costs one node and no pointer.
 // Every node also gets the byte offset where its value starts; once the text is read, the arena
 // notes where its lines start, so a node can give its line and column when asked. Only an error
-// counts lines during the parse (from the top, once). Positions come from the reader's stream. RapidJSON parses strings and numbers on a local copy of
-// the stream, which it writes back after the event, so during String, Key and the number events
-// the stream still points at the token's first byte; the iterative reader also calls the container
-// events before it takes the bracket; only null and the booleans leave the stream past the token.
-// The reading tests pin this down.
+// counts lines during the parse (from the top, once). Positions come from the reader's stream.
+// RapidJSON parses strings and numbers on a local copy of the stream, which it writes back after
+// the event, so during String, Key and the number events the stream still points at the token's
+// first byte; the iterative reader also calls the container events before it takes the bracket;
+// only null and the booleans leave the stream past the token. The reading tests pin this down.
 class PackageBuilder {
 public:
     // text is the whole input; stream is the one the reader consumes, positioned on text.
