@@ -200,8 +200,11 @@ TEST_F(mjlRead, ReadsEveryKindOfDecimalToTheSameValueAsTheGeneralConversion)
         for (int n = static_cast<int>(random() % 21); n > 0; --n)
             digits += static_cast<char>('0' + random() % 10);
         size_t point = 1 + random() % digits.size();
-        numbers.push_back(digits.substr(0, point) + "." + digits.substr(point) + "0e" +
-                          std::to_string(static_cast<int>(random() % 70) - 35));
+        std::string decimal = digits.substr(0, point) + "." + digits.substr(point) + "0";
+        numbers.push_back(decimal);
+        numbers.push_back(decimal + "e" + std::to_string(static_cast<int>(random() % 70) - 35));
+        // Leading zeros: the decimals count, the digits do not.
+        numbers.push_back("0." + std::string(random() % 12, '0') + digits);
     }
     std::string document = "[";
     for (const std::string& number : numbers)
