@@ -1,8 +1,6 @@
 #include "anim/TrackReader.h"
 
 #include <algorithm>
-#include <cmath>
-#include <limits>
 
 void TrackReader::fail(const Package* node, const std::string& reason)
 {
@@ -27,55 +25,15 @@ const Package* TrackReader::optional(const Package* object, const char* name) co
     return object && object->isObject() ? object->find(name) : nullptr;
 }
 
-bool TrackReader::readNumber(const Package* node, double& out, const char* what)
+bool TrackReader::refuse_number(const Package* node, const char* what)
 {
-    if (!node->isNumber()) {
-        fail(node, std::string(what) + " must be a number");
-        return false;
-    }
-    out = node->getDouble();
-    if (!std::isfinite(out)) {
-        fail(node, std::string(what) + " is not finite");
-        return false;
-    }
-    return true;
+    return refuse(node, what, node->isNumber() ? " is not finite" : " must be a number");
 }
 
-bool TrackReader::readFloat(const Package* node, float& out, const char* what)
+bool TrackReader::refuse(const Package* node, const char* what, const char* problem)
 {
-    double value = 0.0;
-    if (!readNumber(node, value, what))
-        return false;
-    if (std::fabs(value) > std::numeric_limits<float>::max()) {
-        fail(node, std::string(what) + " is not finite as a 32-bit float");
-        return false;
-    }
-    out = static_cast<float>(value);
-    return true;
-}
-
-bool TrackReader::readTime(const Package* node, float& out)
-{
-    if (!readFloat(node, out, "time"))
-        return false;
-    if (out < 0.0f) {
-        fail(node, "time is negative");
-        return false;
-    }
-    return true;
-}
-
-bool TrackReader::readInt(const Package* node, int& out, const char* what)
-{
-    double value = 0.0;
-    if (!readNumber(node, value, what))
-        return false;
-    if (value != std::floor(value) || value < -2147483648.0 || value > 2147483647.0) {
-        fail(node, std::string(what) + " must be a whole number");
-        return false;
-    }
-    out = static_cast<int>(value);
-    return true;
+    fail(node, std::string(what) + problem);
+    return false;
 }
 
 bool TrackReader::readBool(const Package* node, bool& out, const char* what)

@@ -1,5 +1,7 @@
 #include "io/Package.h"
 
+#include <algorithm>
+#include <bit>
 #include <cmath>
 #include <cstring>
 #include <utility>
@@ -28,6 +30,9 @@ bool double_equals_int(double d, int64_t i)
 
 } // namespace
 
+// A parsed document is mostly nodes; a field added without care grows every large load.
+static_assert(sizeof(Package) <= 40, "a node should stay within 40 bytes");
+
 Package::Package() = default;
 
 Package::Package(PackageArena* arena) : m_arena(arena) {}
@@ -46,8 +51,7 @@ void Package::clear()
         m_owns_arena = false;
     }
     reset_value(NUL);
-    m_line = 0;
-    m_column = 0;
+    m_offset = 0;
 }
 
 PackageArena* Package::arena()
@@ -64,30 +68,30 @@ void Package::reset_value(Type type)
     m_type = type;
     m_value.i = 0;
     m_count = 0;
-    m_capacity = 0;
     m_in_row = false;
+}
+
+int Package::getLine() const
+{
+    int line = 0;
+    int column = 0;
+    if (m_offset && m_arena)
+        m_arena->locate(m_offset - 1, line, column);
+    return line;
+}
+
+int Package::getColumn() const
+{
+    int line = 0;
+    int column = 0;
+    if (m_offset && m_arena)
+        m_arena->locate(m_offset - 1, line, column);
+    return column;
 }
 
 void Package::set_name(const char* name, size_t length)
 {
-    m_name = arena()->copyText(name, length);
-    m_name_length = static_cast<uint32_t>(length);
-}
-
-Package::Type Package::getType() const { return m_type; }
-bool Package::isNull() const { return m_type == NUL; }
-bool Package::isBool() const { return m_type == BOOL; }
-bool Package::isNumber() const { return m_type == INT || m_type == DOUBLE; }
-bool Package::isString() const { return m_type == STRING; }
-bool Package::isArray() const { return m_type == ARRAY; }
-bool Package::isObject() const { return m_type == OBJECT; }
-
-const char* Package::getName() const { return m_name ? m_name : ""; }
-int Package::getNameLength() const { return static_cast<int>(m_name_length); }
-
-bool Package::getBool(bool fallback) const
-{
-    return m_type == BOOL ? m_value.b : fallback;
+    m_name = arena()->copyName(name, length);
 }
 
 int64_t Package::getInt(int64_t fallback) const
@@ -104,35 +108,6 @@ int64_t Package::getInt(int64_t fallback) const
     return static_cast<int64_t>(m_value.d);
 }
 
-double Package::getDouble(double fallback) const
-{
-    if (m_type == DOUBLE)
-        return m_value.d;
-    return m_type == INT ? static_cast<double>(m_value.i) : fallback;
-}
-
-const char* Package::getString() const
-{
-    return m_type == STRING ? m_value.s : "";
-}
-
-int Package::getStringLength() const
-{
-    return m_type == STRING ? static_cast<int>(m_count) : 0;
-}
-
-int Package::getNumChildren() const
-{
-    return m_type == ARRAY || m_type == OBJECT ? static_cast<int>(m_count) : 0;
-}
-
-Package* Package::getChild(int index) const
-{
-    if (index < 0 || index >= getNumChildren())
-        return nullptr;
-    return child_at(static_cast<uint32_t>(index));
-}
-
 Package* Package::find(const char* name) const
 {
     if (m_type != OBJECT || !name)
@@ -140,14 +115,11 @@ Package* Package::find(const char* name) const
     size_t length = std::strlen(name);
     for (uint32_t i = 0; i < m_count; ++i) {
         Package* child = child_at(i);
-        if (child->m_name_length == length && std::memcmp(child->m_name, name, length) == 0)
+        if (child->name_length() == length && std::memcmp(child->m_name, name, length) == 0)
             return child;
     }
     return nullptr;
 }
-
-int Package::getLine() const { return static_cast<int>(m_line); }
-int Package::getColumn() const { return static_cast<int>(m_column); }
 
 void Package::setNull() { reset_value(NUL); }
 
@@ -203,14 +175,16 @@ Package* Package::add(const char* name)
 
 Package* Package::appendChild(Package* child)
 {
-    if (m_count == m_capacity || m_in_row) {
-        // Children read from text stay where they are: only the array that points at them grows.
-        uint32_t capacity = m_capacity ? m_capacity * 2 : 4;
+    // The pointer array holds 4 children, then doubles: it is full when the count is 0 (nothing
+    // yet) or a power of two from 4 on. Children read from text stay where they are; only an
+    // array that points at them is made.
+    bool full = m_count == 0 || (m_count >= 4 && std::has_single_bit(m_count));
+    if (full || m_in_row) {
+        uint32_t capacity = std::max(4u, std::bit_ceil(m_count + 1));
         Package** items = arena()->makeItems(capacity);
         for (uint32_t i = 0; i < m_count; ++i)
             items[i] = child_at(i);
         m_value.items = items;
-        m_capacity = capacity;
         m_in_row = false;
     }
     m_value.items[m_count++] = child;
@@ -304,7 +278,7 @@ bool Package::equals(const Package& other) const
             const Package* x = a->child_at(static_cast<uint32_t>(i));
             const Package* y = b->child_at(static_cast<uint32_t>(i));
             // The names of the two tops do not matter: a subtree may be compared with a root.
-            if (x->m_name_length != y->m_name_length || std::memcmp(x->getName(), y->getName(), x->m_name_length) != 0)
+            if (x->name_length() != y->name_length() || std::memcmp(x->getName(), y->getName(), x->name_length()) != 0)
                 return false;
             pending.append({x, y});
         }

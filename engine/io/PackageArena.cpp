@@ -1,5 +1,7 @@
 #include "PackageArena.h"
 
+#include <algorithm>
+#include <climits>
 #include <cstring>
 #include <new>
 #include <sys/mman.h>
@@ -67,6 +69,46 @@ const char* PackageArena::copyText(const char* text, size_t length)
         std::memcpy(copy, text, length);
     copy[length] = '\0';
     return copy;
+}
+
+const char* PackageArena::copyName(const char* text, size_t length)
+{
+    auto* prefix = static_cast<uint32_t*>(allocate(sizeof(uint32_t) + length + 1, alignof(uint32_t)));
+    *prefix = static_cast<uint32_t>(length);
+    auto* copy = reinterpret_cast<char*>(prefix + 1);
+    if (length)
+        std::memcpy(copy, text, length);
+    copy[length] = '\0';
+    return copy;
+}
+
+void PackageArena::indexLines(const char* text, size_t size)
+{
+    // Two quick passes (count, then note): memchr skips a line in a few instructions.
+    const char* end = text + size;
+    auto next = [end](const char* p) {
+        return static_cast<const char*>(std::memchr(p, '\n', static_cast<size_t>(end - p)));
+    };
+    size_t count = 0;
+    for (const char* p = next(text); p; p = next(p + 1))
+        ++count;
+    if (count == 0)
+        return;
+    auto* newlines = static_cast<uint64_t*>(allocate(count * sizeof(uint64_t), alignof(uint64_t)));
+    size_t n = 0;
+    for (const char* p = next(text); p; p = next(p + 1))
+        newlines[n++] = static_cast<uint64_t>(p - text);
+    m_newlines = newlines;
+    m_newline_count = count;
+}
+
+void PackageArena::locate(uint64_t offset, int& line, int& column) const
+{
+    const uint64_t* after = std::upper_bound(m_newlines, m_newlines + m_newline_count, offset);
+    size_t before = static_cast<size_t>(after - m_newlines);
+    uint64_t line_start = before ? m_newlines[before - 1] + 1 : 0;
+    line = static_cast<int>(std::min<uint64_t>(before + 1, INT_MAX));
+    column = static_cast<int>(std::min<uint64_t>(offset - line_start + 1, INT_MAX));
 }
 
 Package* PackageArena::makeNode()

@@ -28,10 +28,18 @@ public:
     }
     // Returns a copy of length bytes of text followed by a zero byte.
     const char* copyText(const char* text, size_t length);
+    // Returns a copy like copyText, with the length (below 4 GB) kept in the four bytes before it.
+    const char* copyName(const char* text, size_t length);
     // Returns a new null node living in this arena.
     Package* makeNode();
     // Returns room for count child pointers.
     Package** makeItems(size_t count);
+
+    // Notes where the lines of the text the tree was read from start (once, after reading), so
+    // that nodes keep only a byte offset.
+    void indexLines(const char* text, size_t size);
+    // Gives the 1-based line and column of a byte offset of that text.
+    void locate(uint64_t offset, int& line, int& column) const;
 
     // Returns the bytes taken from the allocator for chunks.
     size_t getReservedBytes() const { return m_reserved; }
@@ -49,4 +57,7 @@ private:
     char* m_end = nullptr;
     size_t m_next_size = 1024;
     size_t m_reserved = 0;
+    // The offsets of the newlines of the text, in order.
+    const uint64_t* m_newlines = nullptr;
+    size_t m_newline_count = 0;
 };

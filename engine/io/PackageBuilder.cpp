@@ -42,7 +42,7 @@ bool beyond_largest_double(const char* p, const char* end)
 } // namespace
 
 PackageBuilder::PackageBuilder(Package& root, const char* text, const TextStream& stream)
-    : m_root(root), m_text(text), m_stream(stream)
+    : m_root(root), m_arena(root.arena()), m_text(text), m_stream(stream)
 {
 }
 
@@ -116,15 +116,17 @@ Package* PackageBuilder::begin_value(Package::Type type, size_t start)
         node = push_pending();
         if (m_key) {
             node->m_name = m_key;
-            node->m_name_length = m_key_length;
             m_key = nullptr;
         }
     }
-    advance(start);
     node->m_type = type;
-    node->m_line = m_line;
-    node->m_column = static_cast<uint32_t>(start - m_line_start + 1);
+    node->m_offset = start + 1;
     return node;
+}
+
+void PackageBuilder::finish()
+{
+    m_arena->indexLines(m_text, m_stream.Tell());
 }
 
 bool PackageBuilder::fail(const char* reason, size_t offset)
@@ -198,8 +200,6 @@ bool PackageBuilder::String(const char* text, rapidjson::SizeType length, bool)
 {
     if (length > INT_MAX)
         return fail("string longer than 2 GB", m_stream.Tell());
-    if (!m_arena)
-        m_arena = m_root.arena();
     const char* copy = m_arena->copyText(text, length);
     Package* node = begin_value(Package::STRING, m_stream.Tell());
     node->m_value.s = copy;
@@ -211,8 +211,7 @@ bool PackageBuilder::Key(const char* text, rapidjson::SizeType length, bool)
 {
     if (length > INT_MAX)
         return fail("member name longer than 2 GB", m_stream.Tell());
-    m_key = m_arena->copyText(text, length);
-    m_key_length = length;
+    m_key = m_arena->copyName(text, length);
     return true;
 }
 
@@ -221,8 +220,6 @@ bool PackageBuilder::begin_container(Package::Type type)
     static_assert(mjl::MAX_DEPTH == 512, "the reason below names the limit");
     if (m_depth == mjl::MAX_DEPTH)
         return fail("nesting deeper than 512 levels", m_stream.Tell());
-    if (!m_arena)
-        m_arena = m_root.arena();
     begin_value(type, m_stream.Tell());
     m_frames[m_depth++] = m_pending_count;
     return true;
@@ -237,7 +234,6 @@ bool PackageBuilder::end_container()
     // The container itself waits just below its children, unless it is the root.
     Package* node = m_depth == 0 ? &m_root : m_pending + first - 1;
     node->m_count = static_cast<uint32_t>(count);
-    node->m_capacity = static_cast<uint32_t>(count);
     if (count) {
         void* row = m_arena->allocate(count * sizeof(Package), alignof(Package));
         std::memcpy(row, static_cast<const void*>(m_pending + first), count * sizeof(Package));

@@ -15,13 +15,13 @@ class PackageArena;
 // Turns RapidJSON's SAX events into a Package tree, the way a DOM builder does: the nodes of open
 // containers wait on a pending stack, and when a container ends its children are copied into the
 // root's arena in one row, at their exact count, so a value costs one node and no pointer.
-// Every node also gets the line and column where its value starts: the builder counts newlines up
-// to each event's position, so every byte is looked at once however the document is laid out.
-// Positions come from the reader's stream. RapidJSON parses strings and numbers on a local copy of
-// the stream, which it writes back after the event, so during String, Key and the number events
-// the stream still points at the token's first byte; the iterative reader also calls the container
-// events before it takes the bracket; only null and the booleans leave the stream past the token.
-// The reading tests pin this down.
+// Every node also gets the byte offset where its value starts; once the text is read, the arena
+// notes where its lines start, so a node can give its line and column when asked. Only an error
+// counts lines during the parse (from the top, once). Positions come from the reader's stream.
+// RapidJSON parses strings and numbers on a local copy of the stream, which it writes back after
+// the event, so during String, Key and the number events the stream still points at the token's
+// first byte; the iterative reader also calls the container events before it takes the bracket;
+// only null and the booleans leave the stream past the token. The reading tests pin this down.
 class PackageBuilder {
 public:
     // text is the whole input; stream is the one the reader consumes, positioned on text.
@@ -48,6 +48,9 @@ public:
     bool StartArray();
     bool EndArray(rapidjson::SizeType count);
 
+    // Completes a tree read without failure: its nodes can then tell their line and column.
+    void finish();
+
     // Returns why the builder stopped the parse, or null when it did not.
     const char* getFailure() const { return m_failure; }
     // Returns the byte offset of the construct that stopped the parse.
@@ -60,7 +63,7 @@ private:
     Package* begin_value(Package::Type type, size_t start);
     bool begin_container(Package::Type type);
     bool end_container();
-    // Counts the lines up to offset.
+    // Counts the lines up to offset, for an error's position.
     void advance(size_t offset);
     // Returns a new node on top of the pending stack; it moves when the stack grows.
     Package* push_pending();
@@ -75,7 +78,6 @@ private:
     size_t m_line_start = 0;
     uint32_t m_line = 1;
     const char* m_key = nullptr;
-    uint32_t m_key_length = 0;
     Package* m_pending = nullptr;
     size_t m_pending_count = 0;
     size_t m_pending_capacity = 0;

@@ -95,6 +95,7 @@ bool PackageReader::read(const char* text, size_t size, const char* name, Packag
     } else if (offset < size) {
         reason = "unexpected zero byte"; // the reader stopped at it as if the text ended there
     } else {
+        builder.finish();
         error.clear();
         return true;
     }

@@ -101,7 +101,7 @@ bool PackageWriter::write(const Package& root)
             put(frame.next == 1 ? "\n" : ",\n", frame.next == 1 ? 1 : 2);
             write_indent(m_depth);
             if (node.m_type == Package::OBJECT) {
-                if (!write_string(child.getName(), child.m_name_length))
+                if (!write_string(child.getName(), child.name_length()))
                     return false;
                 put(": ", 2);
             }
@@ -266,7 +266,7 @@ std::string PackageWriter::member_path() const
             const Package& child = *node.child_at(index);
             if (!path.empty())
                 path += '.';
-            path.append(child.getName(), child.m_name_length);
+            path.append(child.getName(), child.name_length());
         } else {
             path += '[' + std::to_string(index) + ']';
         }

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <cmath>
+#include <limits>
 #include <string>
 #include <vector>
 
@@ -34,13 +36,45 @@ public:
     const Package* optional(const Package* object, const char* name) const;
 
     // Reads a finite number into out; records a problem and returns false otherwise.
-    bool readNumber(const Package* node, double& out, const char* what);
+    // This and the three below run for every number of every key, so their usual case is inline.
+    bool readNumber(const Package* node, double& out, const char* what)
+    {
+        if (node->isNumber()) {
+            out = node->getDouble();
+            if (std::isfinite(out))
+                return true;
+        }
+        return refuse_number(node, what);
+    }
     // Reads a finite number that fits a float.
-    bool readFloat(const Package* node, float& out, const char* what);
+    bool readFloat(const Package* node, float& out, const char* what)
+    {
+        double value = 0.0;
+        if (!readNumber(node, value, what))
+            return false;
+        if (std::fabs(value) > std::numeric_limits<float>::max())
+            return refuse(node, what, " is not finite as a 32-bit float");
+        out = static_cast<float>(value);
+        return true;
+    }
     // Reads a finite, non-negative time.
-    bool readTime(const Package* node, float& out);
+    bool readTime(const Package* node, float& out)
+    {
+        if (!readFloat(node, out, "time"))
+            return false;
+        return out >= 0.0f || refuse(node, "time", " is negative");
+    }
     // Reads an integer (a number without fraction).
-    bool readInt(const Package* node, int& out, const char* what);
+    bool readInt(const Package* node, int& out, const char* what)
+    {
+        double value = 0.0;
+        if (!readNumber(node, value, what))
+            return false;
+        if (value != std::floor(value) || value < -2147483648.0 || value > 2147483647.0)
+            return refuse(node, what, " must be a whole number");
+        out = static_cast<int>(value);
+        return true;
+    }
     // Reads a boolean.
     bool readBool(const Package* node, bool& out, const char* what);
     // Reads a string.
@@ -53,6 +87,11 @@ public:
     const char* optionalString(const Package* object, const char* name);
 
 private:
+    // Records why node is not a finite number; returns false.
+    bool refuse_number(const Package* node, const char* what);
+    // Records "what" followed by the problem; returns false.
+    bool refuse(const Package* node, const char* what, const char* problem);
+
     bool m_registry;
     std::vector<Problem> m_problems;
 };

@@ -25,31 +25,38 @@ public:
     // value (its old children stay allocated until the root goes).
     void clear();
 
-    Type getType() const;
-    bool isNull() const;
-    bool isBool() const;
+    // Readers of large documents call the accessors below millions of times: they are inline.
+    Type getType() const { return m_type; }
+    bool isNull() const { return m_type == NUL; }
+    bool isBool() const { return m_type == BOOL; }
     // True for INT and DOUBLE.
-    bool isNumber() const;
-    bool isString() const;
-    bool isArray() const;
-    bool isObject() const;
+    bool isNumber() const { return m_type == INT || m_type == DOUBLE; }
+    bool isString() const { return m_type == STRING; }
+    bool isArray() const { return m_type == ARRAY; }
+    bool isObject() const { return m_type == OBJECT; }
 
     // The member name in the parent object; empty for roots and array elements.
-    const char* getName() const;
-    int getNameLength() const;
+    const char* getName() const { return m_name ? m_name : ""; }
+    int getNameLength() const { return static_cast<int>(name_length()); }
 
     // Returns the value, or fallback when the node is of another type (numbers convert both ways;
     // a DOUBLE read as int is truncated).
-    bool getBool(bool fallback = false) const;
+    bool getBool(bool fallback = false) const { return m_type == BOOL ? m_value.b : fallback; }
     int64_t getInt(int64_t fallback = 0) const;
-    double getDouble(double fallback = 0.0) const;
+    double getDouble(double fallback = 0.0) const
+    {
+        return m_type == DOUBLE ? m_value.d : m_type == INT ? static_cast<double>(m_value.i) : fallback;
+    }
     // Returns the text of a STRING node, or "" for any other type.
-    const char* getString() const;
-    int getStringLength() const;
+    const char* getString() const { return m_type == STRING ? m_value.s : ""; }
+    int getStringLength() const { return m_type == STRING ? static_cast<int>(m_count) : 0; }
 
     // Children of an ARRAY or OBJECT; 0 and null for anything else or an index out of range.
-    int getNumChildren() const;
-    Package* getChild(int index) const;
+    int getNumChildren() const { return m_type == ARRAY || m_type == OBJECT ? static_cast<int>(m_count) : 0; }
+    Package* getChild(int index) const
+    {
+        return index >= 0 && index < getNumChildren() ? child_at(static_cast<uint32_t>(index)) : nullptr;
+    }
     // Returns the first member of an OBJECT with the name, or null.
     Package* find(const char* name) const;
 
@@ -96,7 +103,12 @@ private:
     void reset_value(Type type);
     bool same_value(const Package& other) const;
     Package* child_at(uint32_t index) const { return m_in_row ? m_value.nodes + index : m_value.items[index]; }
+    // A name's length is kept just before its bytes (see PackageArena::copyName).
+    uint32_t name_length() const { return m_name ? reinterpret_cast<const uint32_t*>(m_name)[-1] : 0; }
 
+    // A large document is millions of nodes, so every byte here counts: lengths that only some
+    // nodes need live beside the bytes they measure, and the room for children made one by one is
+    // implied by their count (see appendChild).
     const char* m_name = nullptr;
     union {
         bool b;
@@ -107,11 +119,11 @@ private:
         Package* nodes;  // children read from text, laid out in a row
     } m_value{};
     PackageArena* m_arena = nullptr;
-    uint32_t m_name_length = 0;
+    // 1 + the byte offset where the value began in the text it was read from, 0 for nodes built
+    // in memory. The arena knows where the lines of that text start: reading never counts lines
+    // for a node unless someone asks for its position.
+    uint64_t m_offset = 0;
     uint32_t m_count = 0; // string length or number of children
-    uint32_t m_capacity = 0;
-    uint32_t m_line = 0;
-    uint32_t m_column = 0;
     Type m_type = NUL;
     bool m_owns_arena = false;
     bool m_in_row = false; // the children are in m_value.nodes

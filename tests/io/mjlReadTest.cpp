@@ -1,8 +1,10 @@
 #include "io/mjl.h"
 
+#include <charconv>
 #include <cmath>
 #include <cstring>
 #include <optional>
+#include <random>
 #include <string>
 #include <vector>
 
@@ -156,7 +158,7 @@ TEST_F(mjlRead, ReadsLongMantissasAndExtremeExponentsExactly)
 {
     // This one used to run RapidJSON's own conversion out of its power-of-ten table.
     std::string tiny =
-        "4" + std::string(23, '0') + "." + std::string(20, '0') + "8" + std::string(90, '0') + "4E-441";
+        std::string("4") + std::string(23, '0') + "." + std::string(20, '0') + "8" + std::string(90, '0') + "4E-441";
     std::string long_fraction = "0." + std::string(799, '0') + "1e790";
     Package* root = parse("[" + tiny + ", -1e-400, 4.9e-324, " + long_fraction + ", 12345678901234567890123e-3]");
     ASSERT_NE(root, nullptr);
@@ -167,6 +169,95 @@ TEST_F(mjlRead, ReadsLongMantissasAndExtremeExponentsExactly)
     EXPECT_EQ(root->getChild(2)->getDouble(), 4.9406564584124654e-324);
     EXPECT_EQ(root->getChild(3)->getDouble(), 1e-10);
     EXPECT_EQ(root->getChild(4)->getDouble(), 12345678901234567890.123);
+}
+
+// Most decimals are read with one multiplication or division, which is only exact for short
+// mantissas and small powers of ten; every other one must still come out as the nearest double.
+TEST_F(mjlRead, ReadsEveryKindOfDecimalToTheSameValueAsTheGeneralConversion)
+{
+    std::mt19937_64 random(7);
+    std::vector<std::string> numbers = {
+        "9007199254740993.0",    // 2^53 + 1: exactly halfway between two doubles, rounds to even
+        "9007199254740995.0",    // halfway again, rounds up to even
+        "18014398509481985.0",   // 2^54 + 1, halfway after the extended step as well
+        // A hair off halfway between two doubles: a conversion that rounds on the way (say to 64
+        // bits first) lands exactly halfway and then goes the wrong way.
+        "1752358245595152967e6", "1229626887933356938e11", "8081861358198046956e5", "649150067208694977e-20",
+        "0.1", "-0.0", "0.000000000000000000000000001", "123456789012345678.9", "9999999999999999999.0",
+        "1.7976931348623157e308", "4.9e-324", "2.2250738585072011e-308", "1e22", "1e23", "-1e-22", "1e-23",
+        "0.30000000000000004", "1234567890.1234567e-10", "5e-324", "1.00000000000000000000000000001"};
+    char text[64];
+    for (int i = 0; i < 30000; ++i) {
+        uint64_t bits = random();
+        double any = 0;
+        std::memcpy(&any, &bits, sizeof any);
+        if (std::isfinite(any))
+            numbers.emplace_back(text, std::to_chars(text, text + sizeof text, any).ptr);
+        float single = std::uniform_real_distribution<float>(-1000.0f, 1000.0f)(random);
+        numbers.emplace_back(text, std::to_chars(text, text + sizeof text, single).ptr);
+        // Up to 21 digits with the point anywhere and a small exponent: both sides of every limit.
+        std::string digits = std::to_string(1 + random() % 9);
+        for (int n = static_cast<int>(random() % 21); n > 0; --n)
+            digits += static_cast<char>('0' + random() % 10);
+        size_t point = 1 + random() % digits.size();
+        std::string decimal = digits.substr(0, point) + "." + digits.substr(point) + "0";
+        numbers.push_back(decimal);
+        numbers.push_back(decimal + "e" + std::to_string(static_cast<int>(random() % 70) - 35));
+        // Leading zeros: the decimals count, the digits do not.
+        numbers.push_back("0." + std::string(random() % 12, '0') + digits);
+    }
+    std::string document = "[";
+    for (const std::string& number : numbers)
+        document += number + (&number == &numbers.back() ? "]" : ",");
+    Package* root = parse(document);
+    ASSERT_NE(root, nullptr);
+    ASSERT_EQ(root->getNumChildren(), static_cast<int>(numbers.size()));
+    for (size_t i = 0; i < numbers.size(); ++i) {
+        double expected = 0;
+        std::from_chars(numbers[i].data(), numbers[i].data() + numbers[i].size(), expected);
+        double read = root->getChild(static_cast<int>(i))->getDouble();
+        ASSERT_EQ(std::memcmp(&read, &expected, sizeof read), 0) << numbers[i] << " read as " << read;
+    }
+}
+
+TEST_F(mjlRead, ContainersReadFromTextGrowInPlaceWhenChildrenAreAdded)
+{
+    auto member = [](int i) {
+        std::string name = std::to_string(i);
+        name.insert(name.begin(), 'm');
+        return name;
+    };
+    // Every read size from empty to past the first doubling of the room for added children.
+    for (int read = 0; read < 10; ++read) {
+        std::string document = "{";
+        for (int i = 0; i < read; ++i)
+            document += (i ? ", \"" : "\"") + member(i) + "\": " + std::to_string(i);
+        Package* root = parse(document + "}");
+        ASSERT_NE(root, nullptr) << document;
+        Package* first = root->getChild(0);
+        for (int i = read; i < read + 40; ++i)
+            root->addInt(member(i).c_str(), i);
+        ASSERT_EQ(root->getNumChildren(), read + 40);
+        if (read > 0) {
+            EXPECT_EQ(root->getChild(0), first);
+        }
+        for (int i = 0; i < read + 40; ++i) {
+            EXPECT_EQ(root->getChild(i)->getInt(), i);
+            EXPECT_EQ(root->getChild(i)->getName(), member(i));
+            EXPECT_EQ(root->getChild(i)->getNameLength(), static_cast<int>(member(i).size()));
+        }
+        EXPECT_EQ(root->find(member(read + 39).c_str()), root->getChild(read + 39));
+    }
+}
+
+TEST_F(mjlRead, MemberNamesKeepZeroBytesAndTheirLength)
+{
+    Package* root = parse("{\"a\\u0000b\": 1, \"\": 2}");
+    ASSERT_NE(root, nullptr);
+    EXPECT_EQ(root->getChild(0)->getNameLength(), 3);
+    EXPECT_EQ(std::memcmp(root->getChild(0)->getName(), "a\0b", 4), 0);
+    EXPECT_EQ(root->getChild(1)->getNameLength(), 0);
+    EXPECT_STREQ(root->getChild(1)->getName(), "");
 }
 
 TEST_F(mjlRead, ReportsBadStringsAndNumbersWithReadableReasons)
