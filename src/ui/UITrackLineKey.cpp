@@ -2,12 +2,17 @@
 
 #include "data/AppData.h"
 #include "data/FKey.h"
+#include "data/FParameterSingle.h"
+#include "msg/MsgMngr.h"
 #include "ui/UICanvas.h"
 #include "ui/UIRect.h"
 #include "ui/UITrackLine.h"
 #include "ui/UITrackLinePanel.h"
 
 namespace {
+
+// Posted after a mark edited its key's value.
+constexpr int MSG_KEYS_CHANGED = 197;
 
 const vec4 OUTLINE_COLOR{0.6f, 0.6f, 0.6f, 1.0f};
 const vec4 SELECTED_COLOR{1.0f, 1.0f, 1.0f, 1.0f};
@@ -27,6 +32,15 @@ UITrackLineKey::UITrackLineKey(FKey* key)
 }
 
 UITrackLineKey::~UITrackLineKey() = default;
+
+void UITrackLineKey::commit_edit()
+{
+    if (m_key && m_key->getParameter())
+        m_key->getParameter()->applyKeys();
+    if (m_line)
+        m_line->setDirty(true);
+    MsgMngr::get()->notifyHelper(MSG_KEYS_CHANGED);
+}
 
 float UITrackLineKey::getTime() const
 {

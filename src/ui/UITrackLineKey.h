@@ -53,6 +53,11 @@ public:
     // Forgets the canvas without touching it, for when the panel goes first.
     void forgetRender();
 
+protected:
+    // After the mark changed its key's value: writes the parameter's keys to the engine, redraws
+    // the line and posts message 197.
+    void commit_edit();
+
 private:
     void make_shapes();
     void draw_text(int x, int y);

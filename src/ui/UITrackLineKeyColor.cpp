@@ -1,16 +1,9 @@
 #include "ui/UITrackLineKeyColor.h"
 
 #include "data/FKeyColor.h"
-#include "data/FParameterSingle.h"
 #include "kit/jAllocator.h"
-#include "msg/MsgMngr.h"
 #include "ui/DialogColor.h"
-#include "ui/UITrackLine.h"
 #include "ui/UITrackLinePanel.h"
-
-namespace {
-constexpr int MSG_KEYS_CHANGED = 197;
-}
 
 vec4 UITrackLineKeyColor::getColor() const
 {
@@ -35,9 +28,5 @@ void UITrackLineKeyColor::on_color_changed(const UIEventChanged*, UIElement* sen
 {
     auto* key = static_cast<FKeyColor*>(getKey());
     key->setValue(static_cast<DialogColor*>(sender)->getColor());
-    if (key->getParameter())
-        key->getParameter()->applyKeys();
-    if (getLine())
-        getLine()->setDirty(true);
-    MsgMngr::get()->notifyHelper(MSG_KEYS_CHANGED);
+    commit_edit();
 }

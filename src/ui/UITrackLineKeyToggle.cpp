@@ -1,13 +1,7 @@
 #include "ui/UITrackLineKeyToggle.h"
 
 #include "data/FKeyToggle.h"
-#include "data/FParameterSingle.h"
-#include "msg/MsgMngr.h"
 #include "ui/UITrackLine.h"
-
-namespace {
-constexpr int MSG_KEYS_CHANGED = 197;
-}
 
 vec4 UITrackLineKeyToggle::getColor() const
 {
@@ -21,9 +15,5 @@ void UITrackLineKeyToggle::onDClick()
 {
     auto* key = static_cast<FKeyToggle*>(getKey());
     key->setValue(!key->getValue());
-    if (key->getParameter())
-        key->getParameter()->applyKeys();
-    if (getLine())
-        getLine()->setDirty(true);
-    MsgMngr::get()->notifyHelper(MSG_KEYS_CHANGED);
+    commit_edit();
 }
