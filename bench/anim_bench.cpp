@@ -26,6 +26,7 @@
 #include "kit/jLog.h"
 #include "scene/Node.h"
 #include "scene/World.h"
+#include "support/BezierReference.h"
 
 namespace {
 
@@ -72,21 +73,7 @@ double reference(const TrackParameterFloat& p, float t)
     int i = 0;
     while (i + 1 < p.getNumKeys() && p.getKey(i + 1).time <= t)
         ++i;
-    const TrackKeyFloat& a = p.getKey(i);
-    const TrackKeyFloat& b = p.getKey(i + 1);
-    double x[4] = {a.time, a.time + static_cast<double>(a.tangents.z), b.time + static_cast<double>(b.tangents.x), b.time};
-    double y[4] = {a.value, a.value + static_cast<double>(a.tangents.w), b.value + static_cast<double>(b.tangents.y),
-                   b.value};
-    auto bern = [](const double* c, double s) {
-        double r = 1.0 - s;
-        return r * r * r * c[0] + 3.0 * r * r * s * c[1] + 3.0 * r * s * s * c[2] + s * s * s * c[3];
-    };
-    double lo = 0.0, hi = 1.0;
-    for (int k = 0; k < 100; ++k) {
-        double mid = 0.5 * (lo + hi);
-        (bern(x, mid) < t ? lo : hi) = mid;
-    }
-    return bern(y, 0.5 * (lo + hi));
+    return bezierReference(p.getKey(i), p.getKey(i + 1), t);
 }
 
 double worstBezierError(const Channels& c)

@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "anim/TrackKey.h"
+#include "support/BezierReference.h"
 #include "support/Scenario.h"
 
 namespace {
@@ -27,29 +28,13 @@ std::vector<TrackKeyFloat> longHandles(int count, unsigned seed)
     return keys;
 }
 
-// An independent evaluation of the Bezier segment that holds t: Bernstein form in double
-// precision, the curve parameter found by bisection.
+// The independent evaluation of the Bezier segment that holds t.
 double reference(const std::vector<TrackKeyFloat>& keys, float t)
 {
     size_t i = 0;
     while (i + 2 < keys.size() && keys[i + 1].time <= t)
         ++i;
-    const TrackKeyFloat& a = keys[i];
-    const TrackKeyFloat& b = keys[i + 1];
-    double x[4] = {a.time, a.time + static_cast<double>(a.tangents.z), b.time + static_cast<double>(b.tangents.x),
-                   b.time};
-    double y[4] = {a.value, a.value + static_cast<double>(a.tangents.w), b.value + static_cast<double>(b.tangents.y),
-                   b.value};
-    auto bern = [](const double* c, double s) {
-        double r = 1.0 - s;
-        return r * r * r * c[0] + 3.0 * r * r * s * c[1] + 3.0 * r * s * s * c[2] + s * s * s * c[3];
-    };
-    double lo = 0.0, hi = 1.0;
-    for (int k = 0; k < 100; ++k) {
-        double mid = 0.5 * (lo + hi);
-        (bern(x, mid) < t ? lo : hi) = mid;
-    }
-    return bern(y, 0.5 * (lo + hi));
+    return bezierReference(keys[i], keys[i + 1], t);
 }
 
 struct Curve {
