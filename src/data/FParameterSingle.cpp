@@ -200,13 +200,6 @@ void FParameterSingle::create_ui_for_key(FKey* key)
     }
 }
 
-void FParameterSingle::reloadKeys()
-{
-    free_keys(tags().release);
-    read_keys();
-    sortKeys();
-}
-
 void FParameterSingle::free_keys(const char* tag)
 {
     for (FKey* key : m_keys) {

@@ -52,8 +52,6 @@ public:
     // before t otherwise; -1e9 with found false with no keys, at or after the last key, and for t
     // exactly on a key.
     float getKeyTimeBefore(float t, bool& found) const;
-    // Re-reads the keys from the engine parameter (after an undoable engine-side change).
-    void reloadKeys();
 
 protected:
     // Builds the row (columns "E" and "T" off, texts "Hello" and "World" when helloWorld), the

@@ -46,8 +46,6 @@ public:
     // Empties the shapes but keeps them (the mark is covered by its neighbour or off the canvas),
     // so showing it again costs no new shapes.
     void conceal();
-    // True while the mark has shapes on the canvas.
-    bool isShown() const { return m_hit_polygon != -1; }
     // Hides the mark and forgets the canvas but stays on the line (the line left its canvas).
     void clearShapes();
     // Forgets the canvas without touching it, for when the panel goes first.
