@@ -346,7 +346,7 @@ void Track::rebind()
 
 bool Track::check_binding(TrackParameter* param, const TrackReg* reg, const jString& typeName, const char* function) const
 {
-    if (!param || !m_parameters.contains(param)) {
+    if (!param || param->getTrack() != this) {
         jLog::error("%s:%s", function, "param is held by this track");
         return false;
     }

@@ -12,21 +12,21 @@ using FloatVector = TrackParameterVector<TrackParameterFloat, vec3>;
 // so their loads are started early enough to overlap with playing the outputs before them.
 const int NODE_AHEAD = 8;
 
-// The longest step between frames that is taken as playback (anything longer is scrubbing, where
-// loading the next segments ahead would only waste the time).
-const float MAX_AHEAD = 0.25f;
-
 } // namespace
 
 void TrackPlayback::build(const jVector<TrackParameter*>& params)
 {
     m_valid = false;
     m_outputs.clear();
-    m_channels.clear();
+    m_player.clear();
     for (TrackParameter* p : params) {
         if (p->isEnabled() && p->isBound())
             add(p);
     }
+    m_values.clear();
+    m_values.reserve(m_player.size());
+    for (int i = 0; i < m_player.size(); ++i)
+        m_values.append(0.0f);
     m_valid = true;
 }
 
@@ -36,7 +36,7 @@ void TrackPlayback::add(TrackParameter* param)
     o.param = param;
     o.reg = param->getReg();
     o.target = param->getTarget();
-    o.first = m_channels.size();
+    o.first = m_player.size();
     if (param->getType() == TRACK_PARAMETER_FLOAT) {
         auto* f = static_cast<FloatCurve*>(static_cast<TrackParameterFloat*>(param));
         if (f->getNumKeys() == 0)
@@ -44,8 +44,7 @@ void TrackPlayback::add(TrackParameter* param)
         o.kind = FLOAT;
         o.mask = 1;
         o.last[0] = f->m_value;
-        m_channels.append(TrackCurveCursor<float>());
-        m_channels.back().attach(&f->compiled());
+        m_player.add(&f->getCurve());
     } else if (param->getType() == TRACK_PARAMETER_VEC3) {
         auto* v = static_cast<FloatVector*>(static_cast<TrackParameterVec3*>(param));
         o.kind = VEC3;
@@ -55,8 +54,7 @@ void TrackPlayback::add(TrackParameter* param)
             if (component.getNumKeys() == 0 || !component.isEnabled())
                 continue;
             o.mask |= 1u << c;
-            m_channels.append(TrackCurveCursor<float>());
-            m_channels.back().attach(&component.compiled());
+            m_player.add(&component.getCurve());
         }
         if (o.mask == 0)
             return;
@@ -85,15 +83,13 @@ void TrackPlayback::clear()
 {
     m_valid = false;
     m_outputs.release();
-    m_channels.release();
+    m_player.clear();
+    m_values.release();
 }
 
 void TrackPlayback::play(float t)
 {
-    // Playback usually moves on by about as much as it did since the last frame.
-    float step = t - m_time;
-    m_ahead = step > 0.0f && step < MAX_AHEAD ? step : 0.0f;
-    m_time = t;
+    m_player.play(t, m_values.data());
     const int count = m_outputs.size();
     for (int i = 0; i < count; ++i) {
         if (i + NODE_AHEAD < count)
@@ -101,10 +97,10 @@ void TrackPlayback::play(float t)
         Output& o = m_outputs[i];
         switch (o.kind) {
         case FLOAT:
-            play_float(o, t);
+            play_float(o);
             break;
         case VEC3:
-            play_vector(o, t);
+            play_vector(o);
             break;
         default:
             o.param->apply(t);
@@ -113,9 +109,9 @@ void TrackPlayback::play(float t)
     }
 }
 
-void TrackPlayback::play_float(Output& o, float t)
+void TrackPlayback::play_float(Output& o)
 {
-    float v = m_channels[o.first].play(t, m_ahead);
+    float v = m_values[o.first];
     o.last[0] = v;
     TrackValue out;
     out.n[0] = static_cast<double>(v);
@@ -124,13 +120,13 @@ void TrackPlayback::play_float(Output& o, float t)
 
 // As TrackParameterVector::apply: the played components from their curves, the others from the
 // bound property (or, when it cannot be read, from the vector played last).
-void TrackPlayback::play_vector(Output& o, float t)
+void TrackPlayback::play_vector(Output& o)
 {
-    TrackCurveCursor<float>* channel = &m_channels[o.first];
+    const float* channel = &m_values[o.first];
     float v[3];
     for (int c = 0; c < 3; ++c) {
         if (o.mask & (1u << c))
-            v[c] = (channel++)->play(t, m_ahead);
+            v[c] = *channel++;
     }
     if (o.mask != 7u) {
         TrackValue current;

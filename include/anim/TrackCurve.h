@@ -148,6 +148,16 @@ public:
         return static_cast<Value>(s.v0 + p * (s.cv + p * (s.bv + p * static_cast<double>(s.av))));
     }
 
+    // Returns a first guess of the curve parameter of normalised time u just past the start of
+    // Bezier segment s, where the timing curve is close to its quadratic part bx s^2 + cx s:
+    // solving that beats a cold start.
+    template <class Value>
+    static double start(const TrackCurveShape<Value>& s, double u)
+    {
+        double disc = s.cx * s.cx + 4.0 * s.bx * u;
+        return disc > 0.0 ? 2.0 * u / (s.cx + std::sqrt(disc)) : u;
+    }
+
     // Returns s in [0, 1] whose curve time ((ax s + bx) s + cx) s is within SOLVE_TOLERANCE of u
     // (then polished by one more Newton step). The polynomial must be non-decreasing on [0, 1] from
     // 0 to 1. Four Newton steps from s = u settle almost every segment without a branch; the rest

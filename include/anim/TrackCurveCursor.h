@@ -47,18 +47,6 @@ public:
         return sample(t);
     }
 
-    // Returns the value at t, as value does, for playback that will ask for t + ahead next: when
-    // that crosses into the next segment, the segment is loaded now, while the other channels of
-    // the frame are played, rather than waited for on the next frame.
-    Value play(float t, float ahead)
-    {
-        if (!holds(t))
-            seek(t);
-        const void* next = t + ahead >= m_shape.t1 ? static_cast<const void*>(m_next) : this;
-        __builtin_prefetch(next);
-        return sample(t);
-    }
-
     // Returns the value at t, which the cursor's segment must hold.
     Value sample(float t)
     {
@@ -71,40 +59,52 @@ public:
     // Moves the cursor onto the segment of the attached curve (which must have keys) that holds t.
     void seek(float t)
     {
-        const float* times = m_curve->times.data();
-        const TrackCurveSegment<Value>* segments = m_curve->segments.data();
-        int count = m_curve->times.size();
-        // Playback steps onto the next segment: it starts where this one ends, and it says itself
-        // where it ends, so the time array is not read at all.
-        bool forward = m_next && t >= m_shape.t1 && t < m_next->t1;
-        float t0 = m_shape.t1;
-        int c = forward ? m_index + 1 : TrackSegment::find(times, count, t, m_index);
-        m_index = c;
         m_solved = false;
-        if (c < 0) {
-            m_shape = TrackCurve::before(segments[0], times[0]);
-            m_next = segments;
-            return;
-        }
-        m_shape = TrackCurve::shape(segments[c], forward ? t0 : times[c]);
-        m_next = c + 1 < count ? segments + c + 1 : nullptr;
-        if (!forward)
-            return;
+        if (m_next && t >= m_shape.t1 && t < m_next->t1)
+            step(t);
+        else
+            search(t);
+    }
+
+private:
+    // Moves onto the next segment. Playback does this all the time: the next segment starts where
+    // this one ends and says itself where it ends, so neither the curve nor its time array is read.
+    void step(float t)
+    {
+        const TrackCurveSegment<Value>* g = m_next;
+        m_shape = TrackCurve::shape(*g, m_shape.t1);
+        ++m_index;
+        m_next = g + 1 < m_end ? g + 1 : nullptr;
         if (m_next)
             __builtin_prefetch(m_next);
-        // Just past the start of a segment the timing curve is close to its quadratic part
-        // bx s^2 + cx s: solving that beats a cold start. A jump (scrubbing) solves cold.
+        // A jump (scrubbing) solves cold; a step starts from TrackCurve::start's guess.
         if (m_shape.mode == TrackCurveSegment<Value>::BEZIER) {
             double u = TrackCurve::normalised(m_shape, t);
-            double disc = m_shape.cx * m_shape.cx + 4.0 * m_shape.bx * u;
             m_solved = true;
-            m_s = static_cast<float>(disc > 0.0 ? 2.0 * u / (m_shape.cx + std::sqrt(disc)) : u);
+            m_s = static_cast<float>(TrackCurve::start(m_shape, u));
             m_u = static_cast<float>(u);
             m_rate = 0.0f;
         }
     }
 
-private:
+    // Finds the segment that holds t in the attached curve.
+    void search(float t)
+    {
+        const float* times = m_curve->times.data();
+        const TrackCurveSegment<Value>* segments = m_curve->segments.data();
+        int count = m_curve->times.size();
+        m_end = segments + count;
+        int c = TrackSegment::find(times, count, t, m_index);
+        m_index = c;
+        if (c < 0) {
+            m_shape = TrackCurve::before(segments[0], times[0]);
+            m_next = segments;
+            return;
+        }
+        m_shape = TrackCurve::shape(segments[c], times[c]);
+        m_next = c + 1 < count ? segments + c + 1 : nullptr;
+    }
+
     // Returns the curve parameter of normalised time u on the cursor's Bezier segment: three Newton
     // steps from the prediction, taken when the last correction was below CONVERGED (the error
     // left after it is then about its square). A cold start, or a prediction that did not settle,
@@ -141,8 +141,10 @@ private:
 
     TrackCurveShape<Value> m_shape = TrackCurve::none<Value>();
     const TrackCurveData<Value>* m_curve = nullptr;
-    // The compiled segment after the cursor's (null after the last key's).
+    // The compiled segment after the cursor's (null after the last key's), and the end of the
+    // segments as the last search found them (a recompiled curve resets the cursor first).
     const TrackCurveSegment<Value>* m_next = nullptr;
+    const TrackCurveSegment<Value>* m_end = nullptr;
     // The cursor's segment (-1 before the first key).
     int m_index = 0;
     bool m_solved = false;

@@ -26,6 +26,15 @@ public:
         return lookup(t, found);
     }
 
+    // Returns the compiled curve, compiling it first when the keys changed. Compiling again (after
+    // any change of the keys) moves it.
+    const TrackCurveData<Value>& getCurve() const
+    {
+        if (this->m_changed)
+            compile();
+        return m_curve;
+    }
+
     // Returns the live value: the bound property's current value, else the value last played.
     Value getValue() const
     {
@@ -80,21 +89,13 @@ private:
     // Track playback keeps its own cursors on the compiled curve and the last played value.
     friend class TrackPlayback;
 
-    // Returns the compiled curve, compiling it first when the keys changed.
-    const TrackCurveData<Value>& compiled() const
-    {
-        if (this->m_changed)
-            compile();
-        return m_curve;
-    }
-
     // Finds the segment that holds t and samples it.
     Value lookup(float t, bool& found) const
     {
         found = !this->m_keys.empty();
         if (!found)
             return 0;
-        compiled();
+        getCurve();
         m_play.seek(t);
         return m_play.sample(t);
     }

@@ -1,16 +1,17 @@
 #pragma once
 
-#include "anim/TrackCurveCursor.h"
+#include "anim/TrackCurvePlayer.h"
 #include "anim/TrackReg.h"
 #include "kit/jVector.h"
 
 class TrackParameter;
 
 // What Track::set walks each frame: the enabled, bound parameters of a track in their order, packed
-// into one flat array of outputs (the resolved target, its registration and how to fill it) and one
-// of curve cursors for the float channels those outputs read. A frame then streams through two
-// arrays instead of visiting every parameter object, and float and vec3 parameters are played
-// without a virtual call; the other kinds are played through their own apply. The layout is
+// into one flat array of outputs (the resolved target, its registration and how to fill it) and a
+// curve player with a channel for every float curve those outputs read. A frame plays all channels
+// at once into a value array, then streams through the outputs instead of visiting every parameter
+// object: float and vec3 parameters are played without a virtual call; the other kinds are played
+// through their own apply. The layout is
 // rebuilt by the track when it is out of date: parameters push every change of their keys,
 // switches or binding to their track (TrackParameter::changed), nothing is checked per frame.
 class TrackPlayback {
@@ -34,8 +35,8 @@ public:
 private:
     enum KIND { GENERIC = 0, FLOAT = 1, VEC3 = 2 };
 
-    // One played parameter. Float and vec3 outputs read their channels from m_channels, starting
-    // at first (one per played component, in component order).
+    // One played parameter. Float and vec3 outputs read their channels' values from m_values,
+    // starting at first (one per played component, in component order).
     struct Output {
         TrackParameter* param = nullptr;
         const TrackReg* reg = nullptr;
@@ -47,14 +48,12 @@ private:
     };
 
     void add(TrackParameter* param);
-    void play_float(Output& o, float t);
-    void play_vector(Output& o, float t);
+    void play_float(Output& o);
+    void play_vector(Output& o);
     void flush(const Output& o) const;
 
     jVector<Output> m_outputs;
-    jVector<TrackCurveCursor<float>> m_channels;
+    TrackCurvePlayer m_player;
+    jVector<float> m_values; // the value of every channel of m_player in the current frame
     bool m_valid = false;
-    // The time of the last frame, and how far the next one is expected to move on.
-    float m_time = 0.0f;
-    float m_ahead = 0.0f;
 };

@@ -1,0 +1,228 @@
+#include "anim/TrackCurvePlayer.h"
+
+#include <algorithm>
+#include <cmath>
+
+#include "anim/TrackCurveCursor.h"
+#include "anim/TrackSegment.h"
+
+namespace {
+
+const int LANES = TrackCurvePlayer::LANES;
+const uint32_t ALL_LANES = (1u << LANES) - 1;
+
+// How many blocks after its own pass a block's missed lanes are played: the segments they step
+// onto, asked for when the miss is seen, arrive while the blocks between are played.
+const int PIPELINE = 8;
+
+// The normalised time of t in a lane's segment, as TrackCurve::normalised gives it (0 for segments
+// that hold one value, where t - t0 may be infinite).
+double normalised(float t, float t0, float inv)
+{
+    return inv != 0.0f ? static_cast<double>(t - t0) * inv : 0.0;
+}
+
+double cubic(double v0, double cv, double bv, double av, double s)
+{
+    return v0 + s * (cv + s * (bv + s * av));
+}
+
+} // namespace
+
+// Where TrackCurveCursor's three Newton steps on a timing polynomial end: the curve parameter, the
+// last step (a settled solution is about its square away from the exact one) and the slope it was
+// divided by.
+struct TrackCurvePlayer::Solution {
+    double s;
+    double step;
+    double slope;
+
+    // Steps from s towards the curve parameter of normalised time u.
+    static Solution newton(double ax, double bx, double cx, double u, double s)
+    {
+        Solution r{s, 0.0, 1.0};
+        for (int i = 0; i < 3; ++i) {
+            r.slope = (3.0 * ax * r.s + 2.0 * bx) * r.s + cx;
+            r.step = (((ax * r.s + bx) * r.s + cx) * r.s - u) / r.slope;
+            r.s -= r.step;
+        }
+        return r;
+    }
+
+    // Whether the solution settled inside its segment, as TrackCurveCursor decides it.
+    bool settled() const
+    {
+        return (std::fabs(step) <= TrackCurveCursor<float>::CONVERGED) & (s >= 0.0) & (s <= 1.0);
+    }
+};
+
+int TrackCurvePlayer::add(const TrackCurveData<float>* curve)
+{
+    int channel = m_curves.size();
+    if (channel % LANES == 0) {
+        m_blocks.append(Block{}); // lanes of no segment: every time misses them
+        m_missed.append(0);
+    }
+    m_curves.append(curve);
+    return channel;
+}
+
+void TrackCurvePlayer::clear()
+{
+    m_curves.release();
+    m_blocks.release();
+    m_missed.release();
+}
+
+void TrackCurvePlayer::play(float t, float* out)
+{
+    const int count = m_curves.size();
+    const int blocks = m_blocks.size();
+    for (int k = 0; k < blocks; ++k) {
+        Block& b = m_blocks[k];
+        int first = k * LANES;
+        int lanes = count - first < LANES ? count - first : LANES;
+        float values[LANES];
+        uint32_t missed = play_block(b, t, values) & (lanes == LANES ? ALL_LANES : (1u << lanes) - 1);
+        for (int l = 0; l < lanes; ++l)
+            out[first + l] = values[l];
+        m_missed[k] = missed;
+        for (uint32_t m = missed; m; m &= m - 1)
+            __builtin_prefetch(b.next[__builtin_ctz(m)]);
+        if (k >= PIPELINE)
+            play_missed(k - PIPELINE, t, out);
+    }
+    for (int k = blocks > PIPELINE ? blocks - PIPELINE : 0; k < blocks; ++k)
+        play_missed(k, t, out);
+}
+
+// Plays every lane of b at t from its prediction: with Newton steps on blocks with a Bezier lane
+// (where the lanes that need no solving settle on s = u at once), without on the others. Returns
+// the lanes that t has left or whose solution did not settle. Free of branches, so that the
+// compiler can play several lanes per instruction.
+uint32_t TrackCurvePlayer::play_block(Block& b, float t, float* __restrict out)
+{
+    int32_t played[LANES];
+    if (!b.bezier) {
+        for (int l = 0; l < LANES; ++l) {
+            double u = static_cast<double>(t - b.origin[l]) * b.inv[l];
+            out[l] = static_cast<float>(cubic(b.v0[l], b.cv[l], b.bv[l], b.av[l], u));
+            played[l] = (t >= b.t0[l]) & (t < b.t1[l]);
+        }
+    } else {
+        for (int l = 0; l < LANES; ++l) {
+            double u = static_cast<double>(t - b.origin[l]) * b.inv[l];
+            Solution r = Solution::newton(b.ax[l], b.bx[l], b.cx[l], u, predict(b, l, u));
+            keep(b, l, u, r);
+            out[l] = static_cast<float>(cubic(b.v0[l], b.cv[l], b.bv[l], b.av[l], r.s));
+            played[l] = (t >= b.t0[l]) & (t < b.t1[l]) & r.settled();
+        }
+    }
+    uint32_t missed = 0;
+    for (int l = 0; l < LANES; ++l)
+        missed |= static_cast<uint32_t>(!played[l]) << l;
+    return missed;
+}
+
+// Lane l's last solution moved along its slope to normalised time u, kept inside [0, 1].
+double TrackCurvePlayer::predict(const Block& b, int l, double u)
+{
+    double s = b.s[l] + (u - b.u[l]) * static_cast<double>(b.rate[l]);
+    return std::min(std::max(s, 0.0), 1.0);
+}
+
+void TrackCurvePlayer::keep(Block& b, int l, double u, const Solution& r)
+{
+    b.s[l] = static_cast<float>(r.s);
+    b.u[l] = static_cast<float>(u);
+    b.rate[l] = static_cast<float>(1.0 / r.slope);
+}
+
+void TrackCurvePlayer::play_missed(int k, float t, float* out)
+{
+    Block& b = m_blocks[k];
+    for (uint32_t m = m_missed[k]; m; m &= m - 1) {
+        int l = __builtin_ctz(m);
+        out[k * LANES + l] = play_lane(b, l, k * LANES + l, t);
+    }
+}
+
+// Moves lane l onto the segment that holds t and returns its value there, solving cold when the
+// prediction does not settle.
+float TrackCurvePlayer::play_lane(Block& b, int l, int channel, float t)
+{
+    if (!(t >= b.t0[l] && t < b.t1[l])) {
+        const Segment* g = b.next[l];
+        if (g && t >= b.t1[l] && t < g->t1)
+            step(b, l, t);
+        else
+            search(b, l, channel, t);
+    }
+    double u = normalised(t, b.t0[l], b.inv[l]);
+    if (!(b.bezier & (1u << l)))
+        return static_cast<float>(cubic(b.v0[l], b.cv[l], b.bv[l], b.av[l], u));
+    Solution r = Solution::newton(b.ax[l], b.bx[l], b.cx[l], u, predict(b, l, u));
+    if (!r.settled()) {
+        r.s = TrackCurve::solve(b.ax[l], b.bx[l], b.cx[l], u);
+        r.slope = (3.0 * b.ax[l] * r.s + 2.0 * b.bx[l]) * r.s + b.cx[l];
+    }
+    keep(b, l, u, r);
+    return static_cast<float>(cubic(b.v0[l], b.cv[l], b.bv[l], b.av[l], r.s));
+}
+
+// Steps lane l onto the segment after its own, which starts where the lane's ends.
+void TrackCurvePlayer::step(Block& b, int l, float t)
+{
+    const Segment* g = b.next[l];
+    TrackCurveShape<float> shape = TrackCurve::shape(*g, b.t1[l]);
+    load(b, l, shape);
+    b.next[l] = g + 1 < b.end[l] ? g + 1 : nullptr;
+    if (b.next[l])
+        __builtin_prefetch(b.next[l]);
+    if (shape.mode == Segment::BEZIER) {
+        double u = TrackCurve::normalised(shape, t);
+        b.s[l] = static_cast<float>(TrackCurve::start(shape, u));
+        b.u[l] = static_cast<float>(u);
+        b.rate[l] = 0.0f;
+    }
+}
+
+// Puts lane l on the segment of its channel's curve that holds t.
+void TrackCurvePlayer::search(Block& b, int l, int channel, float t)
+{
+    const TrackCurveData<float>& curve = *m_curves[channel];
+    const float* times = curve.times.data();
+    const Segment* segments = curve.segments.data();
+    int count = curve.times.size();
+    int hint = b.next[l] ? static_cast<int>(b.next[l] - segments) - 1 : 0;
+    int c = TrackSegment::find(times, count, t, hint);
+    b.end[l] = segments + count;
+    if (c < 0) {
+        load(b, l, TrackCurve::before(segments[0], times[0]));
+        b.next[l] = segments;
+        return;
+    }
+    load(b, l, TrackCurve::shape(segments[c], times[c]));
+    b.next[l] = c + 1 < count ? segments + c + 1 : nullptr;
+}
+
+// Puts shape into lane l, with the prediction s = u until the lane is solved.
+void TrackCurvePlayer::load(Block& b, int l, const TrackCurveShape<float>& shape)
+{
+    bool bezier = shape.mode == Segment::BEZIER;
+    b.t0[l] = shape.t0;
+    b.t1[l] = shape.t1;
+    b.origin[l] = shape.inv != 0.0f ? shape.t0 : 0.0f;
+    b.inv[l] = shape.inv;
+    b.v0[l] = shape.v0;
+    b.cv[l] = shape.cv;
+    b.bv[l] = shape.bv;
+    b.av[l] = shape.av;
+    b.ax[l] = bezier ? shape.ax : 0.0;
+    b.bx[l] = bezier ? shape.bx : 0.0;
+    b.cx[l] = bezier ? shape.cx : 1.0;
+    b.s[l] = 0.0f;
+    b.u[l] = 0.0f;
+    b.rate[l] = 1.0f;
+    b.bezier = bezier ? b.bezier | (1u << l) : b.bezier & ~(1u << l);
+}

@@ -1,0 +1,80 @@
+#pragma once
+
+#include <cstdint>
+
+#include "anim/TrackCurve.h"
+#include "kit/jVector.h"
+
+// Plays many compiled float curves at one time per frame: a channel per curve, each with a segment
+// cursor that works as TrackCurveCursor does (steps onto the next segment, predicts the Bezier
+// solution from the last frame, searches after a jump). The cursors live in blocks of LANES
+// channels laid out lane by lane, so a frame is one pass of straight-line arithmetic over
+// contiguous memory that the compiler turns into vector code. A lane that leaves its segment, or
+// whose prediction does not settle, is played again on its own a few blocks later, when the
+// segment it steps onto, asked for at once, has had time to arrive.
+class TrackCurvePlayer {
+public:
+    static constexpr int LANES = 8;
+
+    TrackCurvePlayer() = default;
+    TrackCurvePlayer(const TrackCurvePlayer&) = delete;
+    TrackCurvePlayer& operator=(const TrackCurvePlayer&) = delete;
+
+    // Adds a channel that plays curve, which must have keys and must not be recompiled or freed
+    // while the channel plays it. Returns the channel's index (channels are numbered from 0 in the
+    // order they are added).
+    int add(const TrackCurveData<float>* curve);
+    // Returns the number of channels.
+    int size() const { return m_curves.size(); }
+    // Forgets every channel and frees the storage.
+    void clear();
+
+    // Writes every channel's value at t to out[0 .. size()).
+    void play(float t, float* out);
+
+private:
+    using Segment = TrackCurveSegment<float>;
+
+    // The cursors of LANES channels, a lane per channel: the segment each is on, as
+    // TrackCurveShape holds it, and its last solution. Segments that need no solving keep the
+    // timing polynomial of a straight line (s = u), so that every lane can take the same Newton
+    // steps.
+    struct Block {
+        float t0[LANES];
+        float t1[LANES];
+        // Where normalised time starts: t0, or 0 on segments that hold one value (inv 0), whose
+        // t0 may be minus infinity.
+        float origin[LANES];
+        float inv[LANES];
+        float v0[LANES];
+        float cv[LANES];
+        float bv[LANES];
+        float av[LANES];
+        double ax[LANES];
+        double bx[LANES];
+        double cx[LANES];
+        // The last solution: curve parameter, normalised time and ds/du.
+        float s[LANES];
+        float u[LANES];
+        float rate[LANES];
+        // The segment after the lane's (null after the last key's) and the end of the curve's
+        // segments.
+        const Segment* next[LANES];
+        const Segment* end[LANES];
+        uint32_t bezier; // bit l: lane l's segment needs solving
+    };
+
+    static uint32_t play_block(Block& b, float t, float* __restrict out);
+    struct Solution;
+    static double predict(const Block& b, int l, double u);
+    static void keep(Block& b, int l, double u, const Solution& r);
+    void play_missed(int k, float t, float* out);
+    float play_lane(Block& b, int l, int channel, float t);
+    static void step(Block& b, int l, float t);
+    void search(Block& b, int l, int channel, float t);
+    static void load(Block& b, int l, const TrackCurveShape<float>& shape);
+
+    jVector<const TrackCurveData<float>*> m_curves;
+    jVector<Block> m_blocks;
+    jVector<uint32_t> m_missed; // per block, the lanes its last pass missed
+};
