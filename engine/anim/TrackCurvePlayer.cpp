@@ -17,9 +17,9 @@ const int PIPELINE = 8;
 
 // The normalised time of t in a lane's segment, as TrackCurve::normalised gives it (0 for segments
 // that hold one value, where t - t0 may be infinite).
-double normalised(float t, float t0, float inv)
+double normalised(float t, float t0, double inv)
 {
-    return inv != 0.0f ? static_cast<double>(t - t0) * inv : 0.0;
+    return inv != 0.0 ? static_cast<double>(t - t0) * inv : 0.0;
 }
 
 double cubic(double v0, double cv, double bv, double av, double s)
@@ -78,17 +78,25 @@ void TrackCurvePlayer::play(float t, float* out)
 {
     const int count = m_curves.size();
     const int blocks = m_blocks.size();
+    // The block pass takes normalised time from t - origin, which infinities would turn into NaN.
+    const bool finite = std::isfinite(t);
     for (int k = 0; k < blocks; ++k) {
         Block& b = m_blocks[k];
         int first = k * LANES;
         int lanes = count - first < LANES ? count - first : LANES;
-        float values[LANES];
-        uint32_t missed = play_block(b, t, values) & (lanes == LANES ? ALL_LANES : (1u << lanes) - 1);
-        for (int l = 0; l < lanes; ++l)
-            out[first + l] = values[l];
+        uint32_t used = lanes == LANES ? ALL_LANES : (1u << lanes) - 1;
+        uint32_t missed = used;
+        if (finite) {
+            float values[LANES];
+            missed &= play_block(b, t, values);
+            for (int l = 0; l < lanes; ++l)
+                out[first + l] = values[l];
+        }
         m_missed[k] = missed;
-        for (uint32_t m = missed; m; m &= m - 1)
-            __builtin_prefetch(b.next[__builtin_ctz(m)]);
+        for (uint32_t m = missed; m; m &= m - 1) {
+            int l = __builtin_ctz(m);
+            __builtin_prefetch(t < b.t0[l] ? b.begin[l] : b.next[l]);
+        }
         if (k >= PIPELINE)
             play_missed(k - PIPELINE, t, out);
     }
@@ -100,7 +108,9 @@ void TrackCurvePlayer::play(float t, float* out)
 // (where the lanes that need no solving settle on s = u at once), without on the others. Returns
 // the lanes that t has left or whose solution did not settle. Free of branches, so that the
 // compiler can play several lanes per instruction.
-uint32_t TrackCurvePlayer::play_block(Block& b, float t, float* __restrict out)
+// Compiled twice, the wider vectors chosen at load time where the processor has them.
+__attribute__((target_clones("avx2", "default"))) uint32_t TrackCurvePlayer::play_block(Block& b, float t,
+                                                                                        float* __restrict out)
 {
     int32_t played[LANES];
     if (!b.bezier) {
@@ -153,10 +163,15 @@ float TrackCurvePlayer::play_lane(Block& b, int l, int channel, float t)
 {
     if (!(t >= b.t0[l] && t < b.t1[l])) {
         const Segment* g = b.next[l];
-        if (g && t >= b.t1[l] && t < g->t1)
+        if (g && t >= b.t1[l] && t < g->t1) {
             step(b, l, t);
-        else
+        } else if (restarts(b, l, t)) {
+            b.t1[l] = b.first[l];
+            b.next[l] = b.begin[l];
+            step(b, l, t);
+        } else {
             search(b, l, channel, t);
+        }
     }
     double u = normalised(t, b.t0[l], b.inv[l]);
     if (!(b.bezier & (1u << l)))
@@ -176,7 +191,7 @@ void TrackCurvePlayer::step(Block& b, int l, float t)
     const Segment* g = b.next[l];
     TrackCurveShape<float> shape = TrackCurve::shape(*g, b.t1[l]);
     load(b, l, shape);
-    b.next[l] = g + 1 < b.end[l] ? g + 1 : nullptr;
+    b.next[l] = g + 1 < b.begin[l] + b.count[l] ? g + 1 : nullptr;
     if (b.next[l])
         __builtin_prefetch(b.next[l]);
     if (shape.mode == Segment::BEZIER) {
@@ -185,6 +200,12 @@ void TrackCurvePlayer::step(Block& b, int l, float t)
         b.u[l] = static_cast<float>(u);
         b.rate[l] = 0.0f;
     }
+}
+
+// Whether t is in the first segment of lane l's curve, where a looping clip starts over.
+bool TrackCurvePlayer::restarts(const Block& b, int l, float t)
+{
+    return b.begin[l] && t >= b.first[l] && t < b.begin[l]->t1;
 }
 
 // Puts lane l on the segment of its channel's curve that holds t.
@@ -196,7 +217,9 @@ void TrackCurvePlayer::search(Block& b, int l, int channel, float t)
     int count = curve.times.size();
     int hint = b.next[l] ? static_cast<int>(b.next[l] - segments) - 1 : 0;
     int c = TrackSegment::find(times, count, t, hint);
-    b.end[l] = segments + count;
+    b.begin[l] = segments;
+    b.count[l] = count;
+    b.first[l] = times[0];
     if (c < 0) {
         load(b, l, TrackCurve::before(segments[0], times[0]));
         b.next[l] = segments;
@@ -212,7 +235,7 @@ void TrackCurvePlayer::load(Block& b, int l, const TrackCurveShape<float>& shape
     bool bezier = shape.mode == Segment::BEZIER;
     b.t0[l] = shape.t0;
     b.t1[l] = shape.t1;
-    b.origin[l] = shape.inv != 0.0f ? shape.t0 : 0.0f;
+    b.origin[l] = shape.inv != 0.0 ? shape.t0 : 0.0f;
     b.inv[l] = shape.inv;
     b.v0[l] = shape.v0;
     b.cv[l] = shape.cv;

@@ -33,7 +33,9 @@ template <class Value>
 struct TrackCurveShape {
     float t0 = 0.0f;
     float t1 = 0.0f;
-    float inv = 0.0f; // 1 / (t1 - t0), 0 for segments that hold one value
+    // 1 / (t1 - t0), 0 for segments that hold one value. In double: near a handle that flattens
+    // the timing curve the value is steep enough in time that a float's rounding here shows.
+    double inv = 0.0;
     int mode = TrackCurveSegment<Value>::CONSTANT;
     // Kept in double: rounding them to float would move the curve's timing by up to a few 1e-7 of the
     // segment, which steep segments turn into value errors above a millionth.
@@ -97,7 +99,7 @@ public:
         if (g.mode == S::CONSTANT)
             return s;
         double scale = 1.0 / (static_cast<double>(s.t1) - s.t0);
-        s.inv = static_cast<float>(scale);
+        s.inv = scale;
         if (g.mode == S::BEZIER)
             timing(g, scale, s);
         return s;

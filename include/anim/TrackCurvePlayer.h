@@ -45,11 +45,11 @@ private:
         // Where normalised time starts: t0, or 0 on segments that hold one value (inv 0), whose
         // t0 may be minus infinity.
         float origin[LANES];
-        float inv[LANES];
         float v0[LANES];
         float cv[LANES];
         float bv[LANES];
         float av[LANES];
+        double inv[LANES];
         double ax[LANES];
         double bx[LANES];
         double cx[LANES];
@@ -57,10 +57,12 @@ private:
         float s[LANES];
         float u[LANES];
         float rate[LANES];
-        // The segment after the lane's (null after the last key's) and the end of the curve's
-        // segments.
+        // The segment after the lane's (null after the last key's).
         const Segment* next[LANES];
-        const Segment* end[LANES];
+        // The curve's segments and the time of its first key (a looping clip starts over there).
+        const Segment* begin[LANES];
+        int count[LANES];
+        float first[LANES];
         uint32_t bezier; // bit l: lane l's segment needs solving
     };
 
@@ -71,6 +73,7 @@ private:
     void play_missed(int k, float t, float* out);
     float play_lane(Block& b, int l, int channel, float t);
     static void step(Block& b, int l, float t);
+    static bool restarts(const Block& b, int l, float t);
     void search(Block& b, int l, int channel, float t);
     static void load(Block& b, int l, const TrackCurveShape<float>& shape);
 
