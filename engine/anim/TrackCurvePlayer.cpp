@@ -5,9 +5,11 @@
 
 #include "anim/TrackCurveCursor.h"
 #include "anim/TrackSegment.h"
+#include "kit/jAllocator.h"
 
 namespace {
 
+const char* const FILE_TAG = "engine/anim/TrackCurvePlayer";
 const int LANES = TrackCurvePlayer::LANES;
 const uint32_t ALL_LANES = (1u << LANES) - 1;
 
@@ -59,8 +61,9 @@ struct TrackCurvePlayer::Solution {
 int TrackCurvePlayer::add(const TrackCurveData<float>* curve)
 {
     int channel = m_curves.size();
+    free_table();
     if (channel % LANES == 0) {
-        m_blocks.append(Block{}); // lanes of no segment: every time misses them
+        m_blocks.append(Block{});
         m_missed.append(0);
     }
     m_curves.append(curve);
@@ -69,15 +72,50 @@ int TrackCurvePlayer::add(const TrackCurveData<float>* curve)
 
 void TrackCurvePlayer::clear()
 {
+    free_table();
     m_curves.release();
     m_blocks.release();
     m_missed.release();
+    m_offsets.release();
+}
+
+// Copies every curve's segments into the table and puts every lane on no segment (every time
+// misses it, so its first play searches the table).
+void TrackCurvePlayer::build_table()
+{
+    int total = 0;
+    m_offsets.clear();
+    for (const TrackCurveData<float>* curve : m_curves) {
+        m_offsets.append(total);
+        total += curve->segments.size();
+    }
+    m_table_bytes = sizeof(Segment) * static_cast<size_t>(total);
+    m_table = static_cast<Segment*>(jAllocator::get()->largeAlloc(m_table_bytes));
+    memAddInfo(m_table, true, FILE_TAG, __LINE__, "TrackCurvePlayer::build_table", m_table_bytes);
+    for (int i = 0; i < m_curves.size(); ++i) {
+        const jVector<Segment>& segments = m_curves[i]->segments;
+        std::copy(segments.begin(), segments.end(), m_table + m_offsets[i]);
+    }
+    for (Block& b : m_blocks)
+        b = Block{};
+}
+
+void TrackCurvePlayer::free_table()
+{
+    if (!m_table)
+        return;
+    memRemoveInfo(m_table, FILE_TAG, __LINE__, "TrackCurvePlayer::free_table");
+    jAllocator::get()->largeFree(m_table, m_table_bytes);
+    m_table = nullptr;
+    m_table_bytes = 0;
 }
 
 void TrackCurvePlayer::play(float t, float* out)
 {
     const int count = m_curves.size();
     const int blocks = m_blocks.size();
+    if (!m_table && count > 0)
+        build_table();
     // The block pass takes normalised time from t - origin, which infinities would turn into NaN.
     const bool finite = std::isfinite(t);
     for (int k = 0; k < blocks; ++k) {
@@ -213,7 +251,7 @@ void TrackCurvePlayer::search(Block& b, int l, int channel, float t)
 {
     const TrackCurveData<float>& curve = *m_curves[channel];
     const float* times = curve.times.data();
-    const Segment* segments = curve.segments.data();
+    const Segment* segments = m_table + m_offsets[channel];
     int count = curve.times.size();
     int hint = b.next[l] ? static_cast<int>(b.next[l] - segments) - 1 : 0;
     int c = TrackSegment::find(times, count, t, hint);

@@ -1,5 +1,8 @@
 #include "kit/jAllocator.h"
 
+#include <sys/mman.h>
+
+#include <cstdint>
 #include <cstdlib>
 
 #include "kit/jLog.h"
@@ -23,4 +26,44 @@ void* jAllocator::localAlloc(size_t size)
 void jAllocator::localFree(void* ptr)
 {
     std::free(ptr);
+}
+
+namespace {
+
+const size_t HUGE_PAGE = size_t(2) << 20;
+
+size_t hugeRounded(size_t size)
+{
+    return (size + HUGE_PAGE - 1) / HUGE_PAGE * HUGE_PAGE;
+}
+
+} // namespace
+
+void* jAllocator::largeAlloc(size_t size)
+{
+    if (size < HUGE_PAGE)
+        return localAlloc(size);
+    // Map a huge page more than needed, then give back what lies outside the aligned part.
+    size_t rounded = hugeRounded(size);
+    void* mapped = mmap(nullptr, rounded + HUGE_PAGE, PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
+    if (mapped == MAP_FAILED) {
+        jLog::fatal("%s:out of memory allocating %zu bytes", "jAllocator::largeAlloc", size);
+        std::abort();
+    }
+    auto start = reinterpret_cast<uintptr_t>(mapped);
+    uintptr_t aligned = (start + HUGE_PAGE - 1) / HUGE_PAGE * HUGE_PAGE;
+    if (aligned > start)
+        munmap(mapped, aligned - start);
+    if (size_t tail = start + HUGE_PAGE - aligned)
+        munmap(reinterpret_cast<void*>(aligned + rounded), tail);
+    madvise(reinterpret_cast<void*>(aligned), rounded, MADV_HUGEPAGE);
+    return reinterpret_cast<void*>(aligned);
+}
+
+void jAllocator::largeFree(void* ptr, size_t size)
+{
+    if (size < HUGE_PAGE)
+        localFree(ptr);
+    else if (ptr)
+        munmap(ptr, hugeRounded(size));
 }

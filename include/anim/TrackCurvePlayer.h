@@ -11,17 +11,20 @@
 // channels laid out lane by lane, so a frame is one pass of straight-line arithmetic over
 // contiguous memory that the compiler turns into vector code. A lane that leaves its segment, or
 // whose prediction does not settle, is played again on its own a few blocks later, when the
-// segment it steps onto, asked for at once, has had time to arrive.
+// segment it steps onto, asked for at once, has had time to arrive. The segments of all curves are
+// copied into one table on huge pages when playback starts, so that the segments the lanes step
+// onto, spread over the whole table, cost one memory read each and no address translation miss.
 class TrackCurvePlayer {
 public:
     static constexpr int LANES = 8;
 
     TrackCurvePlayer() = default;
+    ~TrackCurvePlayer() { clear(); }
     TrackCurvePlayer(const TrackCurvePlayer&) = delete;
     TrackCurvePlayer& operator=(const TrackCurvePlayer&) = delete;
 
     // Adds a channel that plays curve, which must have keys and must not be recompiled or freed
-    // while the channel plays it. Returns the channel's index (channels are numbered from 0 in the
+    // while the channel plays it (the next play after an add copies every curve again). Returns the channel's index (channels are numbered from 0 in the
     // order they are added).
     int add(const TrackCurveData<float>* curve);
     // Returns the number of channels.
@@ -76,8 +79,15 @@ private:
     static bool restarts(const Block& b, int l, float t);
     void search(Block& b, int l, int channel, float t);
     static void load(Block& b, int l, const TrackCurveShape<float>& shape);
+    void build_table();
+    void free_table();
 
     jVector<const TrackCurveData<float>*> m_curves;
     jVector<Block> m_blocks;
     jVector<uint32_t> m_missed; // per block, the lanes its last pass missed
+    // The copies of the curves' segments, channel after channel (null until the next play), and
+    // where each channel's start.
+    Segment* m_table = nullptr;
+    size_t m_table_bytes = 0;
+    jVector<int> m_offsets;
 };

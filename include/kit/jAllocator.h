@@ -19,6 +19,14 @@ public:
     void* localAlloc(size_t size);
     // Frees memory obtained from localAlloc; null is ignored.
     void localFree(void* ptr);
+
+    // Returns size bytes for a large table that is read all over (as playback reads its curves),
+    // page-aligned and backed by huge pages where the system offers them, so that reading it at
+    // random does not miss the address translation cache as well. Tables smaller than a huge page
+    // come from localAlloc. Aborts as localAlloc does.
+    void* largeAlloc(size_t size);
+    // Frees memory obtained from largeAlloc with the same size; null is ignored.
+    void largeFree(void* ptr, size_t size);
 };
 
 // Registers a live allocation. isBuffer is true for raw buffers, false for objects. file, tag and
