@@ -112,29 +112,11 @@ void TrackCurvePlayer::free_table()
 
 void TrackCurvePlayer::play(float t, float* out)
 {
-    const int count = m_curves.size();
-    const int blocks = m_blocks.size();
-    if (!m_table && count > 0)
+    if (!m_table && size() > 0)
         build_table();
-    // The block pass takes normalised time from t - origin, which infinities would turn into NaN.
-    const bool finite = std::isfinite(t);
+    const int blocks = m_blocks.size();
     for (int k = 0; k < blocks; ++k) {
-        Block& b = m_blocks[k];
-        int first = k * LANES;
-        int lanes = count - first < LANES ? count - first : LANES;
-        uint32_t used = lanes == LANES ? ALL_LANES : (1u << lanes) - 1;
-        uint32_t missed = used;
-        if (finite) {
-            float values[LANES];
-            missed &= play_block(b, t, values);
-            for (int l = 0; l < lanes; ++l)
-                out[first + l] = values[l];
-        }
-        m_missed[k] = missed;
-        for (uint32_t m = missed; m; m &= m - 1) {
-            int l = __builtin_ctz(m);
-            __builtin_prefetch(t < b.t0[l] ? b.begin[l] : b.next[l]);
-        }
+        m_missed[k] = play_fast(k, t, out);
         if (k >= PIPELINE)
             play_missed(k - PIPELINE, t, out);
     }
@@ -142,11 +124,32 @@ void TrackCurvePlayer::play(float t, float* out)
         play_missed(k, t, out);
 }
 
+// Plays the lanes of block k that stay in their segments into out. Returns the others, whose next
+// segments (or first, when t went back) are asked for now.
+uint32_t TrackCurvePlayer::play_fast(int k, float t, float* out)
+{
+    Block& b = m_blocks[k];
+    int first = k * LANES;
+    int lanes = std::min(size() - first, LANES);
+    uint32_t missed = lanes == LANES ? ALL_LANES : (1u << lanes) - 1;
+    // The block pass takes normalised time from t - origin, which infinities would turn into NaN.
+    if (std::isfinite(t)) {
+        float values[LANES];
+        missed &= play_block(b, t, values);
+        std::copy(values, values + lanes, out + first);
+    }
+    for (uint32_t m = missed; m; m &= m - 1) {
+        int l = __builtin_ctz(m);
+        __builtin_prefetch(t < b.t0[l] ? b.begin[l] : b.next[l]);
+    }
+    return missed;
+}
+
 // Plays every lane of b at t from its prediction: with Newton steps on blocks with a Bezier lane
 // (where the lanes that need no solving settle on s = u at once), without on the others. Returns
 // the lanes that t has left or whose solution did not settle. Free of branches, so that the
-// compiler can play several lanes per instruction.
-// Compiled twice, the wider vectors chosen at load time where the processor has them.
+// compiler can play several lanes per instruction; compiled twice, for processors with and without
+// the wider vectors, and chosen when the library is loaded.
 __attribute__((target_clones("avx2", "default"))) uint32_t TrackCurvePlayer::play_block(Block& b, float t,
                                                                                         float* __restrict out)
 {

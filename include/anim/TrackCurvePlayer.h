@@ -69,6 +69,7 @@ private:
         uint32_t bezier; // bit l: lane l's segment needs solving
     };
 
+    uint32_t play_fast(int k, float t, float* out);
     static uint32_t play_block(Block& b, float t, float* __restrict out);
     struct Solution;
     static double predict(const Block& b, int l, double u);
