@@ -110,6 +110,36 @@ void TrackCurvePlayer::free_table()
     m_table_bytes = 0;
 }
 
+// Plays every lane of b at t from its prediction: with Newton steps on blocks with a Bezier lane
+// (where the lanes that need no solving settle on s = u at once), without on the others. Returns
+// the lanes that t has left or whose solution did not settle. Free of branches, so that the
+// compiler can play several lanes per instruction; compiled twice, for processors with and without
+// the wider vectors, and chosen when the library is loaded.
+__attribute__((target_clones("avx2", "default"))) uint32_t TrackCurvePlayer::play_block(Block& b, float t,
+                                                                                        float* __restrict out)
+{
+    int32_t played[LANES];
+    if (!b.bezier) {
+        for (int l = 0; l < LANES; ++l) {
+            double u = static_cast<double>(t - b.origin[l]) * b.inv[l];
+            out[l] = static_cast<float>(cubic(b.v0[l], b.cv[l], b.bv[l], b.av[l], u));
+            played[l] = (t >= b.t0[l]) & (t < b.t1[l]);
+        }
+    } else {
+        for (int l = 0; l < LANES; ++l) {
+            double u = static_cast<double>(t - b.origin[l]) * b.inv[l];
+            Solution r = Solution::newton(b.ax[l], b.bx[l], b.cx[l], u, predict(b, l, u));
+            keep(b, l, u, r);
+            out[l] = static_cast<float>(cubic(b.v0[l], b.cv[l], b.bv[l], b.av[l], r.s));
+            played[l] = (t >= b.t0[l]) & (t < b.t1[l]) & r.settled();
+        }
+    }
+    uint32_t missed = 0;
+    for (int l = 0; l < LANES; ++l)
+        missed |= static_cast<uint32_t>(!played[l]) << l;
+    return missed;
+}
+
 void TrackCurvePlayer::play(float t, float* out)
 {
     if (!m_table && size() > 0)
@@ -142,36 +172,6 @@ uint32_t TrackCurvePlayer::play_fast(int k, float t, float* out)
         int l = __builtin_ctz(m);
         __builtin_prefetch(t < b.t0[l] ? b.begin[l] : b.next[l]);
     }
-    return missed;
-}
-
-// Plays every lane of b at t from its prediction: with Newton steps on blocks with a Bezier lane
-// (where the lanes that need no solving settle on s = u at once), without on the others. Returns
-// the lanes that t has left or whose solution did not settle. Free of branches, so that the
-// compiler can play several lanes per instruction; compiled twice, for processors with and without
-// the wider vectors, and chosen when the library is loaded.
-__attribute__((target_clones("avx2", "default"))) uint32_t TrackCurvePlayer::play_block(Block& b, float t,
-                                                                                        float* __restrict out)
-{
-    int32_t played[LANES];
-    if (!b.bezier) {
-        for (int l = 0; l < LANES; ++l) {
-            double u = static_cast<double>(t - b.origin[l]) * b.inv[l];
-            out[l] = static_cast<float>(cubic(b.v0[l], b.cv[l], b.bv[l], b.av[l], u));
-            played[l] = (t >= b.t0[l]) & (t < b.t1[l]);
-        }
-    } else {
-        for (int l = 0; l < LANES; ++l) {
-            double u = static_cast<double>(t - b.origin[l]) * b.inv[l];
-            Solution r = Solution::newton(b.ax[l], b.bx[l], b.cx[l], u, predict(b, l, u));
-            keep(b, l, u, r);
-            out[l] = static_cast<float>(cubic(b.v0[l], b.cv[l], b.bv[l], b.av[l], r.s));
-            played[l] = (t >= b.t0[l]) & (t < b.t1[l]) & r.settled();
-        }
-    }
-    uint32_t missed = 0;
-    for (int l = 0; l < LANES; ++l)
-        missed |= static_cast<uint32_t>(!played[l]) << l;
     return missed;
 }
 
