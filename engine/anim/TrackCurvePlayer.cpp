@@ -113,10 +113,8 @@ void TrackCurvePlayer::free_table()
 // Plays every lane of b at t from its prediction: with Newton steps on blocks with a Bezier lane
 // (where the lanes that need no solving settle on s = u at once), without on the others. Returns
 // the lanes that t has left or whose solution did not settle. Free of branches, so that the
-// compiler can play several lanes per instruction; compiled twice, for processors with and without
-// the wider vectors, and chosen when the library is loaded.
-__attribute__((target_clones("avx2", "default"))) uint32_t TrackCurvePlayer::play_block(Block& b, float t,
-                                                                                        float* __restrict out)
+// compiler can play several lanes per instruction.
+__attribute__((always_inline)) inline uint32_t TrackCurvePlayer::play_block(Block& b, float t, float* __restrict out)
 {
     int32_t played[LANES];
     if (!b.bezier) {
@@ -140,23 +138,10 @@ __attribute__((target_clones("avx2", "default"))) uint32_t TrackCurvePlayer::pla
     return missed;
 }
 
-void TrackCurvePlayer::play(float t, float* out)
-{
-    if (!m_table && size() > 0)
-        build_table();
-    const int blocks = m_blocks.size();
-    for (int k = 0; k < blocks; ++k) {
-        m_missed[k] = play_fast(k, t, out);
-        if (k >= PIPELINE)
-            play_missed(k - PIPELINE, t, out);
-    }
-    for (int k = blocks > PIPELINE ? blocks - PIPELINE : 0; k < blocks; ++k)
-        play_missed(k, t, out);
-}
-
 // Plays the lanes of block k that stay in their segments into out. Returns the others, whose next
-// segments (or first, when t went back) are asked for now.
-uint32_t TrackCurvePlayer::play_fast(int k, float t, float* out)
+// segments (or first, when t went back) are asked for now. Compiled twice, for processors with and
+// without the wider vectors, and chosen when the library is loaded.
+__attribute__((target_clones("avx2", "default"))) uint32_t TrackCurvePlayer::play_fast(int k, float t, float* out)
 {
     Block& b = m_blocks[k];
     int first = k * LANES;
@@ -173,6 +158,20 @@ uint32_t TrackCurvePlayer::play_fast(int k, float t, float* out)
         __builtin_prefetch(t < b.t0[l] ? b.begin[l] : b.next[l]);
     }
     return missed;
+}
+
+void TrackCurvePlayer::play(float t, float* out)
+{
+    if (!m_table && size() > 0)
+        build_table();
+    const int blocks = m_blocks.size();
+    for (int k = 0; k < blocks; ++k) {
+        m_missed[k] = play_fast(k, t, out);
+        if (k >= PIPELINE)
+            play_missed(k - PIPELINE, t, out);
+    }
+    for (int k = blocks > PIPELINE ? blocks - PIPELINE : 0; k < blocks; ++k)
+        play_missed(k, t, out);
 }
 
 // Lane l's last solution moved along its slope to normalised time u, kept inside [0, 1].
