@@ -1,5 +1,7 @@
 #include "PackageBuilder.h"
 
+#include <bit>
+#include <cfloat>
 #include <charconv>
 #include <climits>
 #include <cstring>
@@ -37,6 +39,66 @@ bool beyond_largest_double(const char* p, const char* end)
     for (; p < end; ++p)
         exponent = exponent < limit ? exponent * 10 + (*p - '0') : limit;
     return magnitude + (negative ? -exponent : exponent) > 0;
+}
+
+bool is_digit(char c)
+{
+    return static_cast<unsigned>(c - '0') <= 9;
+}
+
+// Returns the first byte from p on that is not a digit, or end. Numbers are short, and where their
+// digits stop is different each time: finding it eight bytes at a time saves a mispredicted branch.
+const char* skip_digits(const char* p, const char* end)
+{
+    if constexpr (std::endian::native == std::endian::little) {
+        for (; end - p >= 8; p += 8) {
+            uint64_t word;
+            std::memcpy(&word, p, 8);
+            word ^= 0x3030303030303030; // digits become bytes 0 to 9
+            // The top bit of each byte that is 10 or more; the additions cannot carry across bytes.
+            uint64_t others = (((word & 0x7F7F7F7F7F7F7F7F) + 0x7676767676767676) | word) & 0x8080808080808080;
+            if (others)
+                return p + std::countr_zero(others) / 8;
+        }
+    }
+    while (p < end && is_digit(*p))
+        ++p;
+    return p;
+}
+
+// Returns whether the reader's own value of the number at p (its grammar already checked) is the
+// nearest double. In its normal precision the reader gathers the digits in a 64-bit integer while
+// they stay below 2^53 and applies the power of ten with one multiplication or division by an exact
+// table entry. With at most 15 digits, which nearly every number a program writes has, that integer
+// holds all of them; with a power of ten within 10^-22 to 10^22 both operands are then exact, and
+// the one rounding of the operation is the right one.
+bool reader_value_is_exact(const char* p, const char* end)
+{
+    if constexpr (FLT_EVAL_METHOD != 0)
+        return false; // the operation would round to a wider type first
+    p += *p == '-';
+    const char* q = skip_digits(p, end);
+    long fraction = 0;
+    if (q < end && *q == '.') {
+        const char* first = q + 1;
+        q = skip_digits(first, end);
+        fraction = q - first;
+    }
+    if (q - p - (fraction > 0) > 15)
+        return false;
+    if (q == end || (*q != 'e' && *q != 'E'))
+        return true; // the power is 10^-fraction
+    ++q;
+    bool negative = q < end && *q == '-';
+    q += q < end && (*q == '-' || *q == '+');
+    long exponent = 0;
+    for (int n = 0; q < end && is_digit(*q); ++q, ++n) {
+        if (n == 3)
+            return false;
+        exponent = exponent * 10 + (*q - '0');
+    }
+    long power = (negative ? -exponent : exponent) - fraction;
+    return power >= -22 && power <= 22;
 }
 
 } // namespace
@@ -173,19 +235,22 @@ bool PackageBuilder::Uint64(uint64_t value)
     return Int64(static_cast<int64_t>(value));
 }
 
-bool PackageBuilder::Double(double)
+bool PackageBuilder::Double(double approximate)
 {
-    // The reader's own conversion is approximate (its exact one reads outside its tables on some
-    // long mantissas with large exponents). The number's bytes are still where the stream stands,
-    // the reader has checked their grammar, so they are converted again here, exactly.
+    // The reader's exact conversion reads outside its tables on some long mantissas with large
+    // exponents, so it runs in its normal precision, whose value is only sometimes the nearest.
+    // The number's bytes are still where the stream stands, with their grammar checked: when they
+    // show that the reader's value is not exact, they are converted again here.
     size_t start = m_stream.Tell();
     const char* text = m_text + start;
-    double value = 0;
-    std::from_chars_result read = std::from_chars(text, m_stream.getEnd(), value);
-    if (read.ec == std::errc::result_out_of_range) {
-        if (beyond_largest_double(text, read.ptr))
-            return fail("number too large for a double", start);
-        value = *text == '-' ? -0.0 : 0.0; // below the smallest subnormal: it rounds to zero
+    double value = approximate;
+    if (!reader_value_is_exact(text, m_stream.getEnd())) {
+        std::from_chars_result read = std::from_chars(text, m_stream.getEnd(), value);
+        if (read.ec == std::errc::result_out_of_range) {
+            if (beyond_largest_double(text, read.ptr))
+                return fail("number too large for a double", start);
+            value = *text == '-' ? -0.0 : 0.0; // below the smallest subnormal: it rounds to zero
+        }
     }
     begin_value(Package::DOUBLE, start)->m_value.d = value;
     return true;

@@ -220,6 +220,41 @@ TEST_F(mjlRead, ReadsEveryKindOfDecimalToTheSameValueAsTheGeneralConversion)
     }
 }
 
+// Short decimals take the reader's own value, which is exact only up to 15 digits and powers of ten
+// within 10^-22 to 10^22: numbers on both sides of each limit, in every way of writing them.
+TEST_F(mjlRead, ReadsDecimalsAtTheLimitsOfTheQuickConversionToTheNearestValue)
+{
+    std::mt19937_64 random(11);
+    std::vector<std::string> numbers = {"-0.0", "-0e5", "0.000000000000001", "0.0000000000000001", "123456789012345e-22",
+                                        "123456789012345e-23", "999999999999999e22", "999999999999999e23",
+                                        "1.23456789012345e-7", "1.234567890123456e-7", "5e-0022", "5e+022"};
+    for (int i = 0; i < 20000; ++i) {
+        std::string digits = std::to_string(1 + random() % 9);
+        for (int n = 13 + static_cast<int>(random() % 4); n > 0; --n) // 14 to 17 digits
+            digits += static_cast<char>('0' + random() % 10);
+        int power = static_cast<int>(random() % 51) - 25;
+        size_t point = random() % digits.size();
+        std::string decimal = point ? digits.substr(0, point) + "." + digits.substr(point) : digits;
+        int exponent = power + static_cast<int>(digits.size() - (point ? point : digits.size()));
+        numbers.push_back((random() % 2 ? "-" : "") + decimal + "e" + std::to_string(exponent));
+        numbers.push_back("0." + std::string(random() % 4, '0') + digits.substr(0, 1 + random() % 16));
+    }
+    std::string document = "[";
+    for (const std::string& number : numbers)
+        document += number + (&number == &numbers.back() ? "]" : ",\n");
+    Package* root = parse(document);
+    ASSERT_NE(root, nullptr);
+    ASSERT_EQ(root->getNumChildren(), static_cast<int>(numbers.size()));
+    for (size_t i = 0; i < numbers.size(); ++i) {
+        double expected = 0;
+        std::from_chars(numbers[i].data(), numbers[i].data() + numbers[i].size(), expected);
+        double read = root->getChild(static_cast<int>(i))->getDouble();
+        ASSERT_EQ(std::memcmp(&read, &expected, sizeof read), 0) << numbers[i] << " read as " << read;
+    }
+    EXPECT_TRUE(std::signbit(root->getChild(0)->getDouble()));
+    EXPECT_TRUE(std::signbit(root->getChild(1)->getDouble()));
+}
+
 TEST_F(mjlRead, ContainersReadFromTextGrowInPlaceWhenChildrenAreAdded)
 {
     auto member = [](int i) {
