@@ -35,8 +35,6 @@ static_assert(sizeof(Package) <= 40, "a node should stay within 40 bytes");
 
 Package::Package() = default;
 
-Package::Package(PackageArena* arena) : m_arena(arena) {}
-
 Package::~Package()
 {
     if (m_owns_arena)

@@ -67,15 +67,13 @@ const char* skip_digits(const char* p, const char* end)
 }
 
 // Returns whether the reader's own value of the number at p (its grammar already checked) is the
-// nearest double. In its normal precision the reader gathers the digits in a 64-bit integer while
+// nearest double, reading it digit by digit. In its normal precision the reader gathers the digits in a 64-bit integer while
 // they stay below 2^53 and applies the power of ten with one multiplication or division by an exact
 // table entry. With at most 15 digits, which nearly every number a program writes has, that integer
 // holds all of them; with a power of ten within 10^-22 to 10^22 both operands are then exact, and
 // the one rounding of the operation is the right one.
-bool reader_value_is_exact(const char* p, const char* end)
+bool exact_after_scan(const char* p, const char* end)
 {
-    if constexpr (FLT_EVAL_METHOD != 0)
-        return false; // the operation would round to a wider type first
     p += *p == '-';
     const char* q = skip_digits(p, end);
     long fraction = 0;
@@ -99,6 +97,40 @@ bool reader_value_is_exact(const char* p, const char* end)
     }
     long power = (negative ? -exponent : exponent) - fraction;
     return power >= -22 && power <= 22;
+}
+
+// The top bit of each byte of word that is outside '-' to '9' ("-./0123456789"), so that cannot
+// belong to a number without an exponent. The additions cannot carry across bytes.
+uint64_t outside_number(uint64_t word)
+{
+    uint64_t low = word & 0x7F7F7F7F7F7F7F7F;
+    uint64_t from_minus = low + 0x5353535353535353; // top bit set from '-' (0x2D) on
+    uint64_t past_nine = low + 0x4646464646464646;  // top bit set past '9' (0x39)
+    return (~from_minus | past_nine | word) & 0x8080808080808080;
+}
+
+// Returns whether the reader's own value of the number at p is the nearest double (see
+// exact_after_scan). A number of at most 15 bytes without an exponent, the usual case, has at most
+// 15 digits and a power of ten of 10^-15 at worst; two words tell that without a branch per digit.
+bool reader_value_is_exact(const char* p, const char* end)
+{
+    if constexpr (FLT_EVAL_METHOD != 0)
+        return false; // the operation would round to a wider type first
+    if constexpr (std::endian::native == std::endian::little) {
+        if (end - p >= 16) {
+            uint64_t words[2];
+            std::memcpy(words, p, sizeof words);
+            uint64_t first = outside_number(words[0]);
+            uint64_t stops = first ? first : outside_number(words[1]);
+            if (stops) {
+                int bit = std::countr_zero(stops); // the top bit of the first byte after the number
+                auto after = static_cast<char>((first ? words[0] : words[1]) >> (bit - 7));
+                if (after != 'e' && after != 'E')
+                    return true;
+            }
+        }
+    }
+    return exact_after_scan(p, end);
 }
 
 } // namespace
@@ -151,39 +183,21 @@ void PackageBuilder::locate(size_t offset, int& line, int& column)
     column = static_cast<int>(from_line_start > INT_MAX ? INT_MAX : from_line_start);
 }
 
-Package* PackageBuilder::push_pending()
+void PackageBuilder::grow_pending()
 {
-    if (m_pending_count == m_pending_capacity) {
-        size_t capacity = m_pending_capacity ? m_pending_capacity * 2 : 256;
-        void* grown = jAllocator::get()->localAlloc(capacity * sizeof(Package));
-        memAddInfo(grown, true, "engine/io/PackageBuilder", __LINE__, "PackageBuilder::push_pending",
-                   capacity * sizeof(Package));
-        if (m_pending) {
-            // Pending nodes hold only plain values and pointers into the arena: moving their bytes
-            // moves them.
-            std::memcpy(grown, static_cast<void*>(m_pending), m_pending_count * sizeof(Package));
-            memRemoveInfo(m_pending, "engine/io/PackageBuilder", __LINE__, "PackageBuilder::push_pending");
-            jAllocator::get()->localFree(m_pending);
-        }
-        m_pending = static_cast<Package*>(grown);
-        m_pending_capacity = capacity;
+    size_t capacity = m_pending_capacity ? m_pending_capacity * 2 : 256;
+    void* grown = jAllocator::get()->localAlloc(capacity * sizeof(Package));
+    memAddInfo(grown, true, "engine/io/PackageBuilder", __LINE__, "PackageBuilder::grow_pending",
+               capacity * sizeof(Package));
+    if (m_pending) {
+        // Pending nodes hold only plain values and pointers into the arena: moving their bytes
+        // moves them.
+        std::memcpy(grown, static_cast<void*>(m_pending), m_pending_count * sizeof(Package));
+        memRemoveInfo(m_pending, "engine/io/PackageBuilder", __LINE__, "PackageBuilder::grow_pending");
+        jAllocator::get()->localFree(m_pending);
     }
-    return new (m_pending + m_pending_count++) Package(m_arena);
-}
-
-Package* PackageBuilder::begin_value(Package::Type type, size_t start)
-{
-    Package* node = &m_root;
-    if (m_depth > 0) {
-        node = push_pending();
-        if (m_key) {
-            node->m_name = m_key;
-            m_key = nullptr;
-        }
-    }
-    node->m_type = type;
-    node->m_offset = start + 1;
-    return node;
+    m_pending = static_cast<Package*>(grown);
+    m_pending_capacity = capacity;
 }
 
 void PackageBuilder::finish()
@@ -196,36 +210,6 @@ bool PackageBuilder::fail(const char* reason, size_t offset)
     m_failure = reason;
     m_failure_offset = offset;
     return false;
-}
-
-bool PackageBuilder::Null()
-{
-    begin_value(Package::NUL, m_stream.Tell() - 4);
-    return true;
-}
-
-bool PackageBuilder::Bool(bool value)
-{
-    begin_value(Package::BOOL, m_stream.Tell() - (value ? 4 : 5))->m_value.b = value;
-    return true;
-}
-
-bool PackageBuilder::Int(int value)
-{
-    begin_value(Package::INT, m_stream.Tell())->m_value.i = value;
-    return true;
-}
-
-bool PackageBuilder::Uint(unsigned value)
-{
-    begin_value(Package::INT, m_stream.Tell())->m_value.i = value;
-    return true;
-}
-
-bool PackageBuilder::Int64(int64_t value)
-{
-    begin_value(Package::INT, m_stream.Tell())->m_value.i = value;
-    return true;
 }
 
 bool PackageBuilder::Uint64(uint64_t value)

@@ -236,7 +236,9 @@ TEST_F(mjlRead, ReadsDecimalsAtTheLimitsOfTheQuickConversionToTheNearestValue)
         size_t point = random() % digits.size();
         std::string decimal = point ? digits.substr(0, point) + "." + digits.substr(point) : digits;
         int exponent = power + static_cast<int>(digits.size() - (point ? point : digits.size()));
-        numbers.push_back((random() % 2 ? "-" : "") + decimal + "e" + std::to_string(exponent));
+        std::string mark = std::string(random() % 2 ? "E" : "e") + (exponent >= 0 && random() % 2 ? "+" : "");
+        numbers.push_back((random() % 2 ? "-" : "") + decimal + mark + std::to_string(exponent));
+        numbers.push_back(digits.substr(0, 1 + random() % 6) + mark + std::to_string(exponent));
         numbers.push_back("0." + std::string(random() % 4, '0') + digits.substr(0, 1 + random() % 16));
     }
     std::string document = "[";
