@@ -82,23 +82,13 @@ const char* PackageArena::copyName(const char* text, size_t length)
     return copy;
 }
 
-void PackageArena::indexLines(const char* text, size_t size)
+void PackageArena::indexLines(const uint64_t* newlines, size_t count)
 {
-    // Two quick passes (count, then note): memchr skips a line in a few instructions.
-    const char* end = text + size;
-    auto next = [end](const char* p) {
-        return static_cast<const char*>(std::memchr(p, '\n', static_cast<size_t>(end - p)));
-    };
-    size_t count = 0;
-    for (const char* p = next(text); p; p = next(p + 1))
-        ++count;
     if (count == 0)
         return;
-    auto* newlines = static_cast<uint64_t*>(allocate(count * sizeof(uint64_t), alignof(uint64_t)));
-    size_t n = 0;
-    for (const char* p = next(text); p; p = next(p + 1))
-        newlines[n++] = static_cast<uint64_t>(p - text);
-    m_newlines = newlines;
+    auto* copy = static_cast<uint64_t*>(allocate(count * sizeof(uint64_t), alignof(uint64_t)));
+    std::memcpy(copy, newlines, count * sizeof(uint64_t));
+    m_newlines = copy;
     m_newline_count = count;
 }
 

@@ -35,9 +35,9 @@ public:
     // Returns room for count child pointers.
     Package** makeItems(size_t count);
 
-    // Notes where the lines of the text the tree was read from start (once, after reading), so
-    // that nodes keep only a byte offset.
-    void indexLines(const char* text, size_t size);
+    // Notes where the lines of the text the tree was read from start (once, after reading), from
+    // the offsets of its count newlines in order, so that nodes keep only a byte offset.
+    void indexLines(const uint64_t* newlines, size_t count);
     // Gives the 1-based line and column of a byte offset of that text.
     void locate(uint64_t offset, int& line, int& column) const;
 

@@ -200,9 +200,9 @@ void PackageBuilder::grow_pending()
     m_pending_capacity = capacity;
 }
 
-void PackageBuilder::finish()
+void PackageBuilder::finish(const LineLog& lines)
 {
-    m_arena->indexLines(m_text, m_stream.Tell());
+    m_arena->indexLines(lines.offsets(), lines.count());
 }
 
 bool PackageBuilder::fail(const char* reason, size_t offset)

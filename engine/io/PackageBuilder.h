@@ -63,8 +63,9 @@ public:
     bool StartArray();
     bool EndArray(rapidjson::SizeType count);
 
-    // Completes a tree read without failure: its nodes can then tell their line and column.
-    void finish();
+    // Completes a tree read without failure, given the newlines of its text: its nodes can then
+    // tell their line and column.
+    void finish(const LineLog& lines);
 
     // Returns why the builder stopped the parse, or null when it did not.
     const char* getFailure() const { return m_failure; }

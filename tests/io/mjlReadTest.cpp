@@ -133,6 +133,21 @@ TEST_F(mjlRead, GivesEveryNodeTheLineAndColumnWhereItsValueStarts)
     EXPECT_EQ(list->getChild(2)->getColumn(), 2);
 }
 
+TEST_F(mjlRead, CountsLinesAcrossBlankLinesCarriageReturnsAndTabs)
+{
+    Package* root = parse("\n\r\n{\r\n\t\"a\":\n\n  [1,\r\n\r\n 2],\n \"b\"\n:\t\"x\"}\n\n");
+    ASSERT_NE(root, nullptr);
+    EXPECT_EQ(root->getLine(), 3);
+    EXPECT_EQ(root->getColumn(), 1);
+    Package* list = root->find("a");
+    EXPECT_EQ(list->getLine(), 6);
+    EXPECT_EQ(list->getColumn(), 3);
+    EXPECT_EQ(list->getChild(1)->getLine(), 8);
+    EXPECT_EQ(list->getChild(1)->getColumn(), 2);
+    EXPECT_EQ(root->find("b")->getLine(), 10);
+    EXPECT_EQ(root->find("b")->getColumn(), 3);
+}
+
 TEST_F(mjlRead, ScalarRootsAreAccepted)
 {
     Package* root = parse("  \"just text\"  ");
