@@ -249,10 +249,8 @@ bool PackageBuilder::String(const char* text, rapidjson::SizeType length, bool)
 {
     if (length > INT_MAX)
         return fail("string longer than 2 GB", m_stream.Tell());
-    const char* copy = m_arena->copyText(text, length);
-    Package* node = begin_value(Package::STRING, m_stream.Tell());
-    node->m_value.s = copy;
-    node->m_count = length;
+    const char* copy = m_arena->copyCounted(text, length);
+    begin_value(Package::STRING, m_stream.Tell())->m_value.s = copy;
     return true;
 }
 
@@ -260,7 +258,7 @@ bool PackageBuilder::Key(const char* text, rapidjson::SizeType length, bool)
 {
     if (length > INT_MAX)
         return fail("member name longer than 2 GB", m_stream.Tell());
-    m_key = m_arena->copyName(text, length);
+    m_key = m_arena->copyCounted(text, length);
     return true;
 }
 
@@ -282,11 +280,10 @@ bool PackageBuilder::end_container()
         return fail("container with more than 2^31 elements", m_stream.Tell());
     // The container itself waits just below its children, unless it is the root.
     Package* node = m_depth == 0 ? &m_root : m_pending + first - 1;
-    node->m_count = static_cast<uint32_t>(count);
     if (count) {
-        void* row = m_arena->allocate(count * sizeof(Package), alignof(Package));
-        std::memcpy(row, static_cast<const void*>(m_pending + first), count * sizeof(Package));
-        node->m_value.nodes = static_cast<Package*>(row);
+        Package* row = m_arena->makeRow(static_cast<uint32_t>(count));
+        std::memcpy(static_cast<void*>(row), static_cast<const void*>(m_pending + first), count * sizeof(Package));
+        node->m_value.nodes = row;
         node->m_in_row = true;
     }
     m_pending_count = first;
