@@ -31,11 +31,9 @@ bool double_equals_int(double d, int64_t i)
 } // namespace
 
 // A parsed document is mostly nodes; a field added without care grows every large load.
-static_assert(sizeof(Package) <= 40, "a node should stay within 40 bytes");
+static_assert(sizeof(Package) <= 32, "a node should stay within 32 bytes");
 
 Package::Package() = default;
-
-Package::Package(PackageArena* arena) : m_arena(arena) {}
 
 Package::~Package()
 {
@@ -66,8 +64,7 @@ PackageArena* Package::arena()
 void Package::reset_value(Type type)
 {
     m_type = type;
-    m_value.i = 0;
-    m_count = 0;
+    m_value.i = 0; // no children and no text: a count of 0
     m_in_row = false;
 }
 
@@ -91,7 +88,7 @@ int Package::getColumn() const
 
 void Package::set_name(const char* name, size_t length)
 {
-    m_name = arena()->copyName(name, length);
+    m_name = arena()->copyCounted(name, length);
 }
 
 int64_t Package::getInt(int64_t fallback) const
@@ -113,7 +110,7 @@ Package* Package::find(const char* name) const
     if (m_type != OBJECT || !name)
         return nullptr;
     size_t length = std::strlen(name);
-    for (uint32_t i = 0; i < m_count; ++i) {
+    for (uint32_t i = 0, n = count(); i < n; ++i) {
         Package* child = child_at(i);
         if (child->name_length() == length && std::memcmp(child->m_name, name, length) == 0)
             return child;
@@ -150,10 +147,9 @@ void Package::setString(const char* text, int length)
 {
     size_t size = text && length > 0 ? static_cast<size_t>(length) : 0;
     // Copy first: text may be this node's own string, which reset_value forgets.
-    const char* copy = arena()->copyText(text, size);
+    const char* copy = arena()->copyCounted(text, size);
     reset_value(STRING);
     m_value.s = copy;
-    m_count = static_cast<uint32_t>(size);
 }
 
 void Package::setArray() { reset_value(ARRAY); }
@@ -164,7 +160,7 @@ Package* Package::add(const char* name)
     if (m_type == NUL)
         reset_value(name ? OBJECT : ARRAY);
     if (m_type != ARRAY && m_type != OBJECT) {
-        jLog::error("%s:cannot add a child to a node of type %s", "Package::add", type_name(m_type));
+        jLog::error("%s:cannot add a child to a node of type %s", "Package::add", type_name(getType()));
         return nullptr;
     }
     Package* child = arena()->makeNode();
@@ -178,16 +174,18 @@ Package* Package::appendChild(Package* child)
     // The pointer array holds 4 children, then doubles: it is full when the count is 0 (nothing
     // yet) or a power of two from 4 on. Children read from text stay where they are; only an
     // array that points at them is made.
-    bool full = m_count == 0 || (m_count >= 4 && std::has_single_bit(m_count));
+    uint32_t n = count();
+    bool full = n == 0 || (n >= 4 && std::has_single_bit(n));
     if (full || m_in_row) {
-        uint32_t capacity = std::max(4u, std::bit_ceil(m_count + 1));
+        uint32_t capacity = std::max(4u, std::bit_ceil(n + 1));
         Package** items = arena()->makeItems(capacity);
-        for (uint32_t i = 0; i < m_count; ++i)
+        for (uint32_t i = 0; i < n; ++i)
             items[i] = child_at(i);
         m_value.items = items;
         m_in_row = false;
     }
-    m_value.items[m_count++] = child;
+    m_value.items[n] = child;
+    set_count(n + 1);
     return child;
 }
 
@@ -251,14 +249,14 @@ bool Package::same_value(const Package& other) const
     }
     if (m_type != other.m_type)
         return false;
-    switch (m_type) {
+    switch (getType()) {
     case BOOL:
         return m_value.b == other.m_value.b;
     case STRING:
-        return m_count == other.m_count && std::memcmp(m_value.s, other.m_value.s, m_count) == 0;
+        return count() == other.count() && std::memcmp(m_value.s, other.m_value.s, count()) == 0;
     case ARRAY:
     case OBJECT:
-        return m_count == other.m_count;
+        return count() == other.count();
     default:
         return true;
     }

@@ -62,16 +62,7 @@ void* PackageArena::allocate_chunk(size_t size, size_t align)
     return allocate(size, align);
 }
 
-const char* PackageArena::copyText(const char* text, size_t length)
-{
-    auto* copy = static_cast<char*>(allocate(length + 1, 1));
-    if (length)
-        std::memcpy(copy, text, length);
-    copy[length] = '\0';
-    return copy;
-}
-
-const char* PackageArena::copyName(const char* text, size_t length)
+const char* PackageArena::copyCounted(const char* text, size_t length)
 {
     auto* prefix = static_cast<uint32_t*>(allocate(sizeof(uint32_t) + length + 1, alignof(uint32_t)));
     *prefix = static_cast<uint32_t>(length);
@@ -82,23 +73,13 @@ const char* PackageArena::copyName(const char* text, size_t length)
     return copy;
 }
 
-void PackageArena::indexLines(const char* text, size_t size)
+void PackageArena::indexLines(const uint64_t* newlines, size_t count)
 {
-    // Two quick passes (count, then note): memchr skips a line in a few instructions.
-    const char* end = text + size;
-    auto next = [end](const char* p) {
-        return static_cast<const char*>(std::memchr(p, '\n', static_cast<size_t>(end - p)));
-    };
-    size_t count = 0;
-    for (const char* p = next(text); p; p = next(p + 1))
-        ++count;
     if (count == 0)
         return;
-    auto* newlines = static_cast<uint64_t*>(allocate(count * sizeof(uint64_t), alignof(uint64_t)));
-    size_t n = 0;
-    for (const char* p = next(text); p; p = next(p + 1))
-        newlines[n++] = static_cast<uint64_t>(p - text);
-    m_newlines = newlines;
+    auto* copy = static_cast<uint64_t*>(allocate(count * sizeof(uint64_t), alignof(uint64_t)));
+    std::memcpy(copy, newlines, count * sizeof(uint64_t));
+    m_newlines = copy;
     m_newline_count = count;
 }
 
@@ -116,7 +97,19 @@ Package* PackageArena::makeNode()
     return new (allocate(sizeof(Package), alignof(Package))) Package(this);
 }
 
-Package** PackageArena::makeItems(size_t count)
+// Children come after eight bytes, so that pointers and nodes stay aligned; the count takes the
+// last four of them.
+Package** PackageArena::makeItems(size_t capacity)
 {
-    return static_cast<Package**>(allocate(count * sizeof(Package*), alignof(Package*)));
+    auto* header = static_cast<uint64_t*>(allocate(sizeof(uint64_t) + capacity * sizeof(Package*), alignof(uint64_t)));
+    *header = 0;
+    return reinterpret_cast<Package**>(header + 1);
+}
+
+Package* PackageArena::makeRow(uint32_t count)
+{
+    static_assert(alignof(Package) <= alignof(uint64_t), "the row follows an eight-byte header");
+    auto* header = static_cast<uint64_t*>(allocate(sizeof(uint64_t) + count * sizeof(Package), alignof(uint64_t)));
+    reinterpret_cast<uint32_t*>(header + 1)[-1] = count;
+    return reinterpret_cast<Package*>(header + 1);
 }

@@ -26,18 +26,19 @@ public:
         }
         return allocate_chunk(size, align);
     }
-    // Returns a copy of length bytes of text followed by a zero byte.
-    const char* copyText(const char* text, size_t length);
-    // Returns a copy like copyText, with the length (below 4 GB) kept in the four bytes before it.
-    const char* copyName(const char* text, size_t length);
+    // Returns a copy of length bytes of text followed by a zero byte, with the length (below 4 GB)
+    // kept in the four bytes before it: names and strings both.
+    const char* copyCounted(const char* text, size_t length);
     // Returns a new null node living in this arena.
     Package* makeNode();
-    // Returns room for count child pointers.
-    Package** makeItems(size_t count);
+    // Returns room for capacity child pointers, with a count of 0 in the four bytes before it.
+    Package** makeItems(size_t capacity);
+    // Returns room for a row of count nodes, with the count in the four bytes before it.
+    Package* makeRow(uint32_t count);
 
-    // Notes where the lines of the text the tree was read from start (once, after reading), so
-    // that nodes keep only a byte offset.
-    void indexLines(const char* text, size_t size);
+    // Notes where the lines of the text the tree was read from start (once, after reading), from
+    // the offsets of its count newlines in order, so that nodes keep only a byte offset.
+    void indexLines(const uint64_t* newlines, size_t count);
     // Gives the 1-based line and column of a byte offset of that text.
     void locate(uint64_t offset, int& line, int& column) const;
 

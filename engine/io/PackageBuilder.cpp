@@ -1,5 +1,7 @@
 #include "PackageBuilder.h"
 
+#include <bit>
+#include <cfloat>
 #include <charconv>
 #include <climits>
 #include <cstring>
@@ -37,6 +39,98 @@ bool beyond_largest_double(const char* p, const char* end)
     for (; p < end; ++p)
         exponent = exponent < limit ? exponent * 10 + (*p - '0') : limit;
     return magnitude + (negative ? -exponent : exponent) > 0;
+}
+
+bool is_digit(char c)
+{
+    return static_cast<unsigned>(c - '0') <= 9;
+}
+
+// Returns the first byte from p on that is not a digit, or end. Numbers are short, and where their
+// digits stop is different each time: finding it eight bytes at a time saves a mispredicted branch.
+const char* skip_digits(const char* p, const char* end)
+{
+    if constexpr (std::endian::native == std::endian::little) {
+        for (; end - p >= 8; p += 8) {
+            uint64_t word;
+            std::memcpy(&word, p, 8);
+            word ^= 0x3030303030303030; // digits become bytes 0 to 9
+            // The top bit of each byte that is 10 or more; the additions cannot carry across bytes.
+            uint64_t others = (((word & 0x7F7F7F7F7F7F7F7F) + 0x7676767676767676) | word) & 0x8080808080808080;
+            if (others)
+                return p + std::countr_zero(others) / 8;
+        }
+    }
+    while (p < end && is_digit(*p))
+        ++p;
+    return p;
+}
+
+// Returns whether the reader's own value of the number at p (its grammar already checked) is the
+// nearest double, reading it digit by digit. In its normal precision the reader gathers the digits in a 64-bit integer while
+// they stay below 2^53 and applies the power of ten with one multiplication or division by an exact
+// table entry. With at most 15 digits, which nearly every number a program writes has, that integer
+// holds all of them; with a power of ten within 10^-22 to 10^22 both operands are then exact, and
+// the one rounding of the operation is the right one.
+bool exact_after_scan(const char* p, const char* end)
+{
+    p += *p == '-';
+    const char* q = skip_digits(p, end);
+    long fraction = 0;
+    if (q < end && *q == '.') {
+        const char* first = q + 1;
+        q = skip_digits(first, end);
+        fraction = q - first;
+    }
+    if (q - p - (fraction > 0) > 15)
+        return false;
+    if (q == end || (*q != 'e' && *q != 'E'))
+        return true; // the power is 10^-fraction
+    ++q;
+    bool negative = q < end && *q == '-';
+    q += q < end && (*q == '-' || *q == '+');
+    long exponent = 0;
+    for (int n = 0; q < end && is_digit(*q); ++q, ++n) {
+        if (n == 3)
+            return false;
+        exponent = exponent * 10 + (*q - '0');
+    }
+    long power = (negative ? -exponent : exponent) - fraction;
+    return power >= -22 && power <= 22;
+}
+
+// The top bit of each byte of word that is outside '-' to '9' ("-./0123456789"), so that cannot
+// belong to a number without an exponent. The additions cannot carry across bytes.
+uint64_t outside_number(uint64_t word)
+{
+    uint64_t low = word & 0x7F7F7F7F7F7F7F7F;
+    uint64_t from_minus = low + 0x5353535353535353; // top bit set from '-' (0x2D) on
+    uint64_t past_nine = low + 0x4646464646464646;  // top bit set past '9' (0x39)
+    return (~from_minus | past_nine | word) & 0x8080808080808080;
+}
+
+// Returns whether the reader's own value of the number at p is the nearest double (see
+// exact_after_scan). A number of at most 15 bytes without an exponent, the usual case, has at most
+// 15 digits and a power of ten of 10^-15 at worst; two words tell that without a branch per digit.
+bool reader_value_is_exact(const char* p, const char* end)
+{
+    if constexpr (FLT_EVAL_METHOD != 0)
+        return false; // the operation would round to a wider type first
+    if constexpr (std::endian::native == std::endian::little) {
+        if (end - p >= 16) {
+            uint64_t words[2];
+            std::memcpy(words, p, sizeof words);
+            uint64_t first = outside_number(words[0]);
+            uint64_t stops = first ? first : outside_number(words[1]);
+            if (stops) {
+                int bit = std::countr_zero(stops); // the top bit of the first byte after the number
+                auto after = static_cast<char>((first ? words[0] : words[1]) >> (bit - 7));
+                if (after != 'e' && after != 'E')
+                    return true;
+            }
+        }
+    }
+    return exact_after_scan(p, end);
 }
 
 } // namespace
@@ -89,44 +183,26 @@ void PackageBuilder::locate(size_t offset, int& line, int& column)
     column = static_cast<int>(from_line_start > INT_MAX ? INT_MAX : from_line_start);
 }
 
-Package* PackageBuilder::push_pending()
+void PackageBuilder::grow_pending()
 {
-    if (m_pending_count == m_pending_capacity) {
-        size_t capacity = m_pending_capacity ? m_pending_capacity * 2 : 256;
-        void* grown = jAllocator::get()->localAlloc(capacity * sizeof(Package));
-        memAddInfo(grown, true, "engine/io/PackageBuilder", __LINE__, "PackageBuilder::push_pending",
-                   capacity * sizeof(Package));
-        if (m_pending) {
-            // Pending nodes hold only plain values and pointers into the arena: moving their bytes
-            // moves them.
-            std::memcpy(grown, static_cast<void*>(m_pending), m_pending_count * sizeof(Package));
-            memRemoveInfo(m_pending, "engine/io/PackageBuilder", __LINE__, "PackageBuilder::push_pending");
-            jAllocator::get()->localFree(m_pending);
-        }
-        m_pending = static_cast<Package*>(grown);
-        m_pending_capacity = capacity;
+    size_t capacity = m_pending_capacity ? m_pending_capacity * 2 : 256;
+    void* grown = jAllocator::get()->localAlloc(capacity * sizeof(Package));
+    memAddInfo(grown, true, "engine/io/PackageBuilder", __LINE__, "PackageBuilder::grow_pending",
+               capacity * sizeof(Package));
+    if (m_pending) {
+        // Pending nodes hold only plain values and pointers into the arena: moving their bytes
+        // moves them.
+        std::memcpy(grown, static_cast<void*>(m_pending), m_pending_count * sizeof(Package));
+        memRemoveInfo(m_pending, "engine/io/PackageBuilder", __LINE__, "PackageBuilder::grow_pending");
+        jAllocator::get()->localFree(m_pending);
     }
-    return new (m_pending + m_pending_count++) Package(m_arena);
+    m_pending = static_cast<Package*>(grown);
+    m_pending_capacity = capacity;
 }
 
-Package* PackageBuilder::begin_value(Package::Type type, size_t start)
+void PackageBuilder::finish(const LineLog& lines)
 {
-    Package* node = &m_root;
-    if (m_depth > 0) {
-        node = push_pending();
-        if (m_key) {
-            node->m_name = m_key;
-            m_key = nullptr;
-        }
-    }
-    node->m_type = type;
-    node->m_offset = start + 1;
-    return node;
-}
-
-void PackageBuilder::finish()
-{
-    m_arena->indexLines(m_text, m_stream.Tell());
+    m_arena->indexLines(lines.offsets(), lines.count());
 }
 
 bool PackageBuilder::fail(const char* reason, size_t offset)
@@ -136,36 +212,6 @@ bool PackageBuilder::fail(const char* reason, size_t offset)
     return false;
 }
 
-bool PackageBuilder::Null()
-{
-    begin_value(Package::NUL, m_stream.Tell() - 4);
-    return true;
-}
-
-bool PackageBuilder::Bool(bool value)
-{
-    begin_value(Package::BOOL, m_stream.Tell() - (value ? 4 : 5))->m_value.b = value;
-    return true;
-}
-
-bool PackageBuilder::Int(int value)
-{
-    begin_value(Package::INT, m_stream.Tell())->m_value.i = value;
-    return true;
-}
-
-bool PackageBuilder::Uint(unsigned value)
-{
-    begin_value(Package::INT, m_stream.Tell())->m_value.i = value;
-    return true;
-}
-
-bool PackageBuilder::Int64(int64_t value)
-{
-    begin_value(Package::INT, m_stream.Tell())->m_value.i = value;
-    return true;
-}
-
 bool PackageBuilder::Uint64(uint64_t value)
 {
     if (value > static_cast<uint64_t>(INT64_MAX))
@@ -173,19 +219,22 @@ bool PackageBuilder::Uint64(uint64_t value)
     return Int64(static_cast<int64_t>(value));
 }
 
-bool PackageBuilder::Double(double)
+bool PackageBuilder::Double(double approximate)
 {
-    // The reader's own conversion is approximate (its exact one reads outside its tables on some
-    // long mantissas with large exponents). The number's bytes are still where the stream stands,
-    // the reader has checked their grammar, so they are converted again here, exactly.
+    // The reader's exact conversion reads outside its tables on some long mantissas with large
+    // exponents, so it runs in its normal precision, whose value is only sometimes the nearest.
+    // The number's bytes are still where the stream stands, with their grammar checked: when they
+    // show that the reader's value is not exact, they are converted again here.
     size_t start = m_stream.Tell();
     const char* text = m_text + start;
-    double value = 0;
-    std::from_chars_result read = std::from_chars(text, m_stream.getEnd(), value);
-    if (read.ec == std::errc::result_out_of_range) {
-        if (beyond_largest_double(text, read.ptr))
-            return fail("number too large for a double", start);
-        value = *text == '-' ? -0.0 : 0.0; // below the smallest subnormal: it rounds to zero
+    double value = approximate;
+    if (!reader_value_is_exact(text, m_stream.getEnd())) {
+        std::from_chars_result read = std::from_chars(text, m_stream.getEnd(), value);
+        if (read.ec == std::errc::result_out_of_range) {
+            if (beyond_largest_double(text, read.ptr))
+                return fail("number too large for a double", start);
+            value = *text == '-' ? -0.0 : 0.0; // below the smallest subnormal: it rounds to zero
+        }
     }
     begin_value(Package::DOUBLE, start)->m_value.d = value;
     return true;
@@ -200,10 +249,8 @@ bool PackageBuilder::String(const char* text, rapidjson::SizeType length, bool)
 {
     if (length > INT_MAX)
         return fail("string longer than 2 GB", m_stream.Tell());
-    const char* copy = m_arena->copyText(text, length);
-    Package* node = begin_value(Package::STRING, m_stream.Tell());
-    node->m_value.s = copy;
-    node->m_count = length;
+    const char* copy = m_arena->copyCounted(text, length);
+    begin_value(Package::STRING, m_stream.Tell())->m_value.s = copy;
     return true;
 }
 
@@ -211,7 +258,7 @@ bool PackageBuilder::Key(const char* text, rapidjson::SizeType length, bool)
 {
     if (length > INT_MAX)
         return fail("member name longer than 2 GB", m_stream.Tell());
-    m_key = m_arena->copyName(text, length);
+    m_key = m_arena->copyCounted(text, length);
     return true;
 }
 
@@ -233,11 +280,10 @@ bool PackageBuilder::end_container()
         return fail("container with more than 2^31 elements", m_stream.Tell());
     // The container itself waits just below its children, unless it is the root.
     Package* node = m_depth == 0 ? &m_root : m_pending + first - 1;
-    node->m_count = static_cast<uint32_t>(count);
     if (count) {
-        void* row = m_arena->allocate(count * sizeof(Package), alignof(Package));
-        std::memcpy(row, static_cast<const void*>(m_pending + first), count * sizeof(Package));
-        node->m_value.nodes = static_cast<Package*>(row);
+        Package* row = m_arena->makeRow(static_cast<uint32_t>(count));
+        std::memcpy(static_cast<void*>(row), static_cast<const void*>(m_pending + first), count * sizeof(Package));
+        node->m_value.nodes = row;
         node->m_in_row = true;
     }
     m_pending_count = first;

@@ -2,6 +2,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <new>
 
 #include <rapidjson/rapidjson.h>
 
@@ -33,11 +34,25 @@ public:
 
     // RapidJSON's handler interface. Each returns false to stop the parse when the input goes
     // beyond what a tree can hold; getFailure() then says why.
-    bool Null();
-    bool Bool(bool value);
-    bool Int(int value);
-    bool Uint(unsigned value);
-    bool Int64(int64_t value);
+    // The reader's template is compiled with PackageReader, so the events that every value goes
+    // through are defined here, where it can inline them.
+    bool Null()
+    {
+        begin_value(Package::NUL, m_stream.Tell() - 4);
+        return true;
+    }
+    bool Bool(bool value)
+    {
+        begin_value(Package::BOOL, m_stream.Tell() - (value ? 4 : 5))->m_value.b = value;
+        return true;
+    }
+    bool Int(int value) { return Int64(value); }
+    bool Uint(unsigned value) { return Int64(value); }
+    bool Int64(int64_t value)
+    {
+        begin_value(Package::INT, m_stream.Tell())->m_value.i = value;
+        return true;
+    }
     bool Uint64(uint64_t value);
     bool Double(double value);
     bool RawNumber(const char* text, rapidjson::SizeType length, bool copy);
@@ -48,8 +63,9 @@ public:
     bool StartArray();
     bool EndArray(rapidjson::SizeType count);
 
-    // Completes a tree read without failure: its nodes can then tell their line and column.
-    void finish();
+    // Completes a tree read without failure, given the newlines of its text: its nodes can then
+    // tell their line and column.
+    void finish(const LineLog& lines);
 
     // Returns why the builder stopped the parse, or null when it did not.
     const char* getFailure() const { return m_failure; }
@@ -60,13 +76,30 @@ public:
 
 private:
     // Returns the node of a value that starts at offset start of the text.
-    Package* begin_value(Package::Type type, size_t start);
+    Package* begin_value(Package::Type type, size_t start)
+    {
+        Package* node = &m_root;
+        if (m_depth > 0) {
+            node = push_pending();
+            node->m_name = m_key;
+            m_key = nullptr;
+        }
+        node->m_type = type;
+        node->m_offset = start + 1;
+        return node;
+    }
     bool begin_container(Package::Type type);
     bool end_container();
     // Counts the lines up to offset, for an error's position.
     void advance(size_t offset);
     // Returns a new node on top of the pending stack; it moves when the stack grows.
-    Package* push_pending();
+    Package* push_pending()
+    {
+        if (m_pending_count == m_pending_capacity)
+            grow_pending();
+        return new (m_pending + m_pending_count++) Package(m_arena);
+    }
+    void grow_pending();
     bool fail(const char* reason, size_t offset);
 
     Package& m_root;

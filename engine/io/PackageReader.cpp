@@ -17,6 +17,13 @@
 #include "PackageBuilder.h"
 #include "io/Package.h"
 
+// The reader skips all whitespace through this, so the stream meets every newline between tokens.
+template <>
+inline void rapidjson::SkipWhitespace(TextStream& stream)
+{
+    stream.skipWhitespace();
+}
+
 namespace {
 
 // A reader's reason in plain words; some codes depend on the byte the reader stopped at.
@@ -76,7 +83,8 @@ bool PackageReader::read(const char* text, size_t size, const char* name, Packag
     // Not kParseFullPrecisionFlag: RapidJSON 1.1.0's exact conversion reads outside its tables on
     // some long mantissas with large exponents. The builder converts floating-point numbers itself.
     constexpr unsigned flags = rapidjson::kParseValidateEncodingFlag | rapidjson::kParseIterativeFlag;
-    TextStream stream(text, size);
+    LineLog lines;
+    TextStream stream(text, size, lines);
     PackageBuilder builder(root, text, stream);
     rapidjson::Reader reader;
     rapidjson::ParseResult result = reader.Parse<flags>(stream, builder);
@@ -95,7 +103,7 @@ bool PackageReader::read(const char* text, size_t size, const char* name, Packag
     } else if (offset < size) {
         reason = "unexpected zero byte"; // the reader stopped at it as if the text ended there
     } else {
-        builder.finish();
+        builder.finish(lines);
         error.clear();
         return true;
     }

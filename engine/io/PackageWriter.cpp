@@ -96,7 +96,7 @@ bool PackageWriter::write(const Package& root)
     while (written && !m_file_failed && m_depth > 0) {
         Frame& frame = m_frames[m_depth - 1];
         const Package& node = *frame.node;
-        if (frame.next < node.m_count) {
+        if (frame.next < node.count()) {
             const Package& child = *node.child_at(frame.next++);
             put(frame.next == 1 ? "\n" : ",\n", frame.next == 1 ? 1 : 2);
             write_indent(m_depth);
@@ -127,13 +127,13 @@ bool PackageWriter::write_value(const Package& node)
     if (m_depth == mjl::MAX_DEPTH)
         return fail("nests deeper than 512 levels");
     bool object = node.m_type == Package::OBJECT;
-    if (node.m_count == 0) {
+    if (node.count() == 0) {
         put(object ? "{}" : "[]", 2);
         return true;
     }
     if (!object) {
         bool flat = true;
-        for (uint32_t i = 0; i < node.m_count && flat; ++i)
+        for (uint32_t i = 0; i < node.count() && flat; ++i)
             flat = is_scalar(*node.child_at(i));
         if (flat)
             return write_inline_array(node);
@@ -148,7 +148,7 @@ bool PackageWriter::write_inline_array(const Package& node)
     Frame& frame = m_frames[m_depth++];
     frame = {&node, 0};
     put('[');
-    for (uint32_t i = 0; i < node.m_count; ++i) {
+    for (uint32_t i = 0; i < node.count(); ++i) {
         if (i)
             put(", ", 2);
         frame.next = i + 1;
@@ -162,7 +162,7 @@ bool PackageWriter::write_inline_array(const Package& node)
 
 bool PackageWriter::write_scalar(const Package& node)
 {
-    switch (node.m_type) {
+    switch (node.getType()) {
     case Package::BOOL:
         node.m_value.b ? put("true", 4) : put("false", 5);
         return true;
@@ -174,7 +174,7 @@ bool PackageWriter::write_scalar(const Package& node)
     case Package::DOUBLE:
         return write_double(node.m_value.d);
     case Package::STRING:
-        return write_string(node.m_value.s, node.m_count);
+        return write_string(node.m_value.s, node.count());
     default:
         put("null", 4);
         return true;

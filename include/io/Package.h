@@ -26,7 +26,7 @@ public:
     void clear();
 
     // Readers of large documents call the accessors below millions of times: they are inline.
-    Type getType() const { return m_type; }
+    Type getType() const { return static_cast<Type>(m_type); }
     bool isNull() const { return m_type == NUL; }
     bool isBool() const { return m_type == BOOL; }
     // True for INT and DOUBLE.
@@ -49,10 +49,10 @@ public:
     }
     // Returns the text of a STRING node, or "" for any other type.
     const char* getString() const { return m_type == STRING ? m_value.s : ""; }
-    int getStringLength() const { return m_type == STRING ? static_cast<int>(m_count) : 0; }
+    int getStringLength() const { return m_type == STRING ? static_cast<int>(count()) : 0; }
 
     // Children of an ARRAY or OBJECT; 0 and null for anything else or an index out of range.
-    int getNumChildren() const { return m_type == ARRAY || m_type == OBJECT ? static_cast<int>(m_count) : 0; }
+    int getNumChildren() const { return m_type == ARRAY || m_type == OBJECT ? static_cast<int>(count()) : 0; }
     Package* getChild(int index) const
     {
         return index >= 0 && index < getNumChildren() ? child_at(static_cast<uint32_t>(index)) : nullptr;
@@ -93,8 +93,8 @@ private:
     friend class PackageBuilder;
     friend class PackageArena;
     friend class PackageWriter;
-    // Nodes below a root are made in the root's arena.
-    explicit Package(PackageArena* arena);
+    // Nodes below a root are made in the root's arena; a parse makes millions, hence inline.
+    explicit Package(PackageArena* arena) : m_arena(arena) {}
 
     // Returns the arena of the tree, making it when a root needs its first byte.
     PackageArena* arena();
@@ -103,12 +103,16 @@ private:
     void reset_value(Type type);
     bool same_value(const Package& other) const;
     Package* child_at(uint32_t index) const { return m_in_row ? m_value.nodes + index : m_value.items[index]; }
-    // A name's length is kept just before its bytes (see PackageArena::copyName).
+    // A name's length is kept just before its bytes (see PackageArena::copyCounted).
     uint32_t name_length() const { return m_name ? reinterpret_cast<const uint32_t*>(m_name)[-1] : 0; }
+    // The length of a string or the number of children, kept just before the bytes, the row of
+    // children or the array of pointers to them (see PackageArena); no value there means 0.
+    uint32_t count() const { return m_value.s ? reinterpret_cast<const uint32_t*>(m_value.s)[-1] : 0; }
+    void set_count(uint32_t count) { reinterpret_cast<uint32_t*>(m_value.items)[-1] = count; }
 
-    // A large document is millions of nodes, so every byte here counts: lengths that only some
-    // nodes need live beside the bytes they measure, and the room for children made one by one is
-    // implied by their count (see appendChild).
+    // A large document is millions of nodes, so every byte here counts: lengths and counts live
+    // beside the bytes they measure, the room for children made one by one is implied by their
+    // count (see appendChild), and the position shares a word with the type and the flags.
     const char* m_name = nullptr;
     union {
         bool b;
@@ -119,12 +123,11 @@ private:
         Package* nodes;  // children read from text, laid out in a row
     } m_value{};
     PackageArena* m_arena = nullptr;
-    // 1 + the byte offset where the value began in the text it was read from, 0 for nodes built
-    // in memory. The arena knows where the lines of that text start: reading never counts lines
-    // for a node unless someone asks for its position.
-    uint64_t m_offset = 0;
-    uint32_t m_count = 0; // string length or number of children
-    Type m_type = NUL;
-    bool m_owns_arena = false;
-    bool m_in_row = false; // the children are in m_value.nodes
+    // 1 + the byte offset where the value began in the text it was read from (texts up to 256 TB),
+    // 0 for nodes built in memory. The arena knows where the lines of that text start: reading
+    // never counts lines for a node unless someone asks for its position.
+    uint64_t m_offset : 48 = 0;
+    uint64_t m_type : 8 = NUL; // a Type
+    uint64_t m_owns_arena : 1 = false;
+    uint64_t m_in_row : 1 = false; // the children are in m_value.nodes
 };

@@ -133,6 +133,21 @@ TEST_F(mjlRead, GivesEveryNodeTheLineAndColumnWhereItsValueStarts)
     EXPECT_EQ(list->getChild(2)->getColumn(), 2);
 }
 
+TEST_F(mjlRead, CountsLinesAcrossBlankLinesCarriageReturnsAndTabs)
+{
+    Package* root = parse("\n\r\n{\r\n\t\"a\":\n\n  [1,\r\n\r\n 2],\n \"b\"\n:\t\"x\"}\n\n");
+    ASSERT_NE(root, nullptr);
+    EXPECT_EQ(root->getLine(), 3);
+    EXPECT_EQ(root->getColumn(), 1);
+    Package* list = root->find("a");
+    EXPECT_EQ(list->getLine(), 6);
+    EXPECT_EQ(list->getColumn(), 3);
+    EXPECT_EQ(list->getChild(1)->getLine(), 8);
+    EXPECT_EQ(list->getChild(1)->getColumn(), 2);
+    EXPECT_EQ(root->find("b")->getLine(), 10);
+    EXPECT_EQ(root->find("b")->getColumn(), 3);
+}
+
 TEST_F(mjlRead, ScalarRootsAreAccepted)
 {
     Package* root = parse("  \"just text\"  ");
@@ -218,6 +233,43 @@ TEST_F(mjlRead, ReadsEveryKindOfDecimalToTheSameValueAsTheGeneralConversion)
         double read = root->getChild(static_cast<int>(i))->getDouble();
         ASSERT_EQ(std::memcmp(&read, &expected, sizeof read), 0) << numbers[i] << " read as " << read;
     }
+}
+
+// Short decimals take the reader's own value, which is exact only up to 15 digits and powers of ten
+// within 10^-22 to 10^22: numbers on both sides of each limit, in every way of writing them.
+TEST_F(mjlRead, ReadsDecimalsAtTheLimitsOfTheQuickConversionToTheNearestValue)
+{
+    std::mt19937_64 random(11);
+    std::vector<std::string> numbers = {"-0.0", "-0e5", "0.000000000000001", "0.0000000000000001", "123456789012345e-22",
+                                        "123456789012345e-23", "999999999999999e22", "999999999999999e23",
+                                        "1.23456789012345e-7", "1.234567890123456e-7", "5e-0022", "5e+022"};
+    for (int i = 0; i < 20000; ++i) {
+        std::string digits = std::to_string(1 + random() % 9);
+        for (int n = 13 + static_cast<int>(random() % 4); n > 0; --n) // 14 to 17 digits
+            digits += static_cast<char>('0' + random() % 10);
+        int power = static_cast<int>(random() % 51) - 25;
+        size_t point = random() % digits.size();
+        std::string decimal = point ? digits.substr(0, point) + "." + digits.substr(point) : digits;
+        int exponent = power + static_cast<int>(digits.size() - (point ? point : digits.size()));
+        std::string mark = std::string(random() % 2 ? "E" : "e") + (exponent >= 0 && random() % 2 ? "+" : "");
+        numbers.push_back((random() % 2 ? "-" : "") + decimal + mark + std::to_string(exponent));
+        numbers.push_back(digits.substr(0, 1 + random() % 6) + mark + std::to_string(exponent));
+        numbers.push_back("0." + std::string(random() % 4, '0') + digits.substr(0, 1 + random() % 16));
+    }
+    std::string document = "[";
+    for (const std::string& number : numbers)
+        document += number + (&number == &numbers.back() ? "]" : ",\n");
+    Package* root = parse(document);
+    ASSERT_NE(root, nullptr);
+    ASSERT_EQ(root->getNumChildren(), static_cast<int>(numbers.size()));
+    for (size_t i = 0; i < numbers.size(); ++i) {
+        double expected = 0;
+        std::from_chars(numbers[i].data(), numbers[i].data() + numbers[i].size(), expected);
+        double read = root->getChild(static_cast<int>(i))->getDouble();
+        ASSERT_EQ(std::memcmp(&read, &expected, sizeof read), 0) << numbers[i] << " read as " << read;
+    }
+    EXPECT_TRUE(std::signbit(root->getChild(0)->getDouble()));
+    EXPECT_TRUE(std::signbit(root->getChild(1)->getDouble()));
 }
 
 TEST_F(mjlRead, ContainersReadFromTextGrowInPlaceWhenChildrenAreAdded)
