@@ -10,6 +10,7 @@ void TrackCurveIndex::build(const float* times, int count)
     if (!(span > 0.0) || !std::isfinite(scale) || !std::isfinite(times[0]))
         return;
     m_origin = times[0];
+    m_end = times[count - 1];
     m_scale = scale;
     m_top = static_cast<float>(count - 1);
     m_first.reserve(count + 1);
@@ -27,5 +28,5 @@ void TrackCurveIndex::build(const float* times, int count)
 void TrackCurveIndex::release()
 {
     m_first.release();
-    m_origin = m_scale = m_top = 0.0f;
+    m_origin = m_end = m_scale = m_top = 0.0f;
 }

@@ -17,6 +17,10 @@ public:
 
     // Returns whether the table was not built.
     bool empty() const { return m_first.empty(); }
+    // Return the first and the last time of the table's span (kept here so that the edges of a
+    // curve are known without reading its time array).
+    float first() const { return m_origin; }
+    float last() const { return m_end; }
 
     // Returns the bucket of t, clamped into the table (a NaN falls in the last bucket). Later times
     // never fall in earlier buckets.
@@ -38,5 +42,6 @@ private:
     jVector<int> m_first;
     float m_origin = 0.0f;
     float m_scale = 0.0f;
+    float m_end = 0.0f;
     float m_top = 0.0f; // the last bucket, as a float for clamping
 };
