@@ -164,7 +164,10 @@ void evaluate(const TrackCurveData<float>* const* curves, const float* times, co
         m.ax[k] = bezier ? s.ax : 0.0;
         m.bx[k] = bezier ? s.bx : 0.0;
         m.cx[k] = bezier ? s.cx : 1.0;
-        m.s[k] = m.u[k] = TrackCurve::normalised(s, times[j]);
+        // A Bezier segment's normalised time in double: the float scale that straight segments
+        // share with single samples would move a steep curve by more than its error bound.
+        double t = times[j];
+        m.s[k] = m.u[k] = bezier ? (t - s.t0) / (static_cast<double>(s.t1) - s.t0) : TrackCurve::normalised(s, times[j]);
     }
     for (int k = n; k < GROUP; ++k) {
         m.ax[k] = m.bx[k] = m.u[k] = m.s[k] = 0.0;
