@@ -9,6 +9,9 @@
 // misses per sample). One bucket per key keeps the table as small as the time array.
 class TrackCurveIndex {
 public:
+    // Keys per bucket on average.
+    static constexpr int KEYS_PER_BUCKET = 1;
+
     // Rebuilds the table over count time-sorted times; it stays empty (and must not be asked) when
     // the times do not span a range that buckets can divide.
     void build(const float* times, int count);
