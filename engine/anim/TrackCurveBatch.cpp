@@ -113,8 +113,8 @@ TrackCurveShape<float> shapeOf(const TrackCurveData<float>& c, const Slot& s)
     return s.a >= 0 ? TrackCurve::shape(segments[s.a], times[s.a]) : TrackCurve::before(segments[0], times[0]);
 }
 
-// The timing curve of a Bezier segment; other segments get x(s) = s, on which the steps below
-// keep s = u exactly.
+// The timing curves of a group's Bezier segments (other segments get x(s) = s, harmless to solve
+// and not used), their normalised times, and the solutions.
 struct Timing {
     double ax[GROUP], bx[GROUP], cx[GROUP], u[GROUP], s[GROUP], step[GROUP];
 };
@@ -131,19 +131,18 @@ double clamp01(double s)
 // safeguarded search.
 void solve(Timing& m)
 {
-    const int n = GROUP;
     for (int pass = 0; pass < 2; ++pass)
-        for (int k = 0; k < n; ++k)
+        for (int k = 0; k < GROUP; ++k)
             m.s[k] = clamp01(m.s[k] - (((m.ax[k] * m.s[k] + m.bx[k]) * m.s[k] + m.cx[k]) * m.s[k] - m.u[k]));
     for (int pass = 0; pass < NEWTON; ++pass) {
-        for (int k = 0; k < n; ++k) {
+        for (int k = 0; k < GROUP; ++k) {
             double s = m.s[k];
             double f = ((m.ax[k] * s + m.bx[k]) * s + m.cx[k]) * s - m.u[k];
             m.step[k] = f / ((3.0 * m.ax[k] * s + 2.0 * m.bx[k]) * s + m.cx[k]);
             m.s[k] = s - m.step[k];
         }
     }
-    for (int k = 0; k < n; ++k) {
+    for (int k = 0; k < GROUP; ++k) {
         if (!(std::fabs(m.step[k]) <= SETTLED && m.s[k] >= 0.0 && m.s[k] <= 1.0))
             m.s[k] = TrackCurve::bracket(m.ax[k], m.bx[k], m.cx[k], m.u[k]);
     }
@@ -164,8 +163,8 @@ void evaluate(const TrackCurveData<float>* const* curves, const float* times, co
         m.ax[k] = bezier ? s.ax : 0.0;
         m.bx[k] = bezier ? s.bx : 0.0;
         m.cx[k] = bezier ? s.cx : 1.0;
-        // A Bezier segment's normalised time in double: the float scale that straight segments
-        // share with single samples would move a steep curve by more than its error bound.
+        // A Bezier segment's normalised time in double: the float scale that other segments share
+        // with single samples would move a steep curve by more than its error bound.
         double t = times[j];
         m.s[k] = m.u[k] = bezier ? (t - s.t0) / (static_cast<double>(s.t1) - s.t0) : TrackCurve::normalised(s, times[j]);
     }
@@ -176,7 +175,7 @@ void evaluate(const TrackCurveData<float>* const* curves, const float* times, co
     if (curved)
         solve(m);
     for (int k = 0; k < n; ++k)
-        out[first + k] = TrackCurve::value(shapes[k], m.s[k]);
+        out[first + k] = TrackCurve::value(shapes[k], shapes[k].mode == Segment::BEZIER ? m.s[k] : m.u[k]);
 }
 
 } // namespace
