@@ -41,8 +41,9 @@ void fetch(const void* p)
 void locate(const TrackCurveData<float>& c, float t, Slot& s)
 {
     const TrackCurveIndex& index = c.index;
+    int count = c.times.size();
     s.kind = Slot::SEGMENT;
-    if (!index.empty() && t >= index.first() && t < index.last()) {
+    if (index.covers(count) && t >= index.first() && t < index.last()) {
         s.kind = Slot::BUCKET;
         s.a = index.bucket(t);
         const int* e = index.entry(s.a);
@@ -50,7 +51,6 @@ void locate(const TrackCurveData<float>& c, float t, Slot& s)
         fetch(e + 1);
         return;
     }
-    int count = c.times.size();
     const float* times = c.times.data();
     if (count == 0) {
         s.kind = Slot::EMPTY;

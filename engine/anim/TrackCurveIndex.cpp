@@ -5,10 +5,12 @@
 void TrackCurveIndex::build(const float* times, int count)
 {
     m_first.clear();
+    m_keys = 0;
     double span = count > 1 ? static_cast<double>(times[count - 1]) - times[0] : 0.0;
     if (!(span > 0.0) || !std::isfinite(span))
         return;
     int buckets = (count + KEYS_PER_BUCKET - 1) / KEYS_PER_BUCKET;
+    m_keys = count;
     m_origin = times[0];
     m_end = times[count - 1];
     m_scale = static_cast<float>(buckets / span);
@@ -28,5 +30,6 @@ void TrackCurveIndex::build(const float* times, int count)
 void TrackCurveIndex::release()
 {
     m_first.release();
+    m_keys = 0;
     m_origin = m_end = m_scale = m_top = 0.0f;
 }

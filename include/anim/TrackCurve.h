@@ -48,7 +48,8 @@ struct TrackCurveData {
     jVector<float> times;
     jVector<TrackCurveSegment<Value>> segments;
     // Built by the compile that fills a whole TrackCurveData; sampling at random times uses it
-    // when it is there (TrackCurveBatch).
+    // when it is there (TrackCurveBatch). Recompiling times and segments alone leaves it stale:
+    // release it then.
     TrackCurveIndex index;
 };
 

@@ -20,6 +20,10 @@ public:
 
     // Returns whether the table was not built.
     bool empty() const { return m_first.empty(); }
+    // Returns whether the table was built over count keys (false when empty): a curve recompiled
+    // without its index keeps a table that no longer fits, and this keeps lookups off it when the
+    // key count changed.
+    bool covers(int count) const { return m_keys == count && count > 0; }
     // Return the first and the last time of the table's span (kept here so that the edges of a
     // curve are known without reading its time array).
     float first() const { return m_origin; }
@@ -43,6 +47,7 @@ public:
 private:
     // Per bucket (and one past the last): the last key that falls in an earlier bucket, else 0.
     jVector<int> m_first;
+    int m_keys = 0;
     float m_origin = 0.0f;
     float m_scale = 0.0f;
     float m_end = 0.0f;

@@ -129,6 +129,17 @@ TEST_F(TrackCurveBatchTest, ANaNTimeGivesTheLastKeysValueAsSingleSamplesDo)
     EXPECT_EQ(out[0], 1.0f);
 }
 
+TEST_F(TrackCurveBatchTest, ACurveRecompiledWithoutItsIndexIsSearchedInstead)
+{
+    Curve curve(edgeKeys(TRACK_KEY_LINEAR), true);
+    std::vector<TrackKeyFloat> fewer = {{0.0f, 0.0f, vec4(), TRACK_KEY_LINEAR}, {10.0f, 10.0f, vec4(), TRACK_KEY_LINEAR}};
+    TrackCurve::compile(fewer.data(), 2, curve.data.times, curve.data.segments);
+    std::vector<float> out = batch(curve, {2.5f, 3.75f, 9.0f});
+    EXPECT_FLOAT_EQ(out[0], 2.5f);
+    EXPECT_FLOAT_EQ(out[1], 3.75f);
+    EXPECT_FLOAT_EQ(out[2], 9.0f);
+}
+
 // Keys at irregular times (0.05 to 0.15 s apart) of random types, values in [-1, 1] and handles
 // inside their segments.
 std::vector<TrackKeyFloat> randomKeys(int count, int type, std::mt19937& rng)

@@ -64,10 +64,13 @@ TEST_F(TrackCurveIndexTest, NarrowsIrregularTimesToTheRightFewKeys)
     TrackCurveIndex index;
     index.build(times.data(), static_cast<int>(times.size()));
     ASSERT_FALSE(index.empty());
+    EXPECT_TRUE(index.covers(1000));
+    EXPECT_FALSE(index.covers(999));
     // Gaps differ by a factor of three at most, so a bucket as long as the mean gap holds few keys.
     EXPECT_LE(checkRanges(index, times, probeTimes(times, rng)), 4);
     index.release();
     EXPECT_TRUE(index.empty());
+    EXPECT_FALSE(index.covers(1000));
 }
 
 TEST_F(TrackCurveIndexTest, ClusteredTimesStillGiveTheRightKey)
@@ -124,6 +127,7 @@ TEST_F(TrackCurveIndexTest, StaysEmptyWhenThereIsNoSpanToDivide)
     float one = 2.0f;
     index.build(&one, 1);
     EXPECT_TRUE(index.empty());
+    EXPECT_FALSE(index.covers(1));
     float same[3] = {4.0f, 4.0f, 4.0f};
     index.build(same, 3);
     EXPECT_TRUE(index.empty());
