@@ -3,6 +3,7 @@
 #include <cmath>
 #include <limits>
 
+#include "anim/TrackCurveIndex.h"
 #include "anim/TrackSegment.h"
 #include "anim/TrackTypes.h"
 #include "kit/jMath.h"
@@ -48,6 +49,10 @@ template <class Value>
 struct TrackCurveData {
     jVector<float> times;
     jVector<TrackCurveSegment<Value>> segments;
+    // Built by the compile that fills a whole TrackCurveData; sampling at random times uses it
+    // when it is there (TrackCurveBatch). Recompiling times and segments alone leaves it stale:
+    // release it then.
+    TrackCurveIndex index;
 };
 
 // Evaluation of float and double key arrays (TrackKeyFloat, TrackKeyDouble). The segment from key
@@ -72,6 +77,14 @@ public:
             times.append(keys[i].time);
             segments.append(i + 1 < count ? segment<Key, Value>(keys[i], keys[i + 1]) : hold<Key, Value>(keys[i]));
         }
+    }
+
+    // Rebuilds curve (times, segments and the time index) from count time-sorted keys.
+    template <class Key, class Value>
+    static void compile(const Key* keys, int count, TrackCurveData<Value>& curve)
+    {
+        compile(keys, count, curve.times, curve.segments);
+        curve.index.build(curve.times.data(), count);
     }
 
     // Returns the value at t of a compiled curve with count >= 1 keys.

@@ -64,6 +64,7 @@ public:
         TrackParameterKeyed<Key>::release();
         m_curve.times.release();
         m_curve.segments.release();
+        m_curve.index.release();
     }
 
     void apply(float t) override
@@ -105,7 +106,7 @@ private:
     {
         auto& keys = const_cast<jVector<Key>&>(this->m_keys);
         TrackCurve::smoothTangents(keys.data(), keys.size());
-        TrackCurve::compile(keys.data(), keys.size(), m_curve.times, m_curve.segments);
+        TrackCurve::compile(keys.data(), keys.size(), m_curve);
         this->m_changed = false;
         m_play.reset();
         this->changed();

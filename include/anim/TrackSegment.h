@@ -27,6 +27,14 @@ public:
         return cursor;
     }
 
+    // Returns the last index in [lo, hi) whose time is at or before t, given that keys[lo]'s time is
+    // and keys[hi]'s is not (a range that a time index has narrowed down).
+    template <class Key>
+    static int within(const Key* keys, int lo, int hi, float t)
+    {
+        return bisect(keys, lo, hi, t);
+    }
+
 private:
     // Half the width of the window around the guess that search tries first.
     static constexpr int WINDOW = 16;
