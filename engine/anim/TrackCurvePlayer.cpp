@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <cmath>
 
-#include "anim/TrackCurveCursor.h"
+#include "anim/TrackCurveSolution.h"
 #include "anim/TrackSegment.h"
 #include "kit/jAllocator.h"
 
@@ -30,33 +30,6 @@ double cubic(double v0, double cv, double bv, double av, double s)
 }
 
 } // namespace
-
-// Where TrackCurveCursor's three Newton steps on a timing polynomial end: the curve parameter, the
-// last step (a settled solution is about its square away from the exact one) and the slope it was
-// divided by.
-struct TrackCurvePlayer::Solution {
-    double s;
-    double step;
-    double slope;
-
-    // Steps from s towards the curve parameter of normalised time u.
-    static Solution newton(double ax, double bx, double cx, double u, double s)
-    {
-        Solution r{s, 0.0, 1.0};
-        for (int i = 0; i < 3; ++i) {
-            r.slope = (3.0 * ax * r.s + 2.0 * bx) * r.s + cx;
-            r.step = (((ax * r.s + bx) * r.s + cx) * r.s - u) / r.slope;
-            r.s -= r.step;
-        }
-        return r;
-    }
-
-    // Whether the solution settled inside its segment, as TrackCurveCursor decides it.
-    bool settled() const
-    {
-        return (std::fabs(step) <= TrackCurveCursor<float>::CONVERGED) & (s >= 0.0) & (s <= 1.0);
-    }
-};
 
 int TrackCurvePlayer::add(const TrackCurveData<float>* curve)
 {
@@ -110,6 +83,13 @@ void TrackCurvePlayer::free_table()
     m_table_bytes = 0;
 }
 
+// Lane l's last solution predicted at normalised time u and refined.
+__attribute__((always_inline)) inline TrackCurveSolution TrackCurvePlayer::refine_lane(const Block& b, int l, double u)
+{
+    double s = TrackCurveSolution::predict(b.s[l], b.u[l], b.rate[l], u);
+    return TrackCurveSolution::refine(b.ax[l], b.bx[l], b.cx[l], u, s);
+}
+
 // Plays every lane of b at t from its prediction: with Newton steps on blocks with a Bezier lane
 // (where the lanes that need no solving settle on s = u at once), without on the others. Returns
 // the lanes that t has left or whose solution did not settle. Free of branches, so that the
@@ -126,7 +106,7 @@ __attribute__((always_inline)) inline uint32_t TrackCurvePlayer::play_block(Bloc
     } else {
         for (int l = 0; l < LANES; ++l) {
             double u = static_cast<double>(t - b.origin[l]) * b.inv[l];
-            Solution r = Solution::newton(b.ax[l], b.bx[l], b.cx[l], u, predict(b, l, u));
+            TrackCurveSolution r = refine_lane(b, l, u);
             keep(b, l, u, r);
             out[l] = static_cast<float>(cubic(b.v0[l], b.cv[l], b.bv[l], b.av[l], r.s));
             played[l] = (t >= b.t0[l]) & (t < b.t1[l]) & r.settled();
@@ -174,14 +154,7 @@ void TrackCurvePlayer::play(float t, float* out)
         play_missed(k, t, out);
 }
 
-// Lane l's last solution moved along its slope to normalised time u, kept inside [0, 1].
-double TrackCurvePlayer::predict(const Block& b, int l, double u)
-{
-    double s = b.s[l] + (u - b.u[l]) * static_cast<double>(b.rate[l]);
-    return std::min(std::max(s, 0.0), 1.0);
-}
-
-void TrackCurvePlayer::keep(Block& b, int l, double u, const Solution& r)
+void TrackCurvePlayer::keep(Block& b, int l, double u, const TrackCurveSolution& r)
 {
     b.s[l] = static_cast<float>(r.s);
     b.u[l] = static_cast<float>(u);
@@ -216,10 +189,10 @@ float TrackCurvePlayer::play_lane(Block& b, int l, int channel, float t)
     double u = normalised(t, b.t0[l], b.inv[l]);
     if (!(b.bezier & (1u << l)))
         return static_cast<float>(cubic(b.v0[l], b.cv[l], b.bv[l], b.av[l], u));
-    Solution r = Solution::newton(b.ax[l], b.bx[l], b.cx[l], u, predict(b, l, u));
+    TrackCurveSolution r = refine_lane(b, l, u);
     if (!r.settled()) {
         r.s = TrackCurve::solve(b.ax[l], b.bx[l], b.cx[l], u);
-        r.slope = (3.0 * b.ax[l] * r.s + 2.0 * b.bx[l]) * r.s + b.cx[l];
+        r.slope = TrackCurveSolution::slopeAt(b.ax[l], b.bx[l], b.cx[l], r.s);
     }
     keep(b, l, u, r);
     return static_cast<float>(cubic(b.v0[l], b.cv[l], b.bv[l], b.av[l], r.s));

@@ -1,8 +1,7 @@
 #pragma once
 
-#include <cmath>
-
 #include "anim/TrackCurve.h"
+#include "anim/TrackCurveSolution.h"
 #include "anim/TrackSegment.h"
 
 // Where playback of one compiled curve stands: the segment the last sample fell in (ready for
@@ -15,9 +14,6 @@
 template <class Value>
 class TrackCurveCursor {
 public:
-    // The largest last Newton correction of a predicted solution that is taken as settled.
-    static constexpr double CONVERGED = 1e-5;
-
     // Starts on no segment of no curve.
     TrackCurveCursor() = default;
 
@@ -105,38 +101,24 @@ private:
         m_next = c + 1 < count ? segments + c + 1 : nullptr;
     }
 
-    // Returns the curve parameter of normalised time u on the cursor's Bezier segment: three Newton
-    // steps from the prediction, taken when the last correction was below CONVERGED (the error
-    // left after it is then about its square). A cold start, or a prediction that did not settle,
-    // takes TrackCurve::solve's path.
+    // Returns the curve parameter of normalised time u on the cursor's Bezier segment: the last
+    // solution's prediction refined (TrackCurveSolution), or, on a cold start or when that did not
+    // settle, TrackCurve::solve's answer.
     double solve(double u)
     {
         const double ax = m_shape.ax, bx = m_shape.bx, cx = m_shape.cx;
-        double s = 0.0, step = 1.0, slope = 1.0;
-        if (m_solved) {
-            s = predict(u);
-            for (int i = 0; i < 3; ++i) {
-                slope = (3.0 * ax * s + 2.0 * bx) * s + cx;
-                step = (((ax * s + bx) * s + cx) * s - u) / slope;
-                s -= step;
-            }
-        }
-        if (!(std::fabs(step) <= CONVERGED && s >= 0.0 && s <= 1.0)) {
-            s = TrackCurve::solve(ax, bx, cx, u);
-            slope = (3.0 * ax * s + 2.0 * bx) * s + cx;
+        TrackCurveSolution r;
+        if (m_solved)
+            r = TrackCurveSolution::refine(ax, bx, cx, u, TrackCurveSolution::predict(m_s, m_u, m_rate, u));
+        if (!r.settled()) {
+            r.s = TrackCurve::solve(ax, bx, cx, u);
+            r.slope = TrackCurveSolution::slopeAt(ax, bx, cx, r.s);
         }
         m_solved = true;
-        m_s = static_cast<float>(s);
+        m_s = static_cast<float>(r.s);
         m_u = static_cast<float>(u);
-        m_rate = static_cast<float>(1.0 / slope);
-        return s;
-    }
-
-    // The last solution moved along its slope to u, kept inside [0, 1].
-    double predict(double u) const
-    {
-        double s = m_s + (u - m_u) * static_cast<double>(m_rate);
-        return s < 0.0 ? 0.0 : (s > 1.0 ? 1.0 : s);
+        m_rate = static_cast<float>(1.0 / r.slope);
+        return r.s;
     }
 
     TrackCurveShape<Value> m_shape = TrackCurve::none<Value>();

@@ -3,6 +3,7 @@
 #include <cstdint>
 
 #include "anim/TrackCurve.h"
+#include "anim/TrackCurveSolution.h"
 #include "kit/jVector.h"
 
 // Plays many compiled float curves at one time per frame: a channel per curve, each with a segment
@@ -71,9 +72,8 @@ private:
 
     uint32_t play_fast(int k, float t, float* out);
     static uint32_t play_block(Block& b, float t, float* __restrict out);
-    struct Solution;
-    static double predict(const Block& b, int l, double u);
-    static void keep(Block& b, int l, double u, const Solution& r);
+    static TrackCurveSolution refine_lane(const Block& b, int l, double u);
+    static void keep(Block& b, int l, double u, const TrackCurveSolution& r);
     void play_missed(int k, float t, float* out);
     float play_lane(Block& b, int l, int channel, float t);
     static void step(Block& b, int l, float t);

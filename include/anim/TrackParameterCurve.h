@@ -87,7 +87,7 @@ protected:
     }
 
 private:
-    // Track playback keeps its own cursors on the compiled curve and the last played value.
+    // Track playback keeps the value played last while it plays the curve, and hands it back.
     friend class TrackPlayback;
 
     // Finds the segment that holds t and samples it.

@@ -11,9 +11,9 @@ class TrackParameter;
 // curve player with a channel for every float curve those outputs read. A frame plays all channels
 // at once into a value array, then streams through the outputs instead of visiting every parameter
 // object: float and vec3 parameters are played without a virtual call; the other kinds are played
-// through their own apply. The layout is
-// rebuilt by the track when it is out of date: parameters push every change of their keys,
-// switches or binding to their track (TrackParameter::changed), nothing is checked per frame.
+// through their own apply. The layout is rebuilt by the track when it is out of date: parameters
+// push every change of their keys, switches or binding to their track (TrackParameter::changed),
+// nothing is checked per frame.
 class TrackPlayback {
 public:
     TrackPlayback() = default;
