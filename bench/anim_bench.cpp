@@ -126,16 +126,18 @@ void SampleSequential(benchmark::State& state)
         state.counters["max_error"] = worstPlaybackError(c);
 }
 
-// The channels' curves compiled again into curve data of their own, one after another in memory, as
-// a runtime that samples clips keeps them (the parameters' own curves lie among their keys).
-std::vector<TrackCurveData<float>> compileCurves(const Channels& c)
+// The channels' curves compiled again, with their time index, and copied into a curve table, as a
+// runtime that samples clips keeps them.
+void compileCurves(const Channels& c, TrackCurveTable& table)
 {
     std::vector<TrackCurveData<float>> curves(c.params.size());
+    std::vector<const TrackCurveData<float>*> which;
     for (size_t i = 0; i < curves.size(); ++i) {
         const jVector<TrackKeyFloat>& keys = c.params[i]->getKeys();
         TrackCurve::compile(keys.data(), keys.size(), curves[i]);
+        which.push_back(&curves[i]);
     }
-    return curves;
+    table.build(which.data(), static_cast<int>(which.size()));
 }
 
 // Scrubbing: every sample at a fresh random time, all channels sampled in one batch per iteration
@@ -143,10 +145,11 @@ std::vector<TrackCurveData<float>> compileCurves(const Channels& c)
 void SampleRandom(benchmark::State& state)
 {
     Channels c = makeChannels(static_cast<int>(state.range(0)));
-    std::vector<TrackCurveData<float>> curves = compileCurves(c);
-    std::vector<const TrackCurveData<float>*> which;
-    for (const auto& curve : curves)
-        which.push_back(&curve);
+    TrackCurveTable table;
+    compileCurves(c, table);
+    std::vector<int> which(CHANNELS);
+    for (int i = 0; i < CHANNELS; ++i)
+        which[i] = i;
     std::mt19937 rng(3);
     std::uniform_real_distribution<float> times(0.0f, c.end);
     std::vector<float> ts(1 << 16);
@@ -157,7 +160,7 @@ void SampleRandom(benchmark::State& state)
     size_t k = 0;
     float sum = 0.0f;
     for (auto _ : state) {
-        TrackCurveBatch::sample(which.data(), ts.data() + (k++ % runs) * CHANNELS, CHANNELS, out.data());
+        TrackCurveBatch::sample(table, which.data(), ts.data() + (k++ % runs) * CHANNELS, CHANNELS, out.data());
         sum += out[k % CHANNELS];
     }
     benchmark::DoNotOptimize(sum);
@@ -169,7 +172,7 @@ void SampleRandom(benchmark::State& state)
     double worst = 0.0;
     for (size_t run = 0; run < runs; ++run) {
         const float* at = ts.data() + run * CHANNELS;
-        TrackCurveBatch::sample(which.data(), at, CHANNELS, out.data());
+        TrackCurveBatch::sample(table, which.data(), at, CHANNELS, out.data());
         for (int i = 0; i < CHANNELS; ++i)
             worst = std::max(worst, std::fabs(out[i] - reference(*c.params[i], at[i])));
     }

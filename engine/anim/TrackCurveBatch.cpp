@@ -4,7 +4,10 @@
 
 namespace {
 
-using Segment = TrackCurveSegment<float>;
+using Curve = TrackCurveTable::Curve;
+using Line = TrackCurveTable::Line;
+
+const int BEZIER = TrackCurveSegment<float>::BEZIER;
 
 // How many samples each step of the pipeline runs ahead of the next: enough that the misses of
 // the samples in between cover the memory latency, few enough that they fit the core's miss
@@ -13,23 +16,24 @@ constexpr int AHEAD = 8;
 // Samples are evaluated GROUP at a time (at most AHEAD), so that their curve parameters are solved
 // side by side: one solve is a chain of dependent divisions, several in step keep the divider busy.
 constexpr int GROUP = 8;
-constexpr int LAG = 3 * AHEAD; // from the first step of a sample to its evaluation
-constexpr int RING = 64;       // at least LAG + GROUP slots, a power of two
+constexpr int LAG = 2 * AHEAD; // from the first step of a sample to its evaluation
+constexpr int RING = 32;       // at least LAG + GROUP slots, a power of two
 constexpr int MASK = RING - 1;
 // Halley steps after the start, and the largest last step taken as settled: the error left after
 // it is about its cube, or a fraction of it where the timing curve is nearly flat.
 constexpr int HALLEY = 3;
 constexpr double SETTLED = 1e-6;
-// How many keys after a bucket's entry the lookup compares before it bisects the bucket instead
+// How many lines after a bucket's first the lookup compares before it bisects the bucket instead
 // (a bucket holds one key on average, but clustered keys pile up in few buckets).
 constexpr int STEP = 4;
 
-// Where a sample stands in the pipeline.
+// Where a sample stands in the pipeline: its bucket, the range of lines the bucket bounds, or its
+// line.
 struct Slot {
-    enum Kind { EMPTY, BUCKET, RANGE, SEGMENT };
+    enum Kind { BUCKET, RANGE, LINE };
     int kind;
-    int a; // the bucket, the first key of the range, or the segment (-1: before the first key)
-    int b; // the last key of the range
+    int a; // the bucket, the first line of the range, or the line
+    int b; // the last line of the range
 };
 
 void fetch(const void* p)
@@ -37,80 +41,53 @@ void fetch(const void* p)
     __builtin_prefetch(p);
 }
 
-// First step: the edges, else the bucket of t, whose entries are fetched.
-void locate(const TrackCurveData<float>& c, float t, Slot& s)
+// First step: the bucket of t, whose entries are fetched, or at the edges of the curve (and for
+// curves without an index) the line itself.
+void locate(const Curve& c, float t, Slot& s)
 {
-    const TrackCurveIndex& index = c.index;
-    int count = c.times.size();
-    s.kind = Slot::SEGMENT;
-    if (index.covers(count) && t >= index.first() && t < index.last()) {
+    if (c.entries && c.inside(t)) {
         s.kind = Slot::BUCKET;
-        s.a = index.bucket(t);
-        const int* e = index.entry(s.a);
-        fetch(e);
-        fetch(e + 1);
+        s.a = c.span.bucket(t);
+        fetch(c.entries + s.a);
+        fetch(c.entries + s.a + 1);
         return;
     }
-    const float* times = c.times.data();
-    if (count == 0) {
-        s.kind = Slot::EMPTY;
-    } else if (t < times[0]) {
-        s.a = -1;
-    } else if (!(t < times[count - 1])) {
-        s.a = count - 1;
-    } else {
-        int cursor = -1;
-        s.a = TrackSegment::find(times, count, t, cursor);
-    }
+    s.kind = Slot::LINE;
+    s.a = TrackCurveTable::find(c, t);
+    fetch(c.lines + s.a);
 }
 
-// Second step: the bucket's range of keys, whose times are fetched.
-void bound(const TrackCurveData<float>& c, Slot& s)
+// Second step: the bucket's range of lines, whose first two (one of which holds t, mostly) are
+// fetched.
+void bound(const Curve& c, Slot& s)
 {
     if (s.kind != Slot::BUCKET)
         return;
-    const int* e = c.index.entry(s.a);
+    const int* e = c.entries + s.a;
     s.kind = Slot::RANGE;
-    s.a = e[0];
-    s.b = e[1];
-    const float* times = c.times.data();
-    fetch(times + s.a);
-    fetch(times + s.b);
+    s.a = e[0] + 1;
+    s.b = e[1] + 1;
+    fetch(c.lines + s.a);
+    fetch(c.lines + (s.a < s.b ? s.a + 1 : s.a));
 }
 
-// Third step: the segment among the range's keys (first key <= t < last key), which is fetched.
-void pick(const TrackCurveData<float>& c, float t, Slot& s)
+// Third step, right before the sample is evaluated: the line among the range's that holds t.
+void pick(const Curve& c, float t, Slot& s)
 {
-    if (s.kind == Slot::EMPTY)
+    if (s.kind != Slot::RANGE)
         return;
-    if (s.kind == Slot::RANGE) {
-        const float* times = c.times.data();
-        int lo = s.a, hi = s.b;
-        if (hi - lo <= STEP) {
-            // Counts the keys of the range up to t, reading none past it.
-            int c0 = lo;
-            for (int k = 1; k <= STEP; ++k)
-                c0 += (lo + k <= hi) & (times[lo + k < hi ? lo + k : hi] <= t);
-            s.a = c0;
-        } else {
-            int last = c.times.size() - 1;
-            s.a = TrackSegment::within(times, lo, hi + 1 < last ? hi + 1 : last, t);
-        }
-        s.kind = Slot::SEGMENT;
+    const Line* lines = c.lines;
+    int lo = s.a, hi = s.b;
+    if (hi - lo <= STEP) {
+        // Counts the lines of the range that start at or before t, reading none past it.
+        int at = lo;
+        for (int k = 1; k <= STEP; ++k)
+            at += (lo + k <= hi) & (lines[lo + k < hi ? lo + k : hi].t0 <= t);
+        s.a = at;
+    } else {
+        s.a = TrackCurveTable::within(c, lo, hi, t);
     }
-    const Segment* g = c.segments.data() + (s.a > 0 ? s.a : 0);
-    fetch(g);
-    fetch(reinterpret_cast<const char*>(g) + sizeof(Segment) - 1);
-}
-
-// The segment a sample fell in, ready for sampling (a curve without keys gives 0 everywhere).
-TrackCurveShape<float> shapeOf(const TrackCurveData<float>& c, const Slot& s)
-{
-    if (s.kind == Slot::EMPTY)
-        return TrackCurveShape<float>();
-    const float* times = c.times.data();
-    const Segment* segments = c.segments.data();
-    return s.a >= 0 ? TrackCurve::shape(segments[s.a], times[s.a]) : TrackCurve::before(segments[0], times[0]);
+    s.kind = Slot::LINE;
 }
 
 // The timing curves of a group's Bezier segments (other segments get x(s) = s, harmless to solve
@@ -129,7 +106,7 @@ double clamp01(double s)
 // move the start from u most of the way where the timing curve bends, so that three Halley steps
 // (one division each, like Newton's, but cubic convergence) settle all but one or two samples in a
 // thousand; those take the safeguarded search. From s = u, four Newton steps leave one in ten.
-void solve(Timing& m)
+__attribute__((target_clones("avx2", "default"))) void solve(Timing& m)
 {
     for (int pass = 0; pass < 2; ++pass)
         for (int k = 0; k < GROUP; ++k)
@@ -150,33 +127,24 @@ void solve(Timing& m)
     }
 }
 
-// Room for a group's shapes, left uninitialised (each is assigned before it is read): clearing
-// them costs a tenth of a straight segment's sample.
-union Shapes {
-    Shapes() {}
-    TrackCurveShape<float> at[GROUP];
-};
-
 // Last step: the values of samples [first, first + n).
-void evaluate(const TrackCurveData<float>* const* curves, const float* times, const Slot* ring, int first, int n,
+void evaluate(const TrackCurveTable& table, const int* curves, const float* times, const Slot* ring, int first, int n,
               float* out)
 {
-    Shapes room;
-    TrackCurveShape<float>* shapes = room.at;
+    const Line* lines[GROUP];
     Timing m;
     bool curved = false;
     for (int k = 0; k < n; ++k) {
         int j = first + k;
-        const TrackCurveShape<float>& s = shapes[k] = shapeOf(*curves[j], ring[j & MASK]);
-        bool bezier = s.mode == Segment::BEZIER;
+        const Line& s = *(lines[k] = table.curve(curves[j]).lines + ring[j & MASK].a);
+        bool bezier = s.mode == BEZIER;
         curved = curved || bezier;
         m.ax[k] = bezier ? s.ax : 0.0;
         m.bx[k] = bezier ? s.bx : 0.0;
         m.cx[k] = bezier ? s.cx : 1.0;
-        // A Bezier segment's normalised time in double: the float scale that other segments share
-        // with single samples would move a steep curve by more than its error bound.
-        double t = times[j];
-        m.s[k] = m.u[k] = bezier ? (t - s.t0) / (static_cast<double>(s.t1) - s.t0) : TrackCurve::normalised(s, times[j]);
+        // A Bezier segment's normalised time in double: the float difference that other segments
+        // share with single samples would move a steep curve by more than its error bound.
+        m.s[k] = m.u[k] = bezier ? (times[j] - static_cast<double>(s.t0)) * s.inv : TrackCurve::normalised(s, times[j]);
     }
     for (int k = n; k < GROUP; ++k) {
         m.ax[k] = m.bx[k] = m.u[k] = m.s[k] = 0.0;
@@ -185,31 +153,29 @@ void evaluate(const TrackCurveData<float>* const* curves, const float* times, co
     if (curved)
         solve(m);
     for (int k = 0; k < n; ++k)
-        out[first + k] = TrackCurve::value(shapes[k], shapes[k].mode == Segment::BEZIER ? m.s[k] : m.u[k]);
+        out[first + k] = TrackCurve::value(*lines[k], lines[k]->mode == BEZIER ? m.s[k] : m.u[k]);
 }
 
 } // namespace
 
-void TrackCurveBatch::sample(const TrackCurveData<float>* const* curves, const float* times, int count, float* out)
+void TrackCurveBatch::sample(const TrackCurveTable& table, const int* curves, const float* times, int count, float* out)
 {
     Slot ring[RING];
     for (int i = 0; i < count + LAG; i += GROUP) {
         for (int k = i; k < i + GROUP; ++k) {
-            if (k + AHEAD < count)
-                fetch(curves[k + AHEAD]);
             if (k < count)
-                locate(*curves[k], times[k], ring[k & MASK]);
+                locate(table.curve(curves[k]), times[k], ring[k & MASK]);
             int j = k - AHEAD;
             if (j >= 0 && j < count)
-                bound(*curves[j], ring[j & MASK]);
+                bound(table.curve(curves[j]), ring[j & MASK]);
             j -= AHEAD;
             if (j >= 0 && j < count)
-                pick(*curves[j], times[j], ring[j & MASK]);
+                pick(table.curve(curves[j]), times[j], ring[j & MASK]);
         }
         int first = i - LAG;
         int end = first + GROUP < count ? first + GROUP : count;
         first = first > 0 ? first : 0;
         if (first < end)
-            evaluate(curves, times, ring, first, end - first, out);
+            evaluate(table, curves, times, ring, first, end - first, out);
     }
 }

@@ -11,10 +11,10 @@ void TrackCurveIndex::build(const float* times, int count)
         return;
     int buckets = (count + KEYS_PER_BUCKET - 1) / KEYS_PER_BUCKET;
     m_keys = count;
-    m_origin = times[0];
-    m_end = times[count - 1];
-    m_scale = static_cast<float>(buckets / span);
-    m_top = static_cast<float>(buckets - 1);
+    m_span.origin = times[0];
+    m_span.end = times[count - 1];
+    m_span.scale = static_cast<float>(buckets / span);
+    m_span.top = static_cast<float>(buckets - 1);
     m_first.reserve(buckets + 1);
     for (int b = 0; b <= buckets; ++b)
         m_first.append(0);
@@ -31,5 +31,5 @@ void TrackCurveIndex::release()
 {
     m_first.release();
     m_keys = 0;
-    m_origin = m_end = m_scale = m_top = 0.0f;
+    m_span = Span();
 }

@@ -4,14 +4,12 @@
 #include <cmath>
 
 #include "anim/TrackCurveSolution.h"
-#include "anim/TrackSegment.h"
-#include "kit/jAllocator.h"
 
 namespace {
 
-const char* const FILE_TAG = "engine/anim/TrackCurvePlayer";
 const int LANES = TrackCurvePlayer::LANES;
 const uint32_t ALL_LANES = (1u << LANES) - 1;
+const int BEZIER = TrackCurveSegment<float>::BEZIER;
 
 // How many blocks after its own pass a block's missed lanes are played: the segments they step
 // onto, asked for when the miss is seen, arrive while the blocks between are played.
@@ -34,7 +32,7 @@ double cubic(double v0, double cv, double bv, double av, double s)
 int TrackCurvePlayer::add(const TrackCurveData<float>* curve)
 {
     int channel = m_curves.size();
-    free_table();
+    m_table.clear();
     if (channel % LANES == 0) {
         m_blocks.append(Block{});
         m_missed.append(0);
@@ -45,42 +43,19 @@ int TrackCurvePlayer::add(const TrackCurveData<float>* curve)
 
 void TrackCurvePlayer::clear()
 {
-    free_table();
+    m_table.clear();
     m_curves.release();
     m_blocks.release();
     m_missed.release();
-    m_offsets.release();
 }
 
-// Copies every curve's segments into the table and puts every lane on no segment (every time
-// misses it, so its first play searches the table).
+// Copies every curve into the table and puts every lane on no segment (every time misses it, so
+// its first play searches its curve).
 void TrackCurvePlayer::build_table()
 {
-    int total = 0;
-    m_offsets.clear();
-    for (const TrackCurveData<float>* curve : m_curves) {
-        m_offsets.append(total);
-        total += curve->segments.size();
-    }
-    m_table_bytes = sizeof(Segment) * static_cast<size_t>(total);
-    m_table = static_cast<Segment*>(jAllocator::get()->largeAlloc(m_table_bytes));
-    memAddInfo(m_table, true, FILE_TAG, __LINE__, "TrackCurvePlayer::build_table", m_table_bytes);
-    for (int i = 0; i < m_curves.size(); ++i) {
-        const jVector<Segment>& segments = m_curves[i]->segments;
-        std::copy(segments.begin(), segments.end(), m_table + m_offsets[i]);
-    }
+    m_table.build(m_curves.data(), m_curves.size());
     for (Block& b : m_blocks)
         b = Block{};
-}
-
-void TrackCurvePlayer::free_table()
-{
-    if (!m_table)
-        return;
-    memRemoveInfo(m_table, FILE_TAG, __LINE__, "TrackCurvePlayer::free_table");
-    jAllocator::get()->largeFree(m_table, m_table_bytes);
-    m_table = nullptr;
-    m_table_bytes = 0;
 }
 
 // Lane l's last solution predicted at normalised time u and refined.
@@ -142,7 +117,7 @@ __attribute__((target_clones("avx2", "default"))) uint32_t TrackCurvePlayer::pla
 
 void TrackCurvePlayer::play(float t, float* out)
 {
-    if (!m_table && size() > 0)
+    if (m_table.size() != size())
         build_table();
     const int blocks = m_blocks.size();
     for (int k = 0; k < blocks; ++k) {
@@ -175,11 +150,10 @@ void TrackCurvePlayer::play_missed(int k, float t, float* out)
 float TrackCurvePlayer::play_lane(Block& b, int l, int channel, float t)
 {
     if (!(t >= b.t0[l] && t < b.t1[l])) {
-        const Segment* g = b.next[l];
+        const Line* g = b.next[l];
         if (g && t >= b.t1[l] && t < g->t1) {
             step(b, l, t);
         } else if (restarts(b, l, t)) {
-            b.t1[l] = b.first[l];
             b.next[l] = b.begin[l];
             step(b, l, t);
         } else {
@@ -198,18 +172,17 @@ float TrackCurvePlayer::play_lane(Block& b, int l, int channel, float t)
     return static_cast<float>(cubic(b.v0[l], b.cv[l], b.bv[l], b.av[l], r.s));
 }
 
-// Steps lane l onto the segment after its own, which starts where the lane's ends.
+// Steps lane l onto the line after its own (there always is one: the table ends each curve with a
+// line that no time steps onto).
 void TrackCurvePlayer::step(Block& b, int l, float t)
 {
-    const Segment* g = b.next[l];
-    TrackCurveShape<float> shape = TrackCurve::shape(*g, b.t1[l]);
-    load(b, l, shape);
-    b.next[l] = g + 1 < b.begin[l] + b.count[l] ? g + 1 : nullptr;
-    if (b.next[l])
-        __builtin_prefetch(b.next[l]);
-    if (shape.mode == Segment::BEZIER) {
-        double u = TrackCurve::normalised(shape, t);
-        b.s[l] = static_cast<float>(TrackCurve::start(shape, u));
+    const Line* g = b.next[l];
+    load(b, l, *g);
+    b.next[l] = g + 1;
+    __builtin_prefetch(g + 1);
+    if (g->mode == BEZIER) {
+        double u = TrackCurve::normalised(*g, t);
+        b.s[l] = static_cast<float>(TrackCurve::start(*g, u));
         b.u[l] = static_cast<float>(u);
         b.rate[l] = 0.0f;
     }
@@ -218,34 +191,24 @@ void TrackCurvePlayer::step(Block& b, int l, float t)
 // Whether t is in the first segment of lane l's curve, where a looping clip starts over.
 bool TrackCurvePlayer::restarts(const Block& b, int l, float t)
 {
-    return b.begin[l] && t >= b.first[l] && t < b.begin[l]->t1;
+    const Line* first = b.begin[l];
+    return first && t >= first->t0 && t < first->t1;
 }
 
-// Puts lane l on the segment of its channel's curve that holds t.
+// Puts lane l on the line of its channel's curve that holds t.
 void TrackCurvePlayer::search(Block& b, int l, int channel, float t)
 {
-    const TrackCurveData<float>& curve = *m_curves[channel];
-    const float* times = curve.times.data();
-    const Segment* segments = m_table + m_offsets[channel];
-    int count = curve.times.size();
-    int hint = b.next[l] ? static_cast<int>(b.next[l] - segments) - 1 : 0;
-    int c = TrackSegment::find(times, count, t, hint);
-    b.begin[l] = segments;
-    b.count[l] = count;
-    b.first[l] = times[0];
-    if (c < 0) {
-        load(b, l, TrackCurve::before(segments[0], times[0]));
-        b.next[l] = segments;
-        return;
-    }
-    load(b, l, TrackCurve::shape(segments[c], times[c]));
-    b.next[l] = c + 1 < count ? segments + c + 1 : nullptr;
+    const TrackCurveTable::Curve& curve = m_table.curve(channel);
+    int i = TrackCurveTable::find(curve, t);
+    b.begin[l] = curve.lines + 1;
+    load(b, l, curve.lines[i]);
+    b.next[l] = curve.lines + i + 1;
 }
 
 // Puts shape into lane l, with the prediction s = u until the lane is solved.
-void TrackCurvePlayer::load(Block& b, int l, const TrackCurveShape<float>& shape)
+void TrackCurvePlayer::load(Block& b, int l, const Line& shape)
 {
-    bool bezier = shape.mode == Segment::BEZIER;
+    bool bezier = shape.mode == BEZIER;
     b.t0[l] = shape.t0;
     b.t1[l] = shape.t1;
     b.origin[l] = shape.inv != 0.0 ? shape.t0 : 0.0f;

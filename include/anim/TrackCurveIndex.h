@@ -18,6 +18,25 @@ public:
     // Frees the table.
     void release();
 
+    // Which bucket a time falls in: the span the buckets divide and their scale, kept apart from
+    // the entries so that a copy of the entries (TrackCurveTable) buckets times the same way.
+    struct Span {
+        float origin = 0.0f;
+        float scale = 0.0f;
+        float end = 0.0f;
+        float top = 0.0f; // the last bucket, as a float for clamping
+
+        // Returns the bucket of t, clamped into the table (a NaN falls in the last bucket). Later
+        // times never fall in earlier buckets.
+        int bucket(float t) const
+        {
+            float x = (t - origin) * scale;
+            x = x < top ? x : top;
+            x = x > 0.0f ? x : 0.0f;
+            return static_cast<int>(x);
+        }
+    };
+
     // Returns whether the table was not built.
     bool empty() const { return m_first.empty(); }
     // Returns whether the table was built over count keys (false when empty): a curve recompiled
@@ -26,30 +45,23 @@ public:
     bool covers(int count) const { return m_keys == count && count > 0; }
     // Return the first and the last time of the table's span (kept here so that the edges of a
     // curve are known without reading its time array).
-    float first() const { return m_origin; }
-    float last() const { return m_end; }
-
-    // Returns the bucket of t, clamped into the table (a NaN falls in the last bucket). Later times
-    // never fall in earlier buckets.
-    int bucket(float t) const
-    {
-        float x = (t - m_origin) * m_scale;
-        x = x < m_top ? x : m_top;
-        x = x > 0.0f ? x : 0.0f;
-        return static_cast<int>(x);
-    }
+    float first() const { return m_span.origin; }
+    float last() const { return m_span.end; }
+    // Returns how the table buckets times.
+    const Span& span() const { return m_span; }
+    // Returns the bucket of t (see Span::bucket).
+    int bucket(float t) const { return m_span.bucket(t); }
 
     // Returns the address of bucket b's entry, which the entry of bucket b + 1 follows. For a time t
     // in bucket b between the first key and the last, the last key at or before t is in
     // [entry(b)[0], entry(b)[1]].
     const int* entry(int b) const { return m_first.data() + b; }
+    // Returns the number of entries: one per bucket and one past the last (0 when empty).
+    int entries() const { return m_first.size(); }
 
 private:
     // Per bucket (and one past the last): the last key that falls in an earlier bucket, else 0.
     jVector<int> m_first;
     int m_keys = 0;
-    float m_origin = 0.0f;
-    float m_scale = 0.0f;
-    float m_end = 0.0f;
-    float m_top = 0.0f; // the last bucket, as a float for clamping
+    Span m_span;
 };

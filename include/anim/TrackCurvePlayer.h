@@ -2,8 +2,8 @@
 
 #include <cstdint>
 
-#include "anim/TrackCurve.h"
 #include "anim/TrackCurveSolution.h"
+#include "anim/TrackCurveTable.h"
 #include "kit/jVector.h"
 
 // Plays many compiled float curves at one time per frame: a channel per curve, each with a segment
@@ -12,9 +12,9 @@
 // channels laid out lane by lane, so a frame is one pass of straight-line arithmetic over
 // contiguous memory that the compiler turns into vector code. A lane that leaves its segment, or
 // whose prediction does not settle, is played again on its own a few blocks later, when the
-// segment it steps onto, asked for at once, has had time to arrive. The segments of all curves are
-// copied into one table on huge pages when playback starts, so that the segments the lanes step
-// onto, spread over the whole table, cost one memory read each and no address translation miss.
+// segment it steps onto, asked for at once, has had time to arrive. The curves are copied into a
+// curve table when playback starts, so that the segments the lanes step onto, spread over the
+// whole table, cost one memory read each and no arithmetic.
 class TrackCurvePlayer {
 public:
     static constexpr int LANES = 8;
@@ -37,7 +37,7 @@ public:
     void play(float t, float* out);
 
 private:
-    using Segment = TrackCurveSegment<float>;
+    using Line = TrackCurveTable::Line;
 
     // The cursors of LANES channels, a lane per channel: the segment each is on, as
     // TrackCurveShape holds it, and its last solution. Segments that need no solving keep the
@@ -61,12 +61,10 @@ private:
         float s[LANES];
         float u[LANES];
         float rate[LANES];
-        // The segment after the lane's (null after the last key's).
-        const Segment* next[LANES];
-        // The curve's segments and the time of its first key (a looping clip starts over there).
-        const Segment* begin[LANES];
-        int count[LANES];
-        float first[LANES];
+        // The table line after the lane's, and the line of its curve's first key, where a looping
+        // clip starts over (both null until the lane first searches its curve).
+        const Line* next[LANES];
+        const Line* begin[LANES];
         uint32_t bezier; // bit l: lane l's segment needs solving
     };
 
@@ -79,16 +77,11 @@ private:
     static void step(Block& b, int l, float t);
     static bool restarts(const Block& b, int l, float t);
     void search(Block& b, int l, int channel, float t);
-    static void load(Block& b, int l, const TrackCurveShape<float>& shape);
+    static void load(Block& b, int l, const Line& line);
     void build_table();
-    void free_table();
 
     jVector<const TrackCurveData<float>*> m_curves;
     jVector<Block> m_blocks;
     jVector<uint32_t> m_missed; // per block, the lanes its last pass missed
-    // The copies of the curves' segments, channel after channel (null until the next play), and
-    // where each channel's start.
-    Segment* m_table = nullptr;
-    size_t m_table_bytes = 0;
-    jVector<int> m_offsets;
+    TrackCurveTable m_table;   // the curves' copies, a curve per channel (empty until the next play)
 };

@@ -1,6 +1,10 @@
 #pragma once
 
-// Finds the key segment that holds a time in a time-sorted array of keys (or of bare times).
+template <class Value>
+struct TrackCurveShape;
+
+// Finds the key segment that holds a time in a time-sorted array of keys (or of bare times, or of
+// segments ready for sampling).
 // Playback asks for times that move forward a little each frame, so a cursor remembers the last
 // segment and the search first tries it and the one after it before it falls back to a binary
 // search (scrubbing, which asks for any time at all).
@@ -76,6 +80,12 @@ private:
     }
 
     static float timeOf(float time) { return time; }
+    // A segment ready for sampling, as a curve table holds it, starts at its key's time.
+    template <class Value>
+    static float timeOf(const TrackCurveShape<Value>& shape)
+    {
+        return shape.t0;
+    }
     template <class Key>
     static float timeOf(const Key& key)
     {

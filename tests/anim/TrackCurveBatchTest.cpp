@@ -1,5 +1,6 @@
 #include "anim/TrackCurveBatch.h"
 
+#include <algorithm>
 #include <cmath>
 #include <limits>
 #include <memory>
@@ -42,11 +43,21 @@ struct Curve {
     TrackCurveData<float> data;
 };
 
-// Samples curves[i] at times[i] in one batch.
+// Samples curves[i] at times[i] in one batch, from a table of the distinct curves.
 std::vector<float> batch(const std::vector<const TrackCurveData<float>*>& curves, const std::vector<float>& times)
 {
+    std::vector<const TrackCurveData<float>*> distinct;
+    std::vector<int> ids;
+    for (const TrackCurveData<float>* c : curves) {
+        auto at = std::find(distinct.begin(), distinct.end(), c);
+        ids.push_back(static_cast<int>(at - distinct.begin()));
+        if (at == distinct.end())
+            distinct.push_back(c);
+    }
+    TrackCurveTable table;
+    table.build(distinct.data(), static_cast<int>(distinct.size()));
     std::vector<float> out(times.size(), -12345.0f);
-    TrackCurveBatch::sample(curves.data(), times.data(), static_cast<int>(times.size()), out.data());
+    TrackCurveBatch::sample(table, ids.data(), times.data(), static_cast<int>(times.size()), out.data());
     return out;
 }
 

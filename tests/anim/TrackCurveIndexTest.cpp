@@ -101,9 +101,12 @@ TEST_F(TrackCurveIndexTest, ClusteredKeysSampleAsSingleSamplesDo)
     std::vector<float> ts;
     for (int n = 0; n < 5000; ++n)
         ts.push_back(n % 2 ? early(rng) : late(rng));
-    std::vector<const TrackCurveData<float>*> curves(ts.size(), &curve);
+    const TrackCurveData<float>* one = &curve;
+    TrackCurveTable table;
+    table.build(&one, 1);
+    std::vector<int> curves(ts.size(), 0);
     std::vector<float> out(ts.size());
-    TrackCurveBatch::sample(curves.data(), ts.data(), static_cast<int>(ts.size()), out.data());
+    TrackCurveBatch::sample(table, curves.data(), ts.data(), static_cast<int>(ts.size()), out.data());
     for (size_t n = 0; n < ts.size(); ++n) {
         int cursor = 0;
         ASSERT_EQ(out[n], TrackCurve::evaluate(curve.times.data(), curve.segments.data(), curve.times.size(), ts[n], cursor))
