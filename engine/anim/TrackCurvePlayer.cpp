@@ -127,6 +127,7 @@ void TrackCurvePlayer::play(float t, float* out)
     }
     for (int k = blocks > PIPELINE ? blocks - PIPELINE : 0; k < blocks; ++k)
         play_missed(k, t, out);
+    solve_pending(out);
 }
 
 void TrackCurvePlayer::keep(Block& b, int l, double u, const TrackCurveSolution& r)
@@ -136,40 +137,87 @@ void TrackCurvePlayer::keep(Block& b, int l, double u, const TrackCurveSolution&
     b.rate[l] = static_cast<float>(1.0 / r.slope);
 }
 
+// Moves the lanes block k missed onto the segments that hold t and plays them; Bezier lanes wait
+// to be solved with others.
 void TrackCurvePlayer::play_missed(int k, float t, float* out)
 {
     Block& b = m_blocks[k];
     for (uint32_t m = m_missed[k]; m; m &= m - 1) {
         int l = __builtin_ctz(m);
-        out[k * LANES + l] = play_lane(b, l, k * LANES + l, t);
+        seek(b, l, k * LANES + l, t);
+        double u = normalised(t, b.t0[l], b.inv[l]);
+        if (b.bezier & (1u << l))
+            defer(k, l, u, out);
+        else
+            out[k * LANES + l] = static_cast<float>(cubic(b.v0[l], b.cv[l], b.bv[l], b.av[l], u));
     }
 }
 
-// Moves lane l onto the segment that holds t and returns its value there, solving cold when the
-// prediction does not settle.
-float TrackCurvePlayer::play_lane(Block& b, int l, int channel, float t)
+// Moves lane l onto the segment that holds t: the next one, the first one of a clip that loops, or
+// whichever a search finds.
+void TrackCurvePlayer::seek(Block& b, int l, int channel, float t)
 {
-    if (!(t >= b.t0[l] && t < b.t1[l])) {
-        const Line* g = b.next[l];
-        if (g && t >= b.t1[l] && t < g->t1) {
-            step(b, l, t);
-        } else if (restarts(b, l, t)) {
-            b.next[l] = b.begin[l];
-            step(b, l, t);
-        } else {
-            search(b, l, channel, t);
+    if (t >= b.t0[l] && t < b.t1[l])
+        return;
+    const Line* g = b.next[l];
+    if (g && t >= b.t1[l] && t < g->t1) {
+        step(b, l, t);
+    } else if (restarts(b, l, t)) {
+        b.next[l] = b.begin[l];
+        step(b, l, t);
+    } else {
+        search(b, l, channel, t);
+    }
+}
+
+// Queues Bezier lane l of block k at normalised time u, solving the queue when it is full.
+void TrackCurvePlayer::defer(int k, int l, double u, float* out)
+{
+    const Block& b = m_blocks[k];
+    Pending& p = m_pending;
+    int i = p.size++;
+    p.block[i] = k;
+    p.lane[i] = l;
+    p.ax[i] = b.ax[l];
+    p.bx[i] = b.bx[l];
+    p.cx[i] = b.cx[l];
+    p.u[i] = u;
+    p.s[i] = TrackCurveSolution::predict(b.s[l], b.u[l], b.rate[l], u);
+    if (p.size == LANES)
+        solve_pending(out);
+}
+
+// Solves the queued lanes, which the queue's vector pass leaves settled but for the few whose
+// first guess on a new segment was poor: those are solved cold.
+void TrackCurvePlayer::solve_pending(float* out)
+{
+    Pending& p = m_pending;
+    if (p.size == 0)
+        return;
+    for (int i = p.size; i < LANES; ++i) {
+        p.ax[i] = p.bx[i] = p.u[i] = p.s[i] = 0.0;
+        p.cx[i] = 1.0;
+    }
+    refine_pending(p);
+    for (int i = 0; i < p.size; ++i) {
+        Block& b = m_blocks[p.block[i]];
+        int l = p.lane[i];
+        TrackCurveSolution r = p.solution[i];
+        if (!r.settled()) {
+            r.s = TrackCurve::solve(b.ax[l], b.bx[l], b.cx[l], p.u[i]);
+            r.slope = TrackCurveSolution::slopeAt(b.ax[l], b.bx[l], b.cx[l], r.s);
         }
+        keep(b, l, p.u[i], r);
+        out[p.block[i] * LANES + l] = static_cast<float>(cubic(b.v0[l], b.cv[l], b.bv[l], b.av[l], r.s));
     }
-    double u = normalised(t, b.t0[l], b.inv[l]);
-    if (!(b.bezier & (1u << l)))
-        return static_cast<float>(cubic(b.v0[l], b.cv[l], b.bv[l], b.av[l], u));
-    TrackCurveSolution r = refine_lane(b, l, u);
-    if (!r.settled()) {
-        r.s = TrackCurve::solve(b.ax[l], b.bx[l], b.cx[l], u);
-        r.slope = TrackCurveSolution::slopeAt(b.ax[l], b.bx[l], b.cx[l], r.s);
-    }
-    keep(b, l, u, r);
-    return static_cast<float>(cubic(b.v0[l], b.cv[l], b.bv[l], b.av[l], r.s));
+    p.size = 0;
+}
+
+// Refines every slot of the queue from its prediction, side by side. Compiled as play_fast is.
+__attribute__((target_clones("avx2", "default"))) void TrackCurvePlayer::refine_pending(Pending& p)
+{
+    for (int i = 0; i < LANES; ++i)
+        p.solution[i] = TrackCurveSolution::refine(p.ax[i], p.bx[i], p.cx[i], p.u[i], p.s[i]);
 }
 
 // Steps lane l onto the line after its own (there always is one: the table ends each curve with a

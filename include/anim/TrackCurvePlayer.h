@@ -68,12 +68,30 @@ private:
         uint32_t bezier; // bit l: lane l's segment needs solving
     };
 
+    // Bezier lanes that play_missed moved, waiting to be solved LANES at a time in one pass of
+    // vector code instead of one chain of dependent divisions each: where each lane is, its
+    // timing polynomial, normalised time and predicted solution, and then the refined solution.
+    struct Pending {
+        int block[LANES];
+        int lane[LANES];
+        double ax[LANES];
+        double bx[LANES];
+        double cx[LANES];
+        double u[LANES];
+        double s[LANES];
+        TrackCurveSolution solution[LANES];
+        int size = 0;
+    };
+
     uint32_t play_fast(int k, float t, float* out);
     static uint32_t play_block(Block& b, float t, float* __restrict out);
     static TrackCurveSolution refine_lane(const Block& b, int l, double u);
     static void keep(Block& b, int l, double u, const TrackCurveSolution& r);
     void play_missed(int k, float t, float* out);
-    float play_lane(Block& b, int l, int channel, float t);
+    void seek(Block& b, int l, int channel, float t);
+    void defer(int k, int l, double u, float* out);
+    void solve_pending(float* out);
+    static void refine_pending(Pending& p);
     static void step(Block& b, int l, float t);
     static bool restarts(const Block& b, int l, float t);
     void search(Block& b, int l, int channel, float t);
@@ -83,5 +101,6 @@ private:
     jVector<const TrackCurveData<float>*> m_curves;
     jVector<Block> m_blocks;
     jVector<uint32_t> m_missed; // per block, the lanes its last pass missed
+    Pending m_pending;
     TrackCurveTable m_table;   // the curves' copies, a curve per channel (empty until the next play)
 };
