@@ -106,7 +106,7 @@ double clamp01(double s)
 // move the start from u most of the way where the timing curve bends, so that three Halley steps
 // (one division each, like Newton's, but cubic convergence) settle all but one or two samples in a
 // thousand; those take the safeguarded search. From s = u, four Newton steps leave one in ten.
-__attribute__((target_clones("avx2", "default"))) void solve(Timing& m)
+__attribute__((target_clones("arch=x86-64-v3", "default"))) void solve(Timing& m)
 {
     for (int pass = 0; pass < 2; ++pass)
         for (int k = 0; k < GROUP; ++k)

@@ -96,7 +96,7 @@ __attribute__((always_inline)) inline uint32_t TrackCurvePlayer::play_block(Bloc
 // Plays the lanes of block k that stay in their segments into out. Returns the others, whose next
 // segments (or first, when t went back) are asked for now. Compiled twice, for processors with and
 // without the wider vectors, and chosen when the library is loaded.
-__attribute__((target_clones("avx2", "default"))) uint32_t TrackCurvePlayer::play_fast(int k, float t, float* out)
+__attribute__((target_clones("arch=x86-64-v3", "default"))) uint32_t TrackCurvePlayer::play_fast(int k, float t, float* out)
 {
     Block& b = m_blocks[k];
     int first = k * LANES;
@@ -214,7 +214,7 @@ void TrackCurvePlayer::solve_pending(float* out)
 }
 
 // Refines every slot of the queue from its prediction, side by side. Compiled as play_fast is.
-__attribute__((target_clones("avx2", "default"))) void TrackCurvePlayer::refine_pending(Pending& p)
+__attribute__((target_clones("arch=x86-64-v3", "default"))) void TrackCurvePlayer::refine_pending(Pending& p)
 {
     for (int i = 0; i < LANES; ++i)
         p.solution[i] = TrackCurveSolution::refine(p.ax[i], p.bx[i], p.cx[i], p.u[i], p.s[i]);
