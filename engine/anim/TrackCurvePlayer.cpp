@@ -22,6 +22,14 @@ double normalised(float t, float t0, double inv)
     return inv != 0.0 ? static_cast<double>(t - t0) * inv : 0.0;
 }
 
+// The same for a finite t without a branch, so that the block pass stays vector code: segments
+// that hold one value measure from t itself.
+double normalised_finite(float t, float t0, double inv)
+{
+    float from = inv != 0.0 ? t0 : t;
+    return static_cast<double>(t - from) * inv;
+}
+
 double cubic(double v0, double cv, double bv, double av, double s)
 {
     return v0 + s * (cv + s * (bv + s * av));
@@ -35,6 +43,7 @@ int TrackCurvePlayer::add(const TrackCurveData<float>* curve)
     m_table.clear();
     if (channel % LANES == 0) {
         m_blocks.append(Block{});
+        m_links.append(Links{});
         m_missed.append(0);
     }
     m_curves.append(curve);
@@ -46,6 +55,7 @@ void TrackCurvePlayer::clear()
     m_table.clear();
     m_curves.release();
     m_blocks.release();
+    m_links.release();
     m_missed.release();
 }
 
@@ -56,6 +66,8 @@ void TrackCurvePlayer::build_table()
     m_table.build(m_curves.data(), m_curves.size());
     for (Block& b : m_blocks)
         b = Block{};
+    for (Links& links : m_links)
+        links = Links{};
 }
 
 // Lane l's last solution predicted at normalised time u and refined.
@@ -74,13 +86,13 @@ __attribute__((always_inline)) inline uint32_t TrackCurvePlayer::play_block(Bloc
     int32_t played[LANES];
     if (!b.bezier) {
         for (int l = 0; l < LANES; ++l) {
-            double u = static_cast<double>(t - b.origin[l]) * b.inv[l];
+            double u = normalised_finite(t, b.t0[l], b.inv[l]);
             out[l] = static_cast<float>(cubic(b.v0[l], b.cv[l], b.bv[l], b.av[l], u));
             played[l] = (t >= b.t0[l]) & (t < b.t1[l]);
         }
     } else {
         for (int l = 0; l < LANES; ++l) {
-            double u = static_cast<double>(t - b.origin[l]) * b.inv[l];
+            double u = normalised_finite(t, b.t0[l], b.inv[l]);
             TrackCurveSolution r = refine_lane(b, l, u);
             keep(b, l, u, r);
             out[l] = static_cast<float>(cubic(b.v0[l], b.cv[l], b.bv[l], b.av[l], r.s));
@@ -102,15 +114,16 @@ __attribute__((target_clones("arch=x86-64-v3", "default"))) uint32_t TrackCurveP
     int first = k * LANES;
     int lanes = std::min(size() - first, LANES);
     uint32_t missed = lanes == LANES ? ALL_LANES : (1u << lanes) - 1;
-    // The block pass takes normalised time from t - origin, which infinities would turn into NaN.
+    // The block pass takes normalised time from t - t0, which infinities would turn into NaN.
     if (std::isfinite(t)) {
         float values[LANES];
         missed &= play_block(b, t, values);
         std::copy(values, values + lanes, out + first);
     }
+    const Links& links = m_links[k];
     for (uint32_t m = missed; m; m &= m - 1) {
         int l = __builtin_ctz(m);
-        __builtin_prefetch(t < b.t0[l] ? b.begin[l] : b.next[l]);
+        __builtin_prefetch(t < b.t0[l] ? links.begin[l] : links.next[l]);
     }
     return missed;
 }
@@ -144,7 +157,7 @@ void TrackCurvePlayer::play_missed(int k, float t, float* out)
     Block& b = m_blocks[k];
     for (uint32_t m = m_missed[k]; m; m &= m - 1) {
         int l = __builtin_ctz(m);
-        seek(b, l, k * LANES + l, t);
+        seek(k, l, t);
         double u = normalised(t, b.t0[l], b.inv[l]);
         if (b.bezier & (1u << l))
             defer(k, l, u, out);
@@ -153,20 +166,22 @@ void TrackCurvePlayer::play_missed(int k, float t, float* out)
     }
 }
 
-// Moves lane l onto the segment that holds t: the next one, the first one of a clip that loops, or
-// whichever a search finds.
-void TrackCurvePlayer::seek(Block& b, int l, int channel, float t)
+// Moves lane l of block k onto the segment that holds t: the next one, the first one of a clip
+// that loops, or whichever a search finds.
+void TrackCurvePlayer::seek(int k, int l, float t)
 {
+    Block& b = m_blocks[k];
     if (t >= b.t0[l] && t < b.t1[l])
         return;
-    const Line* g = b.next[l];
+    Links& links = m_links[k];
+    const Line* g = links.next[l];
     if (g && t >= b.t1[l] && t < g->t1) {
-        step(b, l, t);
-    } else if (restarts(b, l, t)) {
-        b.next[l] = b.begin[l];
-        step(b, l, t);
+        step(b, links, l, t);
+    } else if (restarts(links, l, t)) {
+        links.next[l] = links.begin[l];
+        step(b, links, l, t);
     } else {
-        search(b, l, channel, t);
+        search(b, links, l, k * LANES + l, t);
     }
 }
 
@@ -222,11 +237,12 @@ __attribute__((target_clones("arch=x86-64-v3", "default"))) void TrackCurvePlaye
 
 // Steps lane l onto the line after its own (there always is one: the table ends each curve with a
 // line that no time steps onto).
-void TrackCurvePlayer::step(Block& b, int l, float t)
+void TrackCurvePlayer::step(Block& b, Links& links, int l, float t)
 {
-    const Line* g = b.next[l];
+    const Line* g = links.next[l];
     load(b, l, *g);
-    b.next[l] = g + 1;
+    links.next[l] = g + 1;
+    // Asked for now, the line is near when the lane steps on a few frames later.
     __builtin_prefetch(g + 1);
     if (g->mode == BEZIER) {
         double u = TrackCurve::normalised(*g, t);
@@ -237,20 +253,20 @@ void TrackCurvePlayer::step(Block& b, int l, float t)
 }
 
 // Whether t is in the first segment of lane l's curve, where a looping clip starts over.
-bool TrackCurvePlayer::restarts(const Block& b, int l, float t)
+bool TrackCurvePlayer::restarts(const Links& links, int l, float t)
 {
-    const Line* first = b.begin[l];
+    const Line* first = links.begin[l];
     return first && t >= first->t0 && t < first->t1;
 }
 
 // Puts lane l on the line of its channel's curve that holds t.
-void TrackCurvePlayer::search(Block& b, int l, int channel, float t)
+void TrackCurvePlayer::search(Block& b, Links& links, int l, int channel, float t)
 {
     const TrackCurveTable::Curve& curve = m_table.curve(channel);
     int i = TrackCurveTable::find(curve, t);
-    b.begin[l] = curve.lines + 1;
+    links.begin[l] = curve.lines + 1;
     load(b, l, curve.lines[i]);
-    b.next[l] = curve.lines + i + 1;
+    links.next[l] = curve.lines + i + 1;
 }
 
 // Puts shape into lane l, with the prediction s = u until the lane is solved.
@@ -259,7 +275,6 @@ void TrackCurvePlayer::load(Block& b, int l, const Line& shape)
     bool bezier = shape.mode == BEZIER;
     b.t0[l] = shape.t0;
     b.t1[l] = shape.t1;
-    b.origin[l] = shape.inv != 0.0 ? shape.t0 : 0.0f;
     b.inv[l] = shape.inv;
     b.v0[l] = shape.v0;
     b.cv[l] = shape.cv;

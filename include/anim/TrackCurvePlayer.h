@@ -42,13 +42,11 @@ private:
     // The cursors of LANES channels, a lane per channel: the segment each is on, as
     // TrackCurveShape holds it, and its last solution. Segments that need no solving keep the
     // timing polynomial of a straight line (s = u), so that every lane can take the same Newton
-    // steps.
+    // steps. Only what every frame reads is here (a frame streams through all blocks); where the
+    // lanes go next is in Links.
     struct Block {
         float t0[LANES];
         float t1[LANES];
-        // Where normalised time starts: t0, or 0 on segments that hold one value (inv 0), whose
-        // t0 may be minus infinity.
-        float origin[LANES];
         float v0[LANES];
         float cv[LANES];
         float bv[LANES];
@@ -61,11 +59,15 @@ private:
         float s[LANES];
         float u[LANES];
         float rate[LANES];
-        // The table line after the lane's, and the line of its curve's first key, where a looping
-        // clip starts over (both null until the lane first searches its curve).
+        uint32_t bezier; // bit l: lane l's segment needs solving
+    };
+
+    // For the lanes of a block: the table line after the lane's, and the line of its curve's
+    // first key, where a looping clip starts over (both null until the lane first searches its
+    // curve).
+    struct Links {
         const Line* next[LANES];
         const Line* begin[LANES];
-        uint32_t bezier; // bit l: lane l's segment needs solving
     };
 
     // Bezier lanes that play_missed moved, waiting to be solved LANES at a time in one pass of
@@ -88,18 +90,19 @@ private:
     static TrackCurveSolution refine_lane(const Block& b, int l, double u);
     static void keep(Block& b, int l, double u, const TrackCurveSolution& r);
     void play_missed(int k, float t, float* out);
-    void seek(Block& b, int l, int channel, float t);
+    void seek(int k, int l, float t);
     void defer(int k, int l, double u, float* out);
     void solve_pending(float* out);
     static void refine_pending(Pending& p);
-    static void step(Block& b, int l, float t);
-    static bool restarts(const Block& b, int l, float t);
-    void search(Block& b, int l, int channel, float t);
+    static void step(Block& b, Links& links, int l, float t);
+    static bool restarts(const Links& links, int l, float t);
+    void search(Block& b, Links& links, int l, int channel, float t);
     static void load(Block& b, int l, const Line& line);
     void build_table();
 
     jVector<const TrackCurveData<float>*> m_curves;
     jVector<Block> m_blocks;
+    jVector<Links> m_links;
     jVector<uint32_t> m_missed; // per block, the lanes its last pass missed
     Pending m_pending;
     TrackCurveTable m_table;   // the curves' copies, a curve per channel (empty until the next play)
