@@ -19,14 +19,12 @@ void TrackPlayback::build(const jVector<TrackParameter*>& params)
     m_valid = false;
     m_outputs.clear();
     m_player.clear();
+    m_values.clear();
+    m_held.clear();
     for (TrackParameter* p : params) {
         if (p->isEnabled() && p->isBound())
             add(p);
     }
-    m_values.clear();
-    m_values.reserve(m_player.size());
-    for (int i = 0; i < m_player.size(); ++i)
-        m_values.append(0.0f);
     m_valid = true;
 }
 
@@ -43,21 +41,26 @@ void TrackPlayback::add(TrackParameter* param)
             return; // nothing to play, nothing to keep
         o.kind = FLOAT;
         o.mask = 1;
-        o.last[0] = f->m_value;
         m_player.add(&f->getCurve());
+        m_values.append(f->m_value);
     } else if (param->getType() == TRACK_PARAMETER_VEC3) {
         auto* v = static_cast<FloatVector*>(static_cast<TrackParameterVec3*>(param));
         o.kind = VEC3;
         for (int c = 0; c < 3; ++c) {
             const TrackParameterFloat& component = v->m_components[c];
-            o.last[c] = v->m_value[c];
-            if (component.getNumKeys() == 0 || !component.isEnabled())
-                continue;
-            o.mask |= 1u << c;
-            m_player.add(&component.getCurve());
+            if (component.getNumKeys() > 0 && component.isEnabled())
+                o.mask |= 1u << c;
         }
         if (o.mask == 0)
             return;
+        for (int c = 0; c < 3; ++c) {
+            if (o.mask & (1u << c)) {
+                m_player.add(&v->m_components[c].getCurve());
+                m_values.append(v->m_value[c]);
+            } else {
+                m_held.append(v->m_value[c]);
+            }
+        }
     }
     m_outputs.append(o);
 }
@@ -67,16 +70,23 @@ void TrackPlayback::invalidate()
     if (!m_valid)
         return;
     m_valid = false;
+    const float* held = m_held.data();
     for (const Output& o : m_outputs)
-        flush(o);
+        flush(o, held);
 }
 
-void TrackPlayback::flush(const Output& o) const
+// Hands output o's last values to its parameter; held is where o's held components start, and is
+// moved past them.
+void TrackPlayback::flush(const Output& o, const float*& held) const
 {
-    if (o.kind == FLOAT)
-        static_cast<FloatCurve*>(o.param)->m_value = o.last[0];
-    else if (o.kind == VEC3)
-        static_cast<FloatVector*>(o.param)->m_value = vec3(o.last[0], o.last[1], o.last[2]);
+    if (o.kind == FLOAT) {
+        static_cast<FloatCurve*>(o.param)->m_value = m_values[o.first];
+    } else if (o.kind == VEC3) {
+        const float* channel = &m_values[o.first];
+        vec3& value = static_cast<FloatVector*>(o.param)->m_value;
+        for (int c = 0; c < 3; ++c)
+            value[c] = (o.mask & (1u << c)) ? *channel++ : *held++;
+    }
 }
 
 void TrackPlayback::clear()
@@ -85,22 +95,29 @@ void TrackPlayback::clear()
     m_outputs.release();
     m_player.clear();
     m_values.release();
+    m_held.release();
 }
 
 void TrackPlayback::play(float t)
 {
     m_player.play(t, m_values.data());
     const int count = m_outputs.size();
+    float* held = m_held.data();
     for (int i = 0; i < count; ++i) {
-        if (i + NODE_AHEAD < count)
-            __builtin_prefetch(m_outputs[i + NODE_AHEAD].target.node);
-        Output& o = m_outputs[i];
+        if (i + NODE_AHEAD < count) {
+            const Output& ahead = m_outputs[i + NODE_AHEAD];
+            __builtin_prefetch(ahead.target.node);
+            // Other kinds play through their parameter objects, which lie all over the heap.
+            if (ahead.kind == GENERIC)
+                __builtin_prefetch(ahead.param);
+        }
+        const Output& o = m_outputs[i];
         switch (o.kind) {
         case FLOAT:
             play_float(o);
             break;
         case VEC3:
-            play_vector(o);
+            play_vector(o, held);
             break;
         default:
             o.param->apply(t);
@@ -109,37 +126,36 @@ void TrackPlayback::play(float t)
     }
 }
 
-void TrackPlayback::play_float(Output& o)
+void TrackPlayback::play_float(const Output& o)
 {
     float v = m_values[o.first];
-    o.last[0] = v;
     TrackValue out;
     out.n[0] = static_cast<double>(v);
     o.reg->set(o.target, out);
 }
 
 // As TrackParameterVector::apply: the played components from their curves, the others from the
-// bound property (or, when it cannot be read, from the vector played last).
-void TrackPlayback::play_vector(Output& o)
+// bound property (or, when it cannot be read, from the vector played last). held is where o's held
+// components start, and is moved past them.
+void TrackPlayback::play_vector(const Output& o, float*& held)
 {
     const float* channel = &m_values[o.first];
-    float v[3];
-    for (int c = 0; c < 3; ++c) {
-        if (o.mask & (1u << c))
-            v[c] = *channel++;
-    }
-    if (o.mask != 7u) {
+    TrackValue out;
+    if (o.mask == 7u) {
+        for (int c = 0; c < 3; ++c)
+            out.n[c] = static_cast<double>(channel[c]);
+    } else {
         TrackValue current;
         bool read = o.reg->get(o.target, current);
         for (int c = 0; c < 3; ++c) {
-            if (!(o.mask & (1u << c)))
-                v[c] = read ? static_cast<float>(current.n[c]) : o.last[c];
+            if (o.mask & (1u << c)) {
+                out.n[c] = static_cast<double>(*channel++);
+            } else {
+                if (read)
+                    *held = static_cast<float>(current.n[c]);
+                out.n[c] = static_cast<double>(*held++);
+            }
         }
-    }
-    TrackValue out;
-    for (int c = 0; c < 3; ++c) {
-        o.last[c] = v[c];
-        out.n[c] = static_cast<double>(v[c]);
     }
     o.reg->set(o.target, out);
 }

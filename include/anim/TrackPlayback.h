@@ -36,7 +36,8 @@ private:
     enum KIND { GENERIC = 0, FLOAT = 1, VEC3 = 2 };
 
     // One played parameter. Float and vec3 outputs read their channels' values from m_values,
-    // starting at first (one per played component, in component order).
+    // starting at first (one per played component, in component order). A frame only reads
+    // outputs, so that streaming through them dirties no memory.
     struct Output {
         TrackParameter* param = nullptr;
         const TrackReg* reg = nullptr;
@@ -44,16 +45,19 @@ private:
         int kind = GENERIC;
         int first = 0;
         unsigned mask = 0; // components played, bit c for component c
-        float last[3] = {0.0f, 0.0f, 0.0f};
     };
 
     void add(TrackParameter* param);
-    void play_float(Output& o);
-    void play_vector(Output& o);
-    void flush(const Output& o) const;
+    void play_float(const Output& o);
+    void play_vector(const Output& o, float*& held);
+    void flush(const Output& o, const float*& held) const;
 
     jVector<Output> m_outputs;
     TrackCurvePlayer m_player;
-    jVector<float> m_values; // the value of every channel of m_player in the current frame
+    // The value of every channel of m_player in the last frame (before the first, the values the
+    // parameters had), and the components of vec3 outputs that no channel plays as last written,
+    // output after output: what invalidate hands back to the parameters.
+    jVector<float> m_values;
+    jVector<float> m_held;
     bool m_valid = false;
 };

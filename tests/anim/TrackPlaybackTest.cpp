@@ -191,13 +191,14 @@ TEST_F(TrackPlaybackTest, UnboundParametersReportTheValuePlayedLast)
 {
     TrackParameterFloat* d = dimmer();
     TrackParameterVec3* p = mover();
+    cube->setPosition(vec3(0.0f, 0.0f, 7.0f)); // z has no keys: played as the cube has it
     track.set(0.5f);
     track.set(0.25f);
     ASSERT_TRUE(track.bindNode(d, &world, -1, "", -1, "", "Light.intensity"));
     ASSERT_TRUE(track.bindNode(p, &world, -1, "", -1, "", "Node.position"));
     track.set(0.75f);
     EXPECT_EQ(d->getValue(), 2.5f);
-    EXPECT_EQ(p->getValue(), vec3(2.5f, 5.0f, 0.0f));
+    EXPECT_EQ(p->getValue(), vec3(2.5f, 5.0f, 7.0f));
     EXPECT_EQ(lamp->getLightIntensity(), 2.5f);
 }
 
