@@ -4,6 +4,7 @@
 #include <cmath>
 
 #include "anim/TrackCurveSolution.h"
+#include "kit/jWorker.h"
 
 namespace {
 
@@ -14,6 +15,10 @@ const int BEZIER = TrackCurveSegment<float>::BEZIER;
 // How many blocks after its own pass a block's missed lanes are played: the segments they step
 // onto, asked for when the miss is seen, arrive while the blocks between are played.
 const int PIPELINE = 8;
+
+// From how many blocks on a frame is played on two threads, half of the blocks each: below, handing
+// half over costs more than it saves.
+const int PARALLEL_BLOCKS = 512;
 
 // The normalised time of t in a lane's segment, as TrackCurve::normalised gives it (0 for segments
 // that hold one value, where t - t0 may be infinite).
@@ -133,14 +138,32 @@ void TrackCurvePlayer::play(float t, float* out)
     if (m_table.size() != size())
         build_table();
     const int blocks = m_blocks.size();
-    for (int k = 0; k < blocks; ++k) {
-        m_missed[k] = play_fast(k, t, out);
-        if (k >= PIPELINE)
-            play_missed(k - PIPELINE, t, out);
+    Share other{this, t, out, blocks / 2, blocks};
+    if (blocks >= PARALLEL_BLOCKS && jWorker::get()->start(play_share, &other)) {
+        play_blocks(0, other.first, t, out, m_pending[0]);
+        jWorker::get()->wait();
+    } else {
+        play_blocks(0, blocks, t, out, m_pending[0]);
     }
-    for (int k = blocks > PIPELINE ? blocks - PIPELINE : 0; k < blocks; ++k)
-        play_missed(k, t, out);
-    solve_pending(out);
+}
+
+void TrackCurvePlayer::play_share(void* context)
+{
+    auto* share = static_cast<Share*>(context);
+    share->player->play_blocks(share->first, share->end, share->t, share->out, share->player->m_pending[1]);
+}
+
+// Plays blocks [first, end) at t into out, queueing their Bezier lanes that move in pending.
+void TrackCurvePlayer::play_blocks(int first, int end, float t, float* out, Pending& pending)
+{
+    for (int k = first; k < end; ++k) {
+        m_missed[k] = play_fast(k, t, out);
+        if (k - PIPELINE >= first)
+            play_missed(k - PIPELINE, t, out, pending);
+    }
+    for (int k = std::max(end - PIPELINE, first); k < end; ++k)
+        play_missed(k, t, out, pending);
+    solve_pending(pending, out);
 }
 
 void TrackCurvePlayer::keep(Block& b, int l, double u, const TrackCurveSolution& r)
@@ -152,7 +175,7 @@ void TrackCurvePlayer::keep(Block& b, int l, double u, const TrackCurveSolution&
 
 // Moves the lanes block k missed onto the segments that hold t and plays them; Bezier lanes wait
 // to be solved with others.
-void TrackCurvePlayer::play_missed(int k, float t, float* out)
+void TrackCurvePlayer::play_missed(int k, float t, float* out, Pending& pending)
 {
     Block& b = m_blocks[k];
     for (uint32_t m = m_missed[k]; m; m &= m - 1) {
@@ -160,7 +183,7 @@ void TrackCurvePlayer::play_missed(int k, float t, float* out)
         seek(k, l, t);
         double u = normalised(t, b.t0[l], b.inv[l]);
         if (b.bezier & (1u << l))
-            defer(k, l, u, out);
+            defer(pending, k, l, u, out);
         else
             out[k * LANES + l] = static_cast<float>(cubic(b.v0[l], b.cv[l], b.bv[l], b.av[l], u));
     }
@@ -185,11 +208,10 @@ void TrackCurvePlayer::seek(int k, int l, float t)
     }
 }
 
-// Queues Bezier lane l of block k at normalised time u, solving the queue when it is full.
-void TrackCurvePlayer::defer(int k, int l, double u, float* out)
+// Queues Bezier lane l of block k at normalised time u in p, solving the queue when it is full.
+void TrackCurvePlayer::defer(Pending& p, int k, int l, double u, float* out)
 {
     const Block& b = m_blocks[k];
-    Pending& p = m_pending;
     int i = p.size++;
     p.block[i] = k;
     p.lane[i] = l;
@@ -199,14 +221,13 @@ void TrackCurvePlayer::defer(int k, int l, double u, float* out)
     p.u[i] = u;
     p.s[i] = TrackCurveSolution::predict(b.s[l], b.u[l], b.rate[l], u);
     if (p.size == LANES)
-        solve_pending(out);
+        solve_pending(p, out);
 }
 
 // Solves the queued lanes, which the queue's vector pass leaves settled but for the few whose
 // first guess on a new segment was poor: those are solved cold.
-void TrackCurvePlayer::solve_pending(float* out)
+void TrackCurvePlayer::solve_pending(Pending& p, float* out)
 {
-    Pending& p = m_pending;
     if (p.size == 0)
         return;
     for (int i = p.size; i < LANES; ++i) {

@@ -14,7 +14,8 @@
 // whose prediction does not settle, is played again on its own a few blocks later, when the
 // segment it steps onto, asked for at once, has had time to arrive. The curves are copied into a
 // curve table when playback starts, so that the segments the lanes step onto, spread over the
-// whole table, cost one memory read each and no arithmetic.
+// whole table, cost one memory read each and no arithmetic. Frames of many channels are played
+// half on the engine's worker thread (jWorker), half on the caller's.
 class TrackCurvePlayer {
 public:
     static constexpr int LANES = 8;
@@ -33,7 +34,8 @@ public:
     // Forgets every channel and frees the storage.
     void clear();
 
-    // Writes every channel's value at t to out[0 .. size()).
+    // Writes every channel's value at t to out[0 .. size()). Not to be called for one player from
+    // two threads at once.
     void play(float t, float* out);
 
 private:
@@ -85,14 +87,25 @@ private:
         int size = 0;
     };
 
+    // The blocks [first, end) of a frame, for the worker thread.
+    struct Share {
+        TrackCurvePlayer* player;
+        float t;
+        float* out;
+        int first;
+        int end;
+    };
+
+    static void play_share(void* context);
+    void play_blocks(int first, int end, float t, float* out, Pending& pending);
     uint32_t play_fast(int k, float t, float* out);
     static uint32_t play_block(Block& b, float t, float* __restrict out);
     static TrackCurveSolution refine_lane(const Block& b, int l, double u);
     static void keep(Block& b, int l, double u, const TrackCurveSolution& r);
-    void play_missed(int k, float t, float* out);
+    void play_missed(int k, float t, float* out, Pending& pending);
     void seek(int k, int l, float t);
-    void defer(int k, int l, double u, float* out);
-    void solve_pending(float* out);
+    void defer(Pending& p, int k, int l, double u, float* out);
+    void solve_pending(Pending& p, float* out);
     static void refine_pending(Pending& p);
     static void step(Block& b, Links& links, int l, float t);
     static bool restarts(const Links& links, int l, float t);
@@ -104,6 +117,6 @@ private:
     jVector<Block> m_blocks;
     jVector<Links> m_links;
     jVector<uint32_t> m_missed; // per block, the lanes its last pass missed
-    Pending m_pending;
+    Pending m_pending[2]; // one per thread playing
     TrackCurveTable m_table;   // the curves' copies, a curve per channel (empty until the next play)
 };

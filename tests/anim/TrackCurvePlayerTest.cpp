@@ -162,6 +162,19 @@ TEST_F(TrackCurvePlayerTest, EdgesOfTheCurveHoldTheEndKeys)
     }
 }
 
+TEST_F(TrackCurvePlayerTest, LargePlayersSplitOverTwoThreadsPlayWhatAColdStartGives)
+{
+    // Enough channels that a frame is played half on the worker thread, of every key type.
+    Channels c;
+    for (unsigned seed = 1; seed <= 5000; ++seed)
+        c.add(makeKeys(12, seed));
+    for (float t : {0.0f, 0.3f, 0.31f, 0.32f, 0.9f, 0.1f, 5.0f}) {
+        c.play(t);
+        for (size_t i = 0; i < c.curves.size(); ++i)
+            ASSERT_NEAR(c.values[i], c.curves[i]->cold(t), 1e-6) << "channel " << i << " t=" << t;
+    }
+}
+
 TEST_F(TrackCurvePlayerTest, ChannelsAddedAfterPlayingStartOnTheirOwnCurve)
 {
     Channels c;
