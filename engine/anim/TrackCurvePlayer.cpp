@@ -224,6 +224,14 @@ void TrackCurvePlayer::defer(Pending& p, int k, int l, double u, float* out)
         solve_pending(p, out);
 }
 
+// Refines every slot of the queue from its prediction, side by side. Compiled as play_fast is (and
+// defined before its first use, as multiversioned functions must be).
+__attribute__((target_clones("arch=x86-64-v3", "default"))) void TrackCurvePlayer::refine_pending(Pending& p)
+{
+    for (int i = 0; i < LANES; ++i)
+        p.solution[i] = TrackCurveSolution::refine(p.ax[i], p.bx[i], p.cx[i], p.u[i], p.s[i]);
+}
+
 // Solves the queued lanes, which the queue's vector pass leaves settled but for the few whose
 // first guess on a new segment was poor: those are solved cold.
 void TrackCurvePlayer::solve_pending(Pending& p, float* out)
@@ -247,13 +255,6 @@ void TrackCurvePlayer::solve_pending(Pending& p, float* out)
         out[p.block[i] * LANES + l] = static_cast<float>(cubic(b.v0[l], b.cv[l], b.bv[l], b.av[l], r.s));
     }
     p.size = 0;
-}
-
-// Refines every slot of the queue from its prediction, side by side. Compiled as play_fast is.
-__attribute__((target_clones("arch=x86-64-v3", "default"))) void TrackCurvePlayer::refine_pending(Pending& p)
-{
-    for (int i = 0; i < LANES; ++i)
-        p.solution[i] = TrackCurveSolution::refine(p.ax[i], p.bx[i], p.cx[i], p.u[i], p.s[i]);
 }
 
 // Steps lane l onto the line after its own (there always is one: the table ends each curve with a
