@@ -12,9 +12,12 @@ const int LANES = TrackCurvePlayer::LANES;
 const uint32_t ALL_LANES = (1u << LANES) - 1;
 const int BEZIER = TrackCurveSegment<float>::BEZIER;
 
-// How many blocks after its own pass a block's missed lanes are played: the segments they step
-// onto, asked for when the miss is seen, arrive while the blocks between are played.
-const int PIPELINE = 8;
+// Missed lanes are played LAG misses after their own: the segments they step onto, asked for when
+// the miss is seen, arrive while the blocks between are played. They are played CHUNK at a time,
+// so that the loop that plays them ends at a count the processor predicts, not once per block.
+const int LAG = 16;
+const int CHUNK = 16;
+const int RING = 64; // room for the missed lanes in flight: at least LAG + CHUNK + LANES, a power of two
 
 // From how many blocks on a frame is played on two threads, half of the blocks each: below, handing
 // half over costs more than it saves.
@@ -49,7 +52,6 @@ int TrackCurvePlayer::add(const TrackCurveData<float>* curve)
     if (channel % LANES == 0) {
         m_blocks.append(Block{});
         m_links.append(Links{});
-        m_missed.append(0);
     }
     m_curves.append(curve);
     return channel;
@@ -61,7 +63,6 @@ void TrackCurvePlayer::clear()
     m_curves.release();
     m_blocks.release();
     m_links.release();
-    m_missed.release();
 }
 
 // Copies every curve into the table and puts every lane on no segment (every time misses it, so
@@ -125,10 +126,11 @@ __attribute__((target_clones("arch=x86-64-v3", "default"))) uint32_t TrackCurveP
         missed &= play_block(b, t, values);
         std::copy(values, values + lanes, out + first);
     }
+    // Every lane asks, without a branch: the lanes that stay ask for their own block again.
     const Links& links = m_links[k];
-    for (uint32_t m = missed; m; m &= m - 1) {
-        int l = __builtin_ctz(m);
-        __builtin_prefetch(t < b.t0[l] ? links.begin[l] : links.next[l]);
+    for (int l = 0; l < LANES; ++l) {
+        const void* line = t < b.t0[l] ? links.begin[l] : links.next[l];
+        __builtin_prefetch((missed >> l) & 1u ? line : &b);
     }
     return missed;
 }
@@ -156,13 +158,22 @@ void TrackCurvePlayer::play_share(void* context)
 // Plays blocks [first, end) at t into out, queueing their Bezier lanes that move in pending.
 void TrackCurvePlayer::play_blocks(int first, int end, float t, float* out, Pending& pending)
 {
+    // The missed lanes, by their place among all lanes, in the order they were missed.
+    int missed[RING];
+    unsigned added = 0, played = 0;
     for (int k = first; k < end; ++k) {
-        m_missed[k] = play_fast(k, t, out);
-        if (k - PIPELINE >= first)
-            play_missed(k - PIPELINE, t, out, pending);
+        uint32_t m = play_fast(k, t, out);
+        for (int l = 0; l < LANES; ++l) {
+            missed[added & (RING - 1)] = k * LANES + l;
+            added += (m >> l) & 1u;
+        }
+        if (added - played >= LAG + CHUNK) {
+            for (int i = 0; i < CHUNK; ++i)
+                play_missed(missed[played++ & (RING - 1)], t, out, pending);
+        }
     }
-    for (int k = std::max(end - PIPELINE, first); k < end; ++k)
-        play_missed(k, t, out, pending);
+    while (played != added)
+        play_missed(missed[played++ & (RING - 1)], t, out, pending);
     solve_pending(pending, out);
 }
 
@@ -175,18 +186,16 @@ void TrackCurvePlayer::keep(Block& b, int l, double u, const TrackCurveSolution&
 
 // Moves the lanes block k missed onto the segments that hold t and plays them; Bezier lanes wait
 // to be solved with others.
-void TrackCurvePlayer::play_missed(int k, float t, float* out, Pending& pending)
+void TrackCurvePlayer::play_missed(int place, float t, float* out, Pending& pending)
 {
+    int k = place / LANES, l = place % LANES;
     Block& b = m_blocks[k];
-    for (uint32_t m = m_missed[k]; m; m &= m - 1) {
-        int l = __builtin_ctz(m);
-        seek(k, l, t);
-        double u = normalised(t, b.t0[l], b.inv[l]);
-        if (b.bezier & (1u << l))
-            defer(pending, k, l, u, out);
-        else
-            out[k * LANES + l] = static_cast<float>(cubic(b.v0[l], b.cv[l], b.bv[l], b.av[l], u));
-    }
+    seek(k, l, t);
+    double u = normalised(t, b.t0[l], b.inv[l]);
+    if (b.bezier & (1u << l))
+        defer(pending, k, l, u, out);
+    else
+        out[place] = static_cast<float>(cubic(b.v0[l], b.cv[l], b.bv[l], b.av[l], u));
 }
 
 // Moves lane l of block k onto the segment that holds t: the next one, the first one of a clip

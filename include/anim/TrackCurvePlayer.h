@@ -11,8 +11,8 @@
 // solution from the last frame, searches after a jump). The cursors live in blocks of LANES
 // channels laid out lane by lane, so a frame is one pass of straight-line arithmetic over
 // contiguous memory that the compiler turns into vector code. A lane that leaves its segment, or
-// whose prediction does not settle, is played again on its own a few blocks later, when the
-// segment it steps onto, asked for at once, has had time to arrive. The curves are copied into a
+// whose prediction does not settle, is played again on its own after a few more misses, when
+// the segment it steps onto, asked for at once, has had time to arrive. The curves are copied into a
 // curve table when playback starts, so that the segments the lanes step onto, spread over the
 // whole table, cost one memory read each and no arithmetic. Frames of many channels are played
 // half on the engine's worker thread (jWorker), half on the caller's.
@@ -102,7 +102,7 @@ private:
     static uint32_t play_block(Block& b, float t, float* __restrict out);
     static TrackCurveSolution refine_lane(const Block& b, int l, double u);
     static void keep(Block& b, int l, double u, const TrackCurveSolution& r);
-    void play_missed(int k, float t, float* out, Pending& pending);
+    void play_missed(int place, float t, float* out, Pending& pending);
     void seek(int k, int l, float t);
     void defer(Pending& p, int k, int l, double u, float* out);
     void solve_pending(Pending& p, float* out);
@@ -116,7 +116,6 @@ private:
     jVector<const TrackCurveData<float>*> m_curves;
     jVector<Block> m_blocks;
     jVector<Links> m_links;
-    jVector<uint32_t> m_missed; // per block, the lanes its last pass missed
     Pending m_pending[2]; // one per thread playing
     TrackCurveTable m_table;   // the curves' copies, a curve per channel (empty until the next play)
 };
