@@ -184,8 +184,8 @@ void TrackCurvePlayer::keep(Block& b, int l, double u, const TrackCurveSolution&
     b.rate[l] = static_cast<float>(1.0 / r.slope);
 }
 
-// Moves the lanes block k missed onto the segments that hold t and plays them; Bezier lanes wait
-// to be solved with others.
+// Moves the missed lane at place (among all lanes) onto the segment that holds t and plays it; a
+// Bezier lane waits to be solved with others.
 void TrackCurvePlayer::play_missed(int place, float t, float* out, Pending& pending)
 {
     int k = place / LANES, l = place % LANES;
@@ -256,10 +256,7 @@ void TrackCurvePlayer::solve_pending(Pending& p, float* out)
         Block& b = m_blocks[p.block[i]];
         int l = p.lane[i];
         TrackCurveSolution r = p.solution[i];
-        if (!r.settled()) {
-            r.s = TrackCurve::solve(b.ax[l], b.bx[l], b.cx[l], p.u[i]);
-            r.slope = TrackCurveSolution::slopeAt(b.ax[l], b.bx[l], b.cx[l], r.s);
-        }
+        r.settle(b.ax[l], b.bx[l], b.cx[l], p.u[i]);
         keep(b, l, p.u[i], r);
         out[p.block[i] * LANES + l] = static_cast<float>(cubic(b.v0[l], b.cv[l], b.bv[l], b.av[l], r.s));
     }

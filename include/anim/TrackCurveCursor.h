@@ -110,10 +110,7 @@ private:
         TrackCurveSolution r;
         if (m_solved)
             r = TrackCurveSolution::refine(ax, bx, cx, u, TrackCurveSolution::predict(m_s, m_u, m_rate, u));
-        if (!r.settled()) {
-            r.s = TrackCurve::solve(ax, bx, cx, u);
-            r.slope = TrackCurveSolution::slopeAt(ax, bx, cx, r.s);
-        }
+        r.settle(ax, bx, cx, u);
         m_solved = true;
         m_s = static_cast<float>(r.s);
         m_u = static_cast<float>(u);

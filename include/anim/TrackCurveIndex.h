@@ -43,10 +43,6 @@ public:
     // without its index keeps a table that no longer fits, and this keeps lookups off it when the
     // key count changed.
     bool covers(int count) const { return m_keys == count && count > 0; }
-    // Return the first and the last time of the table's span (kept here so that the edges of a
-    // curve are known without reading its time array).
-    float first() const { return m_span.origin; }
-    float last() const { return m_span.end; }
     // Returns how the table buckets times.
     const Span& span() const { return m_span; }
     // Returns the bucket of t (see Span::bucket).

@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <cmath>
 
+#include "anim/TrackCurve.h"
+
 // Where Newton steps on a Bezier segment's timing polynomial ((ax s + bx) s + cx) s = u end: the
 // curve parameter s, the last step and the slope it was divided by. Playback predicts each
 // frame's solution from the last one along its slope and refines it with three steps; the
@@ -36,6 +38,15 @@ struct TrackCurveSolution {
             r.s -= r.step;
         }
         return r;
+    }
+
+    // Solves towards normalised time u cold (TrackCurve::solve) unless the solution has settled.
+    void settle(double ax, double bx, double cx, double u)
+    {
+        if (settled())
+            return;
+        s = TrackCurve::solve(ax, bx, cx, u);
+        slope = slopeAt(ax, bx, cx, s);
     }
 
     // Returns whether the solution settled inside its segment.
