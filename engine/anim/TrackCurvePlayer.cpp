@@ -142,22 +142,23 @@ void TrackCurvePlayer::play(float t, float* out)
     const int blocks = m_blocks.size();
     Share other{this, t, out, blocks / 2, blocks};
     if (blocks >= PARALLEL_BLOCKS && jWorker::get()->start(play_share, &other)) {
-        play_blocks(0, other.first, t, out, m_pending[0]);
+        play_blocks(0, other.first, t, out);
         jWorker::get()->wait();
     } else {
-        play_blocks(0, blocks, t, out, m_pending[0]);
+        play_blocks(0, blocks, t, out);
     }
 }
 
 void TrackCurvePlayer::play_share(void* context)
 {
     auto* share = static_cast<Share*>(context);
-    share->player->play_blocks(share->first, share->end, share->t, share->out, share->player->m_pending[1]);
+    share->player->play_blocks(share->first, share->end, share->t, share->out);
 }
 
-// Plays blocks [first, end) at t into out, queueing their Bezier lanes that move in pending.
-void TrackCurvePlayer::play_blocks(int first, int end, float t, float* out, Pending& pending)
+// Plays blocks [first, end) at t into out.
+void TrackCurvePlayer::play_blocks(int first, int end, float t, float* out)
 {
+    Pending pending;
     // The missed lanes, by their place among all lanes, in the order they were missed.
     int missed[RING];
     unsigned added = 0, played = 0;
@@ -181,7 +182,7 @@ void TrackCurvePlayer::keep(Block& b, int l, double u, const TrackCurveSolution&
 {
     b.s[l] = static_cast<float>(r.s);
     b.u[l] = static_cast<float>(u);
-    b.rate[l] = static_cast<float>(1.0 / r.slope);
+    b.rate[l] = static_cast<float>(r.rate);
 }
 
 // Moves the missed lane at place (among all lanes) onto the segment that holds t and plays it; a

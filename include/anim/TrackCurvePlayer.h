@@ -75,6 +75,8 @@ private:
     // Bezier lanes that play_missed moved, waiting to be solved LANES at a time in one pass of
     // vector code instead of one chain of dependent divisions each: where each lane is, its
     // timing polynomial, normalised time and predicted solution, and then the refined solution.
+    // Each thread that plays keeps its own on its stack: written for every lane that moves, one
+    // shared between the threads would bounce between their caches.
     struct Pending {
         int block[LANES];
         int lane[LANES];
@@ -97,7 +99,7 @@ private:
     };
 
     static void play_share(void* context);
-    void play_blocks(int first, int end, float t, float* out, Pending& pending);
+    void play_blocks(int first, int end, float t, float* out);
     uint32_t play_fast(int k, float t, float* out);
     static uint32_t play_block(Block& b, float t, float* __restrict out);
     static TrackCurveSolution refine_lane(const Block& b, int l, double u);
@@ -116,6 +118,5 @@ private:
     jVector<const TrackCurveData<float>*> m_curves;
     jVector<Block> m_blocks;
     jVector<Links> m_links;
-    Pending m_pending[2]; // one per thread playing
     TrackCurveTable m_table;   // the curves' copies, a curve per channel (empty until the next play)
 };
