@@ -114,7 +114,7 @@ private:
         m_solved = true;
         m_s = static_cast<float>(r.s);
         m_u = static_cast<float>(u);
-        m_rate = static_cast<float>(1.0 / r.slope);
+        m_rate = static_cast<float>(r.rate);
         return r.s;
     }
 
