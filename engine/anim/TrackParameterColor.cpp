@@ -5,17 +5,15 @@ vec4 TrackParameterColor::getTrackValue(float t, bool& found) const
     found = !m_keys.empty();
     if (!found)
         return vec4_zero;
+    if (m_changed)
+        compile();
     int i = findKey(t);
-    if (i < 0)
-        return m_keys[0].value;
-    if (i + 1 >= m_keys.size())
-        return m_keys[i].value;
-    const TrackKeyColor& a = m_keys[i];
-    const TrackKeyColor& b = m_keys[i + 1];
-    float u = (t - a.time) / (b.time - a.time);
     vec4 c;
-    for (int k = 0; k < 4; ++k)
-        c[k] = a.value[k] + (b.value[k] - a.value[k]) * u;
+    for (int k = 0; k < CHANNELS; ++k) {
+        const TrackCurveData<float>& channel = m_channels[k];
+        const TrackCurveSegment<float>& first = channel.segments[0];
+        c[k] = i < 0 ? first.v0 : TrackCurve::sample(TrackCurve::shape(channel.segments[i], channel.times[i]), t);
+    }
     return c;
 }
 
@@ -36,6 +34,42 @@ void TrackParameterColor::appendKey(float time, const vec4& color)
     TrackParameterKeyed<TrackKeyColor>::appendKey(key);
 }
 
+const TrackCurveData<float>& TrackParameterColor::getChannel(int c) const
+{
+    if (m_changed)
+        compile();
+    return m_channels[c];
+}
+
+void TrackParameterColor::compile() const
+{
+    jVector<TrackKeyFloat> keys;
+    keys.reserve(m_keys.size());
+    for (int c = 0; c < CHANNELS; ++c) {
+        keys.clear();
+        for (const TrackKeyColor& colour : m_keys) {
+            TrackKeyFloat key;
+            key.time = colour.time;
+            key.value = colour.value[c];
+            key.type = TRACK_KEY_LINEAR;
+            keys.append(key);
+        }
+        TrackCurve::compile(keys.data(), keys.size(), m_channels[c]);
+    }
+    m_changed = false;
+    changed();
+}
+
+void TrackParameterColor::release()
+{
+    TrackParameterKeyed<TrackKeyColor>::release();
+    for (TrackCurveData<float>& channel : m_channels) {
+        channel.times.release();
+        channel.segments.release();
+        channel.index.release();
+    }
+}
+
 void TrackParameterColor::apply(float t)
 {
     bool found = false;
@@ -44,7 +78,7 @@ void TrackParameterColor::apply(float t)
         return;
     m_value = c;
     TrackValue out;
-    for (int k = 0; k < 4; ++k)
+    for (int k = 0; k < CHANNELS; ++k)
         out.n[k] = c[k];
     writeTarget(out);
 }

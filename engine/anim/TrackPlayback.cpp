@@ -1,5 +1,6 @@
 #include "anim/TrackPlayback.h"
 
+#include "anim/TrackParameterColor.h"
 #include "anim/TrackParameterFloat.h"
 #include "anim/TrackParameterVec3.h"
 
@@ -43,6 +44,16 @@ void TrackPlayback::add(TrackParameter* param)
         o.mask = 1;
         m_player.add(&f->getCurve());
         m_values.append(f->m_value);
+    } else if (param->getType() == TRACK_PARAMETER_COLOR) {
+        auto* c = static_cast<TrackParameterColor*>(param);
+        if (c->getNumKeys() == 0)
+            return;
+        o.kind = COLOR;
+        o.mask = (1u << TrackParameterColor::CHANNELS) - 1;
+        for (int k = 0; k < TrackParameterColor::CHANNELS; ++k) {
+            m_player.add(&c->getChannel(k));
+            m_values.append(c->m_value[k]);
+        }
     } else if (param->getType() == TRACK_PARAMETER_VEC3) {
         auto* v = static_cast<FloatVector*>(static_cast<TrackParameterVec3*>(param));
         o.kind = VEC3;
@@ -81,6 +92,9 @@ void TrackPlayback::flush(const Output& o, const float*& held) const
 {
     if (o.kind == FLOAT) {
         static_cast<FloatCurve*>(o.param)->m_value = m_values[o.first];
+    } else if (o.kind == COLOR) {
+        for (int k = 0; k < TrackParameterColor::CHANNELS; ++k)
+            static_cast<TrackParameterColor*>(o.param)->m_value[k] = m_values[o.first + k];
     } else if (o.kind == VEC3) {
         const float* channel = &m_values[o.first];
         vec3& value = static_cast<FloatVector*>(o.param)->m_value;
@@ -114,7 +128,10 @@ void TrackPlayback::play(float t)
         const Output& o = m_outputs[i];
         switch (o.kind) {
         case FLOAT:
-            play_float(o);
+            play_channels(o, 1);
+            break;
+        case COLOR:
+            play_channels(o, TrackParameterColor::CHANNELS);
             break;
         case VEC3:
             play_vector(o, held);
@@ -126,11 +143,12 @@ void TrackPlayback::play(float t)
     }
 }
 
-void TrackPlayback::play_float(const Output& o)
+// Writes the count channels of o, in order, as the value's first count numbers.
+void TrackPlayback::play_channels(const Output& o, int count)
 {
-    float v = m_values[o.first];
     TrackValue out;
-    out.n[0] = static_cast<double>(v);
+    for (int k = 0; k < count; ++k)
+        out.n[k] = static_cast<double>(m_values[o.first + k]);
     o.reg->set(o.target, out);
 }
 

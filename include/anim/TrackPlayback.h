@@ -10,8 +10,8 @@ class TrackParameter;
 // into one flat array of outputs (the resolved target, its registration and how to fill it) and a
 // curve player with a channel for every float curve those outputs read. A frame plays all channels
 // at once into a value array, then streams through the outputs instead of visiting every parameter
-// object: float and vec3 parameters are played without a virtual call; the other kinds are played
-// through their own apply. The layout is rebuilt by the track when it is out of date: parameters
+// object: float, vec3 and colour parameters (a colour is four linear channels) are played without a
+// virtual call; the other kinds are played through their own apply. The layout is rebuilt by the track when it is out of date: parameters
 // push every change of their keys, switches or binding to their track (TrackParameter::changed),
 // nothing is checked per frame.
 class TrackPlayback {
@@ -33,9 +33,9 @@ public:
     void play(float t);
 
 private:
-    enum KIND { GENERIC = 0, FLOAT = 1, VEC3 = 2 };
+    enum KIND { GENERIC = 0, FLOAT = 1, VEC3 = 2, COLOR = 3 };
 
-    // One played parameter. Float and vec3 outputs read their channels' values from m_values,
+    // One played parameter. Float, vec3 and colour outputs read their channels' values from m_values,
     // starting at first (one per played component, in component order). A frame only reads
     // outputs, so that streaming through them dirties no memory.
     struct Output {
@@ -48,7 +48,7 @@ private:
     };
 
     void add(TrackParameter* param);
-    void play_float(const Output& o);
+    void play_channels(const Output& o, int count);
     void play_vector(const Output& o, float*& held);
     void flush(const Output& o, const float*& held) const;
 

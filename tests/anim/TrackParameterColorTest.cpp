@@ -31,4 +31,20 @@ TEST_F(TrackParameterColorTest, UnboundLiveValueIsTheColourLastPlayed)
     EXPECT_EQ(p.getValue(), vec4(0.2f, 0.4f, 0.6f, 0.8f));
 }
 
+TEST_F(TrackParameterColorTest, EditedKeysAreEvaluatedAtOnce)
+{
+    TrackParameterColor p;
+    bool found = false;
+    p.appendKey(0.0f, vec4(0.0f, 0.0f, 0.0f, 1.0f));
+    p.appendKey(2.0f, vec4(1.0f, 1.0f, 1.0f, 1.0f));
+    EXPECT_EQ(p.getTrackValue(1.0f, found), vec4(0.5f, 0.5f, 0.5f, 1.0f));
+    p.getKeys()[1].value = vec4(0.0f, 0.0f, 4.0f, 0.0f);
+    EXPECT_EQ(p.getTrackValue(1.0f, found), vec4(0.0f, 0.0f, 2.0f, 0.5f));
+    p.appendKey(3.0f, vec4(1.0f, 0.0f, 0.0f, 0.0f));
+    EXPECT_EQ(p.getTrackValue(2.5f, found), vec4(0.5f, 0.0f, 2.0f, 0.0f));
+    p.clearKeys();
+    EXPECT_EQ(p.getTrackValue(1.0f, found), vec4_zero);
+    EXPECT_FALSE(found);
+}
+
 } // namespace

@@ -262,4 +262,39 @@ TEST_F(TrackPlaybackTest, PlayedValuesMatchTheParametersOwnEvaluation)
     }
 }
 
+// A colour plays its four channels with the float curves: the lamp receives exactly what the
+// parameter's own evaluation gives, before, on and between the keys and after the last, follows
+// keys edited after a set, and hands the colour played last back when it is unbound.
+//   keys: red at 0.1, (0.2, 0.9, 0.4, 0.5) at 0.35, two keys at 0.6, blue at 1.3
+TEST_F(TrackPlaybackTest, ColoursPlayExactlyWhatTheyEvaluateTo)
+{
+    TrackParameterColor* color = add<TrackParameterColor>();
+    color->appendKey(0.1f, vec4(1.0f, 0.0f, 0.0f, 1.0f));
+    color->appendKey(0.35f, vec4(0.2f, 0.9f, 0.4f, 0.5f));
+    color->appendKey(0.6f, vec4(0.7f, 0.1f, 0.3f, 1.0f));
+    color->appendKey(0.6f, vec4(0.0f, 0.6f, 0.8f, 0.25f));
+    color->appendKey(1.3f, vec4(0.0f, 0.0f, 1.0f, 1.0f));
+    ASSERT_TRUE(track.bindNode(color, &world, 4, "Lamp", -1, "", "Light.color"));
+    bool found = false;
+    for (float t : {-1.0f, 0.0f, 0.1f, 0.2f, 0.35f, 0.5999f, 0.6f, 0.61f, 1.0f, 1.3f, 5.0f}) {
+        track.set(t);
+        ASSERT_EQ(lamp->getLightColor(), color->getTrackValue(t, found)) << "t=" << t;
+    }
+    track.set(0.6f);
+    EXPECT_EQ(lamp->getLightColor(), vec4(0.0f, 0.6f, 0.8f, 0.25f)); // the later of two keys at one time
+    track.set(0.225f);
+    vec4 halfway = lamp->getLightColor();
+    EXPECT_NEAR(halfway.x, 0.6f, 1e-6f);
+    EXPECT_NEAR(halfway.y, 0.45f, 1e-6f);
+    EXPECT_NEAR(halfway.w, 0.75f, 1e-6f);
+
+    color->getKeys()[0].value = vec4(0.0f, 0.0f, 0.0f, 0.0f);
+    track.set(0.0f);
+    EXPECT_EQ(lamp->getLightColor(), vec4(0.0f, 0.0f, 0.0f, 0.0f));
+
+    track.set(1.3f);
+    ASSERT_TRUE(track.bindNode(color, &world, -1, "", -1, "", "Light.color"));
+    EXPECT_EQ(color->getValue(), vec4(0.0f, 0.0f, 1.0f, 1.0f));
+}
+
 } // namespace
