@@ -19,9 +19,11 @@ const int LAG = 16;
 const int CHUNK = 16;
 const int RING = 64; // room for the missed lanes in flight: at least LAG + CHUNK + LANES, a power of two
 
-// From how many blocks on a frame is played on two threads, half of the blocks each: below, handing
-// half over costs more than it saves.
+// From how many blocks on a frame is played on two threads: below, handing a share over costs more
+// than it saves. The caller plays CALLER_SHARE percent of the blocks, a little less than half,
+// since it goes on to use the first values while the worker plays the rest.
 const int PARALLEL_BLOCKS = 512;
+const int CALLER_SHARE = 46;
 
 // The normalised time of t in a lane's segment, as TrackCurve::normalised gives it (0 for segments
 // that hold one value, where t - t0 may be infinite).
@@ -135,18 +137,27 @@ __attribute__((target_clones("arch=x86-64-v3", "default"))) uint32_t TrackCurveP
     return missed;
 }
 
-void TrackCurvePlayer::play(float t, float* out)
+int TrackCurvePlayer::start(float t, float* out)
 {
     if (m_table.size() != size())
         build_table();
     const int blocks = m_blocks.size();
-    Share other{this, t, out, blocks / 2, blocks};
-    if (blocks >= PARALLEL_BLOCKS && jWorker::get()->start(play_share, &other)) {
-        play_blocks(0, other.first, t, out);
-        jWorker::get()->wait();
-    } else {
+    const int mine = blocks * CALLER_SHARE / 100;
+    m_share = Share{this, t, out, mine, blocks};
+    m_shared = blocks >= PARALLEL_BLOCKS && jWorker::get()->start(play_share, &m_share);
+    if (!m_shared) {
         play_blocks(0, blocks, t, out);
+        return size();
     }
+    play_blocks(0, mine, t, out);
+    return mine * LANES;
+}
+
+void TrackCurvePlayer::finish()
+{
+    if (m_shared)
+        jWorker::get()->wait();
+    m_shared = false;
 }
 
 void TrackCurvePlayer::play_share(void* context)

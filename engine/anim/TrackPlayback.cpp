@@ -1,5 +1,7 @@
 #include "anim/TrackPlayback.h"
 
+#include <bit>
+
 #include "anim/TrackParameterColor.h"
 #include "anim/TrackParameterFloat.h"
 #include "anim/TrackParameterVec3.h"
@@ -114,10 +116,26 @@ void TrackPlayback::clear()
 
 void TrackPlayback::play(float t)
 {
-    m_player.play(t, m_values.data());
-    const int count = m_outputs.size();
+    // The outputs whose channels are played first are written while the worker plays the rest.
+    int ready = m_player.start(t, m_values.data());
     float* held = m_held.data();
-    for (int i = 0; i < count; ++i) {
+    int next = play_outputs(0, t, ready, held);
+    m_player.finish();
+    play_outputs(next, t, m_player.size(), held);
+}
+
+// Plays the outputs from first on, in order, up to the first that reads a channel from ready on
+// or (while channels are still being played) goes through its parameter's own apply, which may
+// change the playback. Returns where it stopped. held is where the first output's held components
+// start, and is moved past the outputs played.
+int TrackPlayback::play_outputs(int first, float t, int ready, float*& held)
+{
+    const int count = m_outputs.size();
+    const bool all = ready == m_player.size();
+    for (int i = first; i < count; ++i) {
+        const Output& o = m_outputs[i];
+        if (!all && (o.kind == GENERIC || o.first + std::popcount(o.mask) > ready))
+            return i;
         if (i + NODE_AHEAD < count) {
             const Output& ahead = m_outputs[i + NODE_AHEAD];
             __builtin_prefetch(ahead.target.node);
@@ -125,7 +143,6 @@ void TrackPlayback::play(float t)
             if (ahead.kind == GENERIC)
                 __builtin_prefetch(ahead.param);
         }
-        const Output& o = m_outputs[i];
         switch (o.kind) {
         case FLOAT:
             play_channels(o, 1);
@@ -141,6 +158,7 @@ void TrackPlayback::play(float t)
             break;
         }
     }
+    return count;
 }
 
 // Writes the count channels of o, in order, as the value's first count numbers.

@@ -15,7 +15,8 @@
 // the segment it steps onto, asked for at once, has had time to arrive. The curves are copied into a
 // curve table when playback starts, so that the segments the lanes step onto, spread over the
 // whole table, cost one memory read each and no arithmetic. Frames of many channels are played
-// half on the engine's worker thread (jWorker), half on the caller's.
+// partly on the engine's worker thread (jWorker): the caller plays the first channels and may use
+// their values while the worker plays the rest (start, finish).
 class TrackCurvePlayer {
 public:
     static constexpr int LANES = 8;
@@ -36,7 +37,18 @@ public:
 
     // Writes every channel's value at t to out[0 .. size()). Not to be called for one player from
     // two threads at once.
-    void play(float t, float* out);
+    void play(float t, float* out)
+    {
+        start(t, out);
+        finish();
+    }
+    // Starts writing every channel's value at t to out[0 .. size()) and returns how many channels,
+    // from channel 0, have theirs in out already; the others have theirs once finish returns. A
+    // frame of many channels is played partly on the worker thread, which goes on while the caller
+    // uses the first values; out must not be touched past them, nor the player used, until then.
+    int start(float t, float* out);
+    // Returns once every value of the frame start began is in out.
+    void finish();
 
 private:
     using Line = TrackCurveTable::Line;
@@ -115,6 +127,8 @@ private:
     static void load(Block& b, int l, const Line& line);
     void build_table();
 
+    Share m_share{};      // the worker's blocks of the frame being played
+    bool m_shared = false; // whether the worker plays them (and finish must wait for it)
     jVector<const TrackCurveData<float>*> m_curves;
     jVector<Block> m_blocks;
     jVector<Links> m_links;

@@ -11,9 +11,10 @@ class TrackParameter;
 // curve player with a channel for every float curve those outputs read. A frame plays all channels
 // at once into a value array, then streams through the outputs instead of visiting every parameter
 // object: float, vec3 and colour parameters (a colour is four linear channels) are played without a
-// virtual call; the other kinds are played through their own apply. The layout is rebuilt by the track when it is out of date: parameters
-// push every change of their keys, switches or binding to their track (TrackParameter::changed),
-// nothing is checked per frame.
+// virtual call; the other kinds are played through their own apply. The outputs of the channels
+// played first are written while the player's worker thread still plays the others. The layout is
+// rebuilt by the track when it is out of date: parameters push every change of their keys, switches
+// or binding to their track (TrackParameter::changed), nothing is checked per frame.
 class TrackPlayback {
 public:
     TrackPlayback() = default;
@@ -48,6 +49,7 @@ private:
     };
 
     void add(TrackParameter* param);
+    int play_outputs(int first, float t, int ready, float*& held);
     void play_channels(const Output& o, int count);
     void play_vector(const Output& o, float*& held);
     void flush(const Output& o, const float*& held) const;

@@ -2,10 +2,12 @@
 
 #include <cmath>
 #include <random>
+#include <vector>
 
 #include "anim/Track.h"
 #include "anim/TrackParameterColor.h"
 #include "anim/TrackParameterFloat.h"
+#include "anim/TrackParameterToggle.h"
 #include "anim/TrackParameterVec3.h"
 #include "kit/jAllocator.h"
 #include "scene/Engine.h"
@@ -295,6 +297,56 @@ TEST_F(TrackPlaybackTest, ColoursPlayExactlyWhatTheyEvaluateTo)
     track.set(1.3f);
     ASSERT_TRUE(track.bindNode(color, &world, -1, "", -1, "", "Light.color"));
     EXPECT_EQ(color->getValue(), vec4(0.0f, 0.0f, 1.0f, 1.0f));
+}
+
+// A track large enough that a frame is played on two threads, with outputs written while the
+// worker still plays: every output is written, in track order (where two parameters animate the
+// same property, the later one's value stays), and a parameter that plays through its own apply
+// (the toggle, in the middle) is played too.
+TEST_F(TrackPlaybackTest, LargeTracksWriteEveryOutputInTrackOrder)
+{
+    const int LAMPS = 1000; // a float and a colour each: 5,000 channels
+    auto constant = [this](float value) {
+        TrackParameterFloat* p = add<TrackParameterFloat>();
+        p->appendKey(0.0f, value, vec4_zero, TRACK_KEY_CONSTANT);
+        return p;
+    };
+    for (int i = 0; i < LAMPS; ++i)
+        world.addNode(LIGHT_POINT, "", 100 + i);
+    ASSERT_TRUE(track.bindNode(constant(-2.0f), &world, 100 + LAMPS - 1, "", -1, "", "Light.intensity"));
+    std::vector<TrackParameterFloat*> intensities;
+    std::vector<TrackParameterColor*> colors;
+    for (int i = 0; i < LAMPS; ++i) {
+        TrackParameterFloat* p = add<TrackParameterFloat>();
+        p->appendKey(0.0f, static_cast<float>(i), vec4_zero, TRACK_KEY_LINEAR);
+        p->appendKey(1.0f, static_cast<float>(i + 1), vec4(-0.2f, 0.5f, 0.2f, 0.5f), TRACK_KEY_BREAK);
+        p->appendKey(2.0f, 0.0f, vec4(-0.3f, 0.0f, 0.3f, 0.0f), TRACK_KEY_BREAK);
+        ASSERT_TRUE(track.bindNode(p, &world, 100 + i, "", -1, "", "Light.intensity"));
+        TrackParameterColor* c = add<TrackParameterColor>();
+        c->appendKey(0.0f, vec4(0.0f, 0.001f * i, 1.0f, 1.0f));
+        c->appendKey(1.5f, vec4(1.0f, 0.0f, 0.001f * i, 0.5f));
+        ASSERT_TRUE(track.bindNode(c, &world, 100 + i, "", -1, "", "Light.color"));
+        intensities.push_back(p);
+        colors.push_back(c);
+        if (i == LAMPS / 3) {
+            TrackParameterToggle* visible = add<TrackParameterToggle>();
+            visible->appendKey(0.0f, true);
+            visible->appendKey(0.5f, false);
+            ASSERT_TRUE(track.bindNode(visible, &world, 3, "Cube", -1, "", "Node.enabled"));
+        }
+    }
+    ASSERT_TRUE(track.bindNode(constant(-1.0f), &world, 100, "", -1, "", "Light.intensity"));
+    bool found = false;
+    for (float t : {0.25f, 0.75f, 1.25f, 0.1f, 3.0f}) {
+        track.set(t);
+        EXPECT_EQ(cube->isEnabled(), t < 0.5f) << "t=" << t;
+        EXPECT_EQ(world.getNodeByID(100)->getLightIntensity(), -1.0f) << "t=" << t;
+        for (int i = 1; i < LAMPS; ++i) {
+            const Node* lamp = world.getNodeByID(100 + i);
+            ASSERT_EQ(lamp->getLightIntensity(), intensities[i]->getTrackValue(t, found)) << "lamp " << i << " t=" << t;
+            ASSERT_EQ(lamp->getLightColor(), colors[i]->getTrackValue(t, found)) << "lamp " << i << " t=" << t;
+        }
+    }
 }
 
 } // namespace
