@@ -79,7 +79,8 @@ void TrackCurvePlayer::build_table()
 }
 
 // Lane l's last solution predicted at normalised time u and refined.
-__attribute__((always_inline)) inline TrackCurveSolution TrackCurvePlayer::refine_lane(const Block& b, int l, double u)
+__attribute__((always_inline)) inline TrackCurveSolution
+TrackCurvePlayer::refine_lane(const Block& b, int l, double u)
 {
     double s = TrackCurveSolution::predict(b.s[l], b.u[l], b.rate[l], u);
     return TrackCurveSolution::refine(b.ax[l], b.bx[l], b.cx[l], u, s);
@@ -89,7 +90,8 @@ __attribute__((always_inline)) inline TrackCurveSolution TrackCurvePlayer::refin
 // (where the lanes that need no solving settle on s = u at once), without on the others. Returns
 // the lanes that t has left or whose solution did not settle. Free of branches, so that the
 // compiler can play several lanes per instruction.
-__attribute__((always_inline)) inline uint32_t TrackCurvePlayer::play_block(Block& b, float t, float* __restrict out)
+__attribute__((always_inline)) inline uint32_t
+TrackCurvePlayer::play_block(Block& b, float t, float* __restrict out)
 {
     int32_t played[LANES];
     if (!b.bezier) {
@@ -116,7 +118,8 @@ __attribute__((always_inline)) inline uint32_t TrackCurvePlayer::play_block(Bloc
 // Plays the lanes of block k that stay in their segments into out. Returns the others, whose next
 // segments (or first, when t went back) are asked for now. Compiled twice, for processors with and
 // without the wider vectors, and chosen when the library is loaded.
-__attribute__((target_clones("arch=x86-64-v3", "default"))) uint32_t TrackCurvePlayer::play_fast(int k, float t, float* out)
+__attribute__((target_clones("arch=x86-64-v3", "default"))) uint32_t
+TrackCurvePlayer::play_fast(int k, float t, float* out)
 {
     Block& b = m_blocks[k];
     int first = k * LANES;

@@ -27,8 +27,8 @@ public:
     TrackCurvePlayer& operator=(const TrackCurvePlayer&) = delete;
 
     // Adds a channel that plays curve, which must have keys and must not be recompiled or freed
-    // while the channel plays it (the next play after an add copies every curve again). Returns the channel's index (channels are numbered from 0 in the
-    // order they are added).
+    // while the channel plays it (the next play after an add copies every curve again). Returns
+    // the channel's index (channels are numbered from 0 in the order they are added).
     int add(const TrackCurveData<float>* curve);
     // Returns the number of channels.
     int size() const { return m_curves.size(); }
