@@ -21,7 +21,8 @@
 namespace {
 
 constexpr int TOOLBAR_FONT_SIZE = 16;
-constexpr int FIELD_WIDTH = 64;
+// Wide enough for the longest text of a float time, such as "-12.345678", without scrolling.
+constexpr int FIELD_WIDTH = 92;
 // The height of the bands above the row tree and the key lines (the toolbar and the time bar).
 constexpr int HEADER_HEIGHT = 72;
 constexpr int BOTTOM_TIMEBAR_HEIGHT = 32;
