@@ -7,12 +7,11 @@ vec4 TrackParameterColor::getTrackValue(float t, bool& found) const
         return vec4_zero;
     if (m_changed)
         compile();
-    int i = findKey(t);
+    // The channels share the keys' times, so the key cursor finds each channel's segment at once.
     vec4 c;
     for (int k = 0; k < CHANNELS; ++k) {
         const TrackCurveData<float>& channel = m_channels[k];
-        const TrackCurveSegment<float>& first = channel.segments[0];
-        c[k] = i < 0 ? first.v0 : TrackCurve::sample(TrackCurve::shape(channel.segments[i], channel.times[i]), t);
+        c[k] = TrackCurve::evaluate(channel.times.data(), channel.segments.data(), channel.times.size(), t, m_cursor);
     }
     return c;
 }
@@ -63,11 +62,8 @@ void TrackParameterColor::compile() const
 void TrackParameterColor::release()
 {
     TrackParameterKeyed<TrackKeyColor>::release();
-    for (TrackCurveData<float>& channel : m_channels) {
-        channel.times.release();
-        channel.segments.release();
-        channel.index.release();
-    }
+    for (TrackCurveData<float>& channel : m_channels)
+        channel.release();
 }
 
 void TrackParameterColor::apply(float t)

@@ -53,6 +53,14 @@ struct TrackCurveData {
     // when it is there (TrackCurveBatch). Recompiling times and segments alone leaves it stale:
     // release it then.
     TrackCurveIndex index;
+
+    // Frees the times, the segments and the index.
+    void release()
+    {
+        times.release();
+        segments.release();
+        index.release();
+    }
 };
 
 // Evaluation of float and double key arrays (TrackKeyFloat, TrackKeyDouble). The segment from key

@@ -62,9 +62,7 @@ public:
     void release() override
     {
         TrackParameterKeyed<Key>::release();
-        m_curve.times.release();
-        m_curve.segments.release();
-        m_curve.index.release();
+        m_curve.release();
     }
 
     void apply(float t) override
