@@ -15,18 +15,6 @@ bool parse(std::initializer_list<const char*> args, HostOptions& options, std::s
 
 } // namespace
 
-TEST_F(CommandLineTest, NoArgumentsOpenTheBundledSample)
-{
-    HostOptions options;
-    std::string error;
-    ASSERT_TRUE(parse({}, options, error));
-    EXPECT_TRUE(options.scene.empty());
-    EXPECT_TRUE(options.track.empty());
-    EXPECT_FALSE(options.headless);
-    EXPECT_FALSE(options.checkLeaks);
-    EXPECT_TRUE(error.empty());
-}
-
 TEST_F(CommandLineTest, EveryOptionIsRead)
 {
     HostOptions options;

@@ -11,17 +11,6 @@ const char* const k_file = "tests/host/LeakCheckTest";
 
 } // namespace
 
-TEST_F(LeakCheckTest, LeaksChangeTheStatusOnlyWhenChecking)
-{
-    EXPECT_EQ(LeakCheck::exitStatus(0, 0, true), 0);
-    EXPECT_EQ(LeakCheck::exitStatus(1, 0, true), 1);
-    EXPECT_EQ(LeakCheck::exitStatus(0, 2, true), LeakCheck::LEAK_STATUS);
-    EXPECT_EQ(LeakCheck::exitStatus(1, 2, true), LeakCheck::LEAK_STATUS);
-    EXPECT_EQ(LeakCheck::exitStatus(0, 2, false), 0);
-    EXPECT_EQ(LeakCheck::exitStatus(1, 2, false), 1);
-    EXPECT_EQ(LeakCheck::LEAK_STATUS, 3);
-}
-
 TEST_F(LeakCheckTest, ABalancedRunKeepsItsStatusAndPrintsNothing)
 {
     jMemSnapshot baseline = jMemRegistry::snapshot();

@@ -27,25 +27,13 @@ protected:
 
 } // namespace
 
-TEST_F(GoldenFiles, ATrackRoundTripsByteForByte)
+TEST_F(GoldenFiles, EachFileRoundTripsByteForByte)
 {
-    std::string original = readFileText(golden("track.json"));
-    ASSERT_NE(original, "<missing>");
-    EXPECT_EQ(resaved("track.json"), original);
-}
-
-TEST_F(GoldenFiles, UnicodeAndEscapesRoundTripByteForByte)
-{
-    std::string original = readFileText(golden("unicode.json"));
-    ASSERT_NE(original, "<missing>");
-    EXPECT_EQ(resaved("unicode.json"), original);
-}
-
-TEST_F(GoldenFiles, NumbersAtTheEdgesRoundTripByteForByte)
-{
-    std::string original = readFileText(golden("numbers.json"));
-    ASSERT_NE(original, "<missing>");
-    EXPECT_EQ(resaved("numbers.json"), original);
+    for (const char* name : {"track.json", "unicode.json", "numbers.json"}) {
+        std::string original = readFileText(golden(name));
+        ASSERT_NE(original, "<missing>") << name;
+        EXPECT_EQ(resaved(name), original) << name;
+    }
 }
 
 TEST_F(GoldenFiles, TheTrackReadsAsItsValues)

@@ -170,24 +170,3 @@ TEST_F(mjlWrite, NestingDeeperThanTheReaderAcceptsFails)
         node = node->addArray(nullptr);
     EXPECT_NE(failure(root).find("nests deeper than 512 levels"), std::string::npos);
 }
-
-TEST_F(mjlWrite, WriteParseWriteIsByteIdentical)
-{
-    Package root;
-    Package* params = root.addArray("params");
-    for (int p = 0; p < 3; ++p) {
-        Package* param = params->addObject(nullptr);
-        param->addString("name", ("joint" + std::to_string(p)).c_str());
-        Package* keys = param->addArray("keys");
-        for (int k = 0; k < 4; ++k) {
-            Package* key = keys->addArray(nullptr);
-            for (int c = 0; c < 7; ++c)
-                key->addDouble(nullptr, std::sin(p * 7.1 + k * 1.3 + c) * 1000.0 / 3.0);
-        }
-    }
-    std::string first = text(root);
-    mjl reader;
-    ASSERT_TRUE(reader.parse(first.data(), first.size(), "first"));
-    EXPECT_TRUE(reader.getRoot()->equals(root));
-    EXPECT_EQ(text(*reader.getRoot()), first);
-}
