@@ -19,7 +19,6 @@ public:
     // Unloads the library; does nothing when none is loaded.
     void close();
 
-    bool isOpen() const { return m_handle != nullptr; }
     const std::string& getPath() const { return m_path; }
     const std::string& getError() const { return m_error; }
 
