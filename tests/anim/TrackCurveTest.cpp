@@ -1,186 +1,370 @@
 #include "anim/TrackCurve.h"
 
+#include <algorithm>
 #include <cmath>
+#include <functional>
+#include <limits>
+#include <numeric>
 #include <random>
 #include <vector>
 
-#include "anim/TrackKey.h"
+#include "anim/Track.h"
+#include "anim/TrackCurveBatch.h"
+#include "anim/TrackCurveCursor.h"
+#include "anim/TrackCurvePlayer.h"
+#include "anim/TrackParameterFloat.h"
+#include "kit/jAllocator.h"
+#include "scene/Node.h"
+#include "scene/World.h"
+#include "support/BezierReference.h"
+#include "support/CurveKeys.h"
 #include "support/Scenario.h"
+
+// Compiled curves, sampled by each of the engine's evaluators and checked against one independent
+// reference, and the rules of compiling keys.
 
 namespace {
 
-using TrackCurveTest = Scenario;
+using Keys = std::vector<TrackKeyFloat>;
 
-const float EPS = 1e-4f;
+const float INF = std::numeric_limits<float>::infinity();
 
-// Three keys used by the edge tests:
+// The value of keys at t by the rules of the key types, worked out apart from the engine: the first
+// key's value before it, the last key's from it on, the later of two keys at one time, and every
+// Bezier segment by bezierReference. exact tells whether that is a key's value as it is (before the
+// first key, on a key, from the last on, or on a constant segment): evaluators must give it exactly.
+double reference(const Keys& keys, float t, bool& exact)
+{
+    size_t i = 0;
+    while (i + 1 < keys.size() && keys[i + 1].time <= t)
+        ++i;
+    const TrackKeyFloat& a = keys[i];
+    exact = t <= a.time || i + 1 == keys.size() || a.type == TRACK_KEY_CONSTANT;
+    if (exact)
+        return a.value;
+    const TrackKeyFloat& b = keys[i + 1];
+    if (a.type == TRACK_KEY_LINEAR)
+        return a.value + (static_cast<double>(b.value) - a.value) * (t - a.time) / (b.time - a.time);
+    return bezierReference(a, b, t);
+}
+
+// Every evaluator below plays a set of curves: play(t, out) writes each curve's value at t, frame
+// after frame, as the evaluator's users ask for them.
+
+// TrackCurve::evaluate from a cold start, as scrubbing samples a curve, over the curves compiled
+// with their time index as parameters compile theirs (which the other evaluators play).
+struct ColdStart {
+    explicit ColdStart(const std::vector<Keys>& curves)
+        : data(curves.size())
+    {
+        for (size_t i = 0; i < curves.size(); ++i)
+            TrackCurve::compile(curves[i].data(), static_cast<int>(curves[i].size()), data[i]);
+    }
+    void play(float t, float* out) const
+    {
+        for (const TrackCurveData<float>& c : data) {
+            int cursor = 0;
+            *out++ = TrackCurve::evaluate(c.times.data(), c.segments.data(), c.times.size(), t, cursor);
+        }
+    }
+    std::vector<TrackCurveData<float>> data;
+};
+
+// A TrackCurveCursor per curve.
+struct Cursor : ColdStart {
+    explicit Cursor(const std::vector<Keys>& curves)
+        : ColdStart(curves)
+        , cursors(curves.size())
+    {
+        for (size_t i = 0; i < data.size(); ++i)
+            cursors[i].attach(&data[i]);
+    }
+    void play(float t, float* out)
+    {
+        for (size_t i = 0; i < cursors.size(); ++i)
+            out[i] = cursors[i].value(t);
+    }
+    std::vector<TrackCurveCursor<float>> cursors;
+};
+
+// A TrackCurvePlayer with a channel per curve.
+struct Player : ColdStart {
+    explicit Player(const std::vector<Keys>& curves)
+        : ColdStart(curves)
+    {
+        for (const TrackCurveData<float>& curve : data)
+            player.add(&curve);
+    }
+    void play(float t, float* out) { player.play(t, out); }
+    TrackCurvePlayer player;
+};
+
+// Samples curves[ids[i]] at times[i] in one batch.
+std::vector<float> batch(const std::vector<TrackCurveData<float>>& curves, const std::vector<int>& ids,
+                         const std::vector<float>& times)
+{
+    std::vector<const TrackCurveData<float>*> all;
+    for (const TrackCurveData<float>& curve : curves)
+        all.push_back(&curve);
+    TrackCurveTable table;
+    table.build(all.data(), static_cast<int>(all.size()));
+    std::vector<float> out(times.size(), -12345.0f);
+    TrackCurveBatch::sample(table, ids.data(), times.data(), static_cast<int>(times.size()), out.data());
+    return out;
+}
+
+// TrackCurveBatch sampling every curve at the frame's time.
+struct Batch : ColdStart {
+    using ColdStart::ColdStart;
+    void play(float t, float* out) const
+    {
+        std::vector<int> ids(data.size());
+        std::iota(ids.begin(), ids.end(), 0);
+        std::vector<float> values = batch(data, ids, std::vector<float>(data.size(), t));
+        std::copy(values.begin(), values.end(), out);
+    }
+};
+
+// Track::set over a float parameter per curve, each bound to the intensity of a lamp of its own.
+struct Playback {
+    explicit Playback(const std::vector<Keys>& curves)
+    {
+        for (size_t i = 0; i < curves.size(); ++i) {
+            int id = 100 + static_cast<int>(i);
+            lamps.push_back(world.addNode(LIGHT_POINT, "", id));
+            TrackParameterFloat* p = jNew<TrackParameterFloat>("tests/anim/TrackCurveTest", __LINE__, "Playback");
+            for (const TrackKeyFloat& k : curves[i])
+                p->appendKey(k.time, k.value, k.tangents, k.type);
+            track.addParameter(p);
+            EXPECT_TRUE(track.bindNode(p, &world, id, "", -1, "", "Light.intensity"));
+        }
+    }
+    ~Playback()
+    {
+        track.release();
+        world.release();
+    }
+    void play(float t, float* out)
+    {
+        track.set(t);
+        for (size_t i = 0; i < lamps.size(); ++i)
+            out[i] = lamps[i]->getLightIntensity();
+    }
+    World world;
+    Track track;
+    std::vector<Node*> lamps;
+};
+
+// The engine's evaluators of one curve, which must all give what the reference gives.
+using Evaluators = ::testing::Types<ColdStart, Cursor, Player, Batch, Playback>;
+
+template <class Evaluator>
+class CurveEvaluatorTest : public Scenario {
+protected:
+    // Plays curves at every time of times in turn and checks every value against the reference:
+    // within bound(t) (the solver's error bound, a millionth), and exactly where it is a key's value.
+    void expectReference(const std::vector<Keys>& curves, const std::vector<float>& times,
+                         const std::function<double(float)>& bound = [](float) { return 1e-6; })
+    {
+        Evaluator evaluator(curves);
+        std::vector<float> out(curves.size());
+        for (float t : times) {
+            evaluator.play(t, out.data());
+            for (size_t i = 0; i < curves.size(); ++i) {
+                bool exact = false;
+                double expected = reference(curves[i], t, exact);
+                if (exact)
+                    ASSERT_EQ(out[i], expected) << "curve " << i << " t=" << t;
+                else
+                    ASSERT_NEAR(out[i], expected, bound(t)) << "curve " << i << " t=" << t;
+            }
+        }
+    }
+};
+
+TYPED_TEST_SUITE(CurveEvaluatorTest, Evaluators);
+
+// Four keys of one type with a zero-length segment at 2 (keys b and c share it):
 //
 //   value
 //     4 |      b
 //     2 | a
-//     1 |              c
+//     1 |      c       d
 //       +--|---|-------|----> t
 //          1   2       4
-//   sampled at 1-eps, 1, 1.5, 2, 3, 4, 4+eps (and 0, long before the first key).
-std::vector<TrackKeyFloat> threeKeys(int type)
+// Smooth keys get the tangents the engine gives them, as parameters do.
+Keys edgeKeys(int type)
 {
-    std::vector<TrackKeyFloat> keys(3);
-    keys[0] = {1.0f, 2.0f, vec4(-0.2f, 0.0f, 0.25f, 0.5f), type};
-    keys[1] = {2.0f, 4.0f, vec4(-0.25f, -0.25f, 0.5f, 0.5f), type};
-    keys[2] = {4.0f, 1.0f, vec4(-0.5f, 0.75f, 0.3f, 0.0f), type};
+    Keys keys = {{1.0f, 2.0f, vec4(-0.2f, 0.0f, 0.25f, 0.5f), type},
+                 {2.0f, 4.0f, vec4(-0.25f, -0.25f, 0.5f, 0.5f), type},
+                 {2.0f, 1.0f, vec4(-0.25f, 0.5f, 0.6f, -0.5f), type},
+                 {4.0f, 1.0f, vec4(-0.5f, 0.75f, 0.3f, 0.0f), type}};
+    TrackCurve::smoothTangents(keys.data(), 4);
     return keys;
 }
 
-// A compiled curve, as parameters keep one.
-struct Curve {
-    explicit Curve(const std::vector<TrackKeyFloat>& keys)
-    {
-        TrackCurve::compile(keys.data(), static_cast<int>(keys.size()), times, segments);
+// The edges of every key type, of a curve of one key (which holds everywhere) and of a Bezier
+// segment with its handles at a third of it each way (time is then linear in the curve parameter,
+// so nothing is solved): long before the first key, just before, on and just after each key,
+// between keys, after the last and the extremes, played forward and then backward.
+TYPED_TEST(CurveEvaluatorTest, EdgeSamplesOfEveryKeyTypeMatchTheReference)
+{
+    std::vector<Keys> curves;
+    for (int type = TRACK_KEY_CONSTANT; type < TRACK_KEY_TYPE_COUNT; ++type)
+        curves.push_back(edgeKeys(type));
+    curves.push_back({{0.5f, -3.0f, vec4(-1.0f, 1.0f, 1.0f, 1.0f), TRACK_KEY_BREAK}});
+    curves.push_back({{0.0f, 0.0f, vec4(0.0f, 0.0f, 1.0f, 1.0f), TRACK_KEY_AUTO},
+                      {3.0f, 0.0f, vec4(-1.0f, 1.0f, 0.0f, 0.0f), TRACK_KEY_AUTO}});
+    const std::vector<float> edges = {-INF, -1e30f, 0.0f, 0.9999f, 1.0f, 1.0001f, 1.5f, 1.9999f, 2.0f,
+                                      2.0001f, 3.0f, 3.9999f, 4.0f, 4.0001f, 100.0f, 1e30f, INF};
+    std::vector<float> times = edges;
+    times.insert(times.end(), edges.rbegin(), edges.rend());
+    this->expectReference(curves, times);
+}
+
+// 21 curves (for the player, two full blocks of channels and part of a third) played frame by frame
+// at 240, 60 and 24 frames a second from before the first key to past the last, then as the editor
+// moves the time: mostly a frame forward, sometimes back, back to the start of a loop, or anywhere.
+TYPED_TEST(CurveEvaluatorTest, FramesForwardBackwardAndJumpingMatchTheReference)
+{
+    std::vector<Keys> curves;
+    for (unsigned seed = 1; seed <= 21; ++seed)
+        curves.push_back(randomKeys(60, seed));
+    std::vector<float> times;
+    for (int rate : {240, 60, 24}) {
+        for (float t = -0.2f; t < 9.5f; t += 1.0f / static_cast<float>(rate))
+            times.push_back(t);
     }
-    float operator()(float t, int& cursor) const
-    {
-        return TrackCurve::evaluate(times.data(), segments.data(), times.size(), t, cursor);
-    }
-    float operator()(float t) const
-    {
-        int cursor = 0;
-        return (*this)(t, cursor);
-    }
-    jVector<float> times;
-    jVector<TrackCurveSegment<float>> segments;
-};
-
-float sample(const std::vector<TrackKeyFloat>& keys, float t)
-{
-    return Curve(keys)(t);
-}
-
-float segment(const TrackKeyFloat& a, const TrackKeyFloat& b, float t)
-{
-    return sample({a, b}, t);
-}
-
-// An independent evaluation: Bernstein form in double precision, the curve parameter found by
-// bisection far past what playback needs.
-double referenceBezier(double t0, double v0, double t1, double v1, double t2, double v2, double t3, double v3, double t)
-{
-    auto bern = [](double a, double b, double c, double d, double s) {
-        double r = 1.0 - s;
-        return r * r * r * a + 3.0 * r * r * s * b + 3.0 * r * s * s * c + s * s * s * d;
-    };
-    double lo = 0.0, hi = 1.0;
-    for (int i = 0; i < 200; ++i) {
-        double mid = 0.5 * (lo + hi);
-        if (bern(t0, t1, t2, t3, mid) < t)
-            lo = mid;
-        else
-            hi = mid;
-    }
-    return bern(v0, v1, v2, v3, 0.5 * (lo + hi));
-}
-
-// The reference for the segment from a to b using the stored handles (which these tests keep inside
-// the segment, so no clamping applies).
-double referenceSegment(const TrackKeyFloat& a, const TrackKeyFloat& b, double t)
-{
-    double ta = a.time, va = a.value, tb = b.time, vb = b.value;
-    return referenceBezier(ta, va, ta + a.tangents.z, va + a.tangents.w, tb + b.tangents.x, vb + b.tangents.y, tb, vb, t);
-}
-
-TEST_F(TrackCurveTest, ConstantKeysHoldUntilTheNextKey)
-{
-    auto keys = threeKeys(TRACK_KEY_CONSTANT);
-    EXPECT_EQ(sample(keys, 0.0f), 2.0f);
-    EXPECT_EQ(sample(keys, 1.0f - EPS), 2.0f);
-    EXPECT_EQ(sample(keys, 1.0f), 2.0f);
-    EXPECT_EQ(sample(keys, 1.5f), 2.0f);
-    EXPECT_EQ(sample(keys, 2.0f - EPS), 2.0f);
-    EXPECT_EQ(sample(keys, 2.0f), 4.0f);
-    EXPECT_EQ(sample(keys, 3.0f), 4.0f);
-    EXPECT_EQ(sample(keys, 4.0f), 1.0f);
-    EXPECT_EQ(sample(keys, 4.0f + EPS), 1.0f);
-    EXPECT_EQ(sample(keys, 100.0f), 1.0f);
-}
-
-TEST_F(TrackCurveTest, LinearKeysInterpolateStraight)
-{
-    auto keys = threeKeys(TRACK_KEY_LINEAR);
-    EXPECT_EQ(sample(keys, 1.0f - EPS), 2.0f);
-    EXPECT_EQ(sample(keys, 1.0f), 2.0f);
-    EXPECT_FLOAT_EQ(sample(keys, 1.5f), 3.0f);
-    EXPECT_EQ(sample(keys, 2.0f), 4.0f);
-    EXPECT_FLOAT_EQ(sample(keys, 3.0f), 2.5f);
-    EXPECT_FLOAT_EQ(sample(keys, 3.5f), 1.75f);
-    EXPECT_EQ(sample(keys, 4.0f), 1.0f);
-    EXPECT_EQ(sample(keys, 4.0f + EPS), 1.0f);
-}
-
-TEST_F(TrackCurveTest, BezierKeysFollowTheIndependentEvaluation)
-{
-    for (int type : {TRACK_KEY_SMOOTH, TRACK_KEY_BREAK, TRACK_KEY_AUTO}) {
-        auto keys = threeKeys(type);
-        SCOPED_TRACE(type);
-        EXPECT_EQ(sample(keys, 1.0f - EPS), 2.0f);
-        EXPECT_EQ(sample(keys, 1.0f), 2.0f);
-        EXPECT_EQ(sample(keys, 2.0f), 4.0f);
-        EXPECT_EQ(sample(keys, 4.0f), 1.0f);
-        EXPECT_EQ(sample(keys, 4.0f + EPS), 1.0f);
-        for (float t : {1.001f, 1.25f, 1.5f, 1.9f, 1.9999f}) {
-            EXPECT_NEAR(sample(keys, t), referenceSegment(keys[0], keys[1], t), 2e-6) << "t=" << t;
-        }
-        for (float t : {2.0001f, 2.5f, 3.0f, 3.7f, 3.9999f}) {
-            EXPECT_NEAR(sample(keys, t), referenceSegment(keys[1], keys[2], t), 2e-6) << "t=" << t;
-        }
-    }
-}
-
-TEST_F(TrackCurveTest, RandomBezierSegmentsStayWithinAMillionthOfTheReference)
-{
-    std::mt19937 rng(7);
+    std::mt19937 rng(5);
     std::uniform_real_distribution<float> unit(0.0f, 1.0f);
-    double worst = 0.0;
-    for (int n = 0; n < 2000; ++n) {
-        float d = 0.05f + unit(rng) * 3.0f;
-        TrackKeyFloat a{unit(rng) * 10.0f, unit(rng) * 2.0f - 1.0f, vec4(), TRACK_KEY_BREAK};
-        TrackKeyFloat b{a.time + d, unit(rng) * 2.0f - 1.0f, vec4(), TRACK_KEY_BREAK};
-        a.tangents = vec4(0.0f, 0.0f, unit(rng) * d, unit(rng) - 0.5f);
-        b.tangents = vec4(-unit(rng) * d, unit(rng) - 0.5f, 0.0f, 0.0f);
-        float t = a.time + unit(rng) * d * 0.999f;
-        double error = std::fabs(segment(a, b, t) - referenceSegment(a, b, t));
-        worst = std::max(worst, error);
+    float t = 0.0f;
+    for (int n = 0; n < 3000; ++n) {
+        float r = unit(rng);
+        t = r < 0.8f ? t + 1.0f / 60.0f : (r < 0.85f ? t - 1.0f / 30.0f : (r < 0.9f ? 0.0f : unit(rng) * 10.5f - 1.0f));
+        times.push_back(t);
     }
-    EXPECT_LT(worst, 1e-6);
+    this->expectReference(curves, times);
 }
 
-TEST_F(TrackCurveTest, HandlesReachingPastTheSegmentAreClampedKeepingTheirSlope)
+// Enough curves that the player plays a frame partly on its worker thread.
+TYPED_TEST(CurveEvaluatorTest, ThousandsOfCurvesMatchTheReference)
 {
-    // The out handle reaches 2 s into a 1 s segment: it is shortened to 1 s with half its rise.
-    TrackKeyFloat a{0.0f, 0.0f, vec4(0.0f, 0.0f, 2.0f, 1.0f), TRACK_KEY_BREAK};
-    TrackKeyFloat b{1.0f, 1.0f, vec4(-3.0f, -3.0f, 0.0f, 0.0f), TRACK_KEY_BREAK};
-    for (float t : {0.1f, 0.5f, 0.9f}) {
-        double expected = referenceBezier(0.0, 0.0, 1.0, 0.5, 0.0, 0.0, 1.0, 1.0, t);
-        EXPECT_NEAR(segment(a, b, t), expected, 2e-6) << "t=" << t;
-    }
-    // Handles pointing the wrong way in time are pulled back onto the key.
-    TrackKeyFloat c{0.0f, 0.0f, vec4(0.0f, 0.0f, -1.0f, 0.5f), TRACK_KEY_BREAK};
-    TrackKeyFloat e{1.0f, 1.0f, vec4(0.5f, 0.0f, 0.0f, 0.0f), TRACK_KEY_BREAK};
-    EXPECT_NEAR(segment(c, e, 0.5f), referenceBezier(0, 0, 0, 0.5, 1, 1, 1, 1, 0.5), 2e-6);
+    std::vector<Keys> curves;
+    for (unsigned seed = 1; seed <= 4100; ++seed)
+        curves.push_back(randomKeys(12, seed));
+    this->expectReference(curves, {0.0f, 0.3f, 0.31f, 0.32f, 0.9f, 0.1f, 5.0f});
 }
 
-TEST_F(TrackCurveTest, DoubleKeysKeepTheirPrecision)
+// An out handle of zero length (the curve leaves the key with no speed in time), both handles as
+// long as the segment (the timing curve stops in its middle, at 1.5 s) and an in handle of zero
+// length. Where the timing curve stops, a millionth of the segment in time is worth far more in value.
+TYPED_TEST(CurveEvaluatorTest, HandlesThatFlattenTheTimingCurveStillSolve)
 {
-    TrackKeyDouble keys[2] = {{0.0f, 1e9, vec4(), TRACK_KEY_LINEAR}, {2.0f, 1e9 + 2.0, vec4(), TRACK_KEY_LINEAR}};
-    jVector<float> times;
-    jVector<TrackCurveSegment<double>> segments;
-    TrackCurve::compile(keys, 2, times, segments);
-    int cursor = 0;
-    EXPECT_DOUBLE_EQ(TrackCurve::evaluate(times.data(), segments.data(), 2, 0.5f, cursor), 1e9 + 0.5);
-    EXPECT_DOUBLE_EQ(TrackCurve::evaluate(times.data(), segments.data(), 2, 3.0f, cursor), 1e9 + 2.0);
+    const Keys keys = {
+        {0.0f, 0.0f, vec4(0.0f, 0.0f, 0.0f, 1.0f), TRACK_KEY_BREAK},
+        {1.0f, 1.0f, vec4(-1.0f, 0.5f, 1.0f, 0.5f), TRACK_KEY_BREAK},
+        {2.0f, -1.0f, vec4(-1.0f, 0.5f, 0.5f, -0.5f), TRACK_KEY_BREAK},
+        {3.0f, 0.5f, vec4(0.0f, 2.0f, 0.0f, 0.0f), TRACK_KEY_BREAK},
+    };
+    std::vector<float> times;
+    for (float t = 0.0f; t < 3.0f; t += 1.0f / 120.0f)
+        times.push_back(t);
+    this->expectReference({keys}, times, [](float t) { return std::fabs(t - 1.5f) < 1e-4f ? 1e-3 : 1e-6; });
 }
+
+// A handle that reaches past its segment is shortened to it keeping its slope, and one that points
+// the wrong way in time is pulled back onto its key keeping its rise: played, the keys give what
+// the reference gives for the handles so corrected.
+TYPED_TEST(CurveEvaluatorTest, HandlesReachingPastTheSegmentAreClampedKeepingTheirSlope)
+{
+    // a's out handle reaches 2 s into a 1 s segment (half its rise is kept), b's in handle 3 s back
+    // (a third of its drop); b's out handle points back and c's in handle forward.
+    const Keys keys = {{0.0f, 0.0f, vec4(0.0f, 0.0f, 2.0f, 1.0f), TRACK_KEY_BREAK},
+                       {1.0f, 1.0f, vec4(-3.0f, -3.0f, -1.0f, 0.5f), TRACK_KEY_BREAK},
+                       {2.0f, 0.0f, vec4(0.5f, 0.0f, 0.0f, 0.0f), TRACK_KEY_BREAK}};
+    const Keys corrected = {{0.0f, 0.0f, vec4(0.0f, 0.0f, 1.0f, 0.5f), TRACK_KEY_BREAK},
+                            {1.0f, 1.0f, vec4(-1.0f, -1.0f, 0.0f, 0.5f), TRACK_KEY_BREAK},
+                            {2.0f, 0.0f, vec4(0.0f, 0.0f, 0.0f, 0.0f), TRACK_KEY_BREAK}};
+    TypeParam evaluator({keys});
+    for (float t : {0.1f, 0.5f, 0.9f, 1.2f, 1.5f, 1.8f}) {
+        float value = 0.0f;
+        evaluator.play(t, &value);
+        bool exact = false;
+        EXPECT_NEAR(value, reference(corrected, t, exact), 2e-6) << "t=" << t;
+    }
+}
+
+using TrackCurveBatchTest = Scenario;
+
+TEST_F(TrackCurveBatchTest, ACurveRecompiledWithoutItsIndexIsSearchedInstead)
+{
+    std::vector<TrackCurveData<float>> curves(1);
+    std::vector<TrackKeyFloat> keys = {{1.0f, 2.0f, vec4(), TRACK_KEY_LINEAR}, {2.0f, 4.0f, vec4(), TRACK_KEY_LINEAR},
+                                       {4.0f, 1.0f, vec4(), TRACK_KEY_LINEAR}};
+    TrackCurve::compile(keys.data(), 3, curves[0]);
+    std::vector<TrackKeyFloat> fewer = {{0.0f, 0.0f, vec4(), TRACK_KEY_LINEAR}, {10.0f, 10.0f, vec4(), TRACK_KEY_LINEAR}};
+    TrackCurve::compile(fewer.data(), 2, curves[0].times, curves[0].segments);
+    std::vector<float> out = batch(curves, {0, 0, 0}, {2.5f, 3.75f, 9.0f});
+    EXPECT_FLOAT_EQ(out[0], 2.5f);
+    EXPECT_FLOAT_EQ(out[1], 3.75f);
+    EXPECT_FLOAT_EQ(out[2], 9.0f);
+}
+
+// Curves of every length (those without keys give 0), with and without their time index, and one
+// whose keys are nearly all in its first second (one at 1,000 s) so that most of them share a
+// bucket, each sampled at its own time (any time: infinities and NaN too, for which a curve gives
+// its last key's value) in batches shorter and longer than the pipeline, so that it fills and
+// drains at every depth.
+TEST_F(TrackCurveBatchTest, ManyCurvesEachAtItsOwnTimeMatchSingleSamples)
+{
+    std::vector<TrackCurveData<float>> curves(17);
+    size_t i = 0;
+    for (int count : {0, 1, 2, 3, 5, 17, 100, 1000}) {
+        std::vector<TrackKeyFloat> keys = randomKeys(count, static_cast<unsigned>(i + 1));
+        TrackCurve::compile(keys.data(), count, curves[i++]);
+        TrackCurve::compile(keys.data(), count, curves[i].times, curves[i].segments);
+        ++i;
+    }
+    std::vector<TrackKeyFloat> clustered;
+    for (int i = 0; i < 999; ++i)
+        clustered.push_back({i / 999.0f, std::sin(i * 0.1f), vec4(), TRACK_KEY_LINEAR});
+    clustered.push_back({1000.0f, 5.0f, vec4(), TRACK_KEY_LINEAR});
+    TrackCurve::compile(clustered.data(), 1000, curves[16]);
+    std::mt19937 rng(21);
+    std::uniform_real_distribution<float> early(-0.1f, 1.1f), anywhere(-5.0f, 160.0f);
+    const float extremes[3] = {-std::numeric_limits<float>::infinity(), std::numeric_limits<float>::infinity(),
+                               std::numeric_limits<float>::quiet_NaN()};
+    for (int size : {1, 2, 7, 25, 5000}) {
+        std::vector<int> ids;
+        std::vector<float> at;
+        for (int n = 0; n < size; ++n) {
+            ids.push_back(static_cast<int>(rng() % curves.size()));
+            at.push_back(n % 2 ? early(rng) : (n % 10 == 4 ? extremes[n % 3] : anywhere(rng)));
+        }
+        std::vector<float> out = batch(curves, ids, at);
+        for (int n = 0; n < size; ++n) {
+            const TrackCurveData<float>& c = curves[ids[n]];
+            int cursor = 0;
+            int segment = TrackSegment::find(c.times.data(), c.times.size(), at[n], cursor);
+            float single = c.times.empty() ? 0.0f : TrackCurve::evaluate(c.times.data(), c.segments.data(),
+                                                                          c.times.size(), at[n], cursor);
+            // Only solved Bezier segments may differ, by rounding; everything else is the same value.
+            if (segment >= 0 && c.segments[segment].mode == TrackCurveSegment<float>::BEZIER)
+                ASSERT_NEAR(out[n], single, 1e-6) << "sample " << n << " of " << size << " at t=" << at[n];
+            else
+                ASSERT_EQ(out[n], single) << "sample " << n << " of " << size << " at t=" << at[n];
+        }
+    }
+}
+
+using TrackCurveTest = Scenario;
 
 TEST_F(TrackCurveTest, AutoTangentsAverageTheThirdsToBothNeighbours)
 {
-    auto keys = threeKeys(TRACK_KEY_AUTO);
+    // Keys (1, 2), (2, 4), (4, 1).
+    std::vector<TrackKeyFloat> keys = {{1.0f, 2.0f, vec4(), TRACK_KEY_AUTO},
+                                       {2.0f, 4.0f, vec4(), TRACK_KEY_AUTO},
+                                       {4.0f, 1.0f, vec4(), TRACK_KEY_AUTO}};
     // Middle key: in = ((1-2)/3, (2-4)/3), out = ((4-2)/3, (1-4)/3); a = (in - out) / 2.
     vec4 middle = TrackCurve::autoTangents(keys.data(), 3, 1);
     EXPECT_FLOAT_EQ(middle.x, -0.5f);
@@ -195,58 +379,6 @@ TEST_F(TrackCurveTest, AutoTangentsAverageTheThirdsToBothNeighbours)
     EXPECT_FLOAT_EQ(first.w, 1.0f / 3.0f);
     // A key alone gets flat, zero-length tangents.
     EXPECT_EQ(TrackCurve::autoTangents(keys.data(), 1, 0), vec4_zero);
-}
-
-TEST_F(TrackCurveTest, SmoothTangentsAreRecomputedOnlyForSmoothKeys)
-{
-    auto keys = threeKeys(TRACK_KEY_BREAK);
-    keys[1].type = TRACK_KEY_SMOOTH;
-    vec4 storedFirst = keys[0].tangents;
-    TrackCurve::smoothTangents(keys.data(), 3);
-    EXPECT_EQ(keys[0].tangents, storedFirst);
-    EXPECT_EQ(keys[1].tangents, TrackCurve::autoTangents(keys.data(), 3, 1));
-    // Moving the neighbour changes the smooth key's tangents at the next update.
-    keys[2].time = 6.0f;
-    TrackCurve::smoothTangents(keys.data(), 3);
-    EXPECT_FLOAT_EQ(keys[1].tangents.z, (6.0f - 1.0f) / 6.0f);
-}
-
-TEST_F(TrackCurveTest, EvenlySpacedHandlesNeedNoSolving)
-{
-    // Handles at a third of each side make the curve's time linear; the value is then the plain
-    // cubic in the normalised time.
-    TrackKeyFloat a{0.0f, 0.0f, vec4(0.0f, 0.0f, 1.0f, 1.0f), TRACK_KEY_AUTO};
-    TrackKeyFloat b{3.0f, 0.0f, vec4(-1.0f, 1.0f, 0.0f, 0.0f), TRACK_KEY_AUTO};
-    Curve curve({a, b});
-    EXPECT_EQ(curve.segments[0].mode, TrackCurveSegment<float>::BEZIER_EVEN);
-    for (float t : {0.3f, 1.5f, 2.9f}) {
-        double s = t / 3.0;
-        EXPECT_NEAR(curve(t), 3.0 * s * (1.0 - s) * (1.0 - s) + 3.0 * s * s * (1.0 - s), 1e-6) << "t=" << t;
-    }
-}
-
-TEST_F(TrackCurveTest, EqualKeyTimesJumpWithoutDividingByZero)
-{
-    std::vector<TrackKeyFloat> keys(3);
-    keys[0] = {0.0f, 0.0f, vec4(), TRACK_KEY_LINEAR};
-    keys[1] = {1.0f, 5.0f, vec4(), TRACK_KEY_LINEAR};
-    keys[2] = {1.0f, 9.0f, vec4(), TRACK_KEY_LINEAR};
-    EXPECT_FLOAT_EQ(sample(keys, 0.5f), 2.5f);
-    EXPECT_EQ(sample(keys, 1.0f), 9.0f);
-    EXPECT_EQ(sample(keys, 2.0f), 9.0f);
-}
-
-TEST_F(TrackCurveTest, TheCursorGivesTheSameAnswersForwardBackwardAndAtRandom)
-{
-    Curve curve(threeKeys(TRACK_KEY_LINEAR));
-    int cursor = 0;
-    std::vector<float> times = {0.5f, 1.0f, 1.2f, 1.9f, 2.0f, 3.9f, 4.0f, 5.0f, 1.1f, 3.0f, 0.0f, 2.5f};
-    for (float t : times)
-        EXPECT_EQ(curve(t, cursor), curve(t)) << "t=" << t;
-    cursor = 12345;
-    EXPECT_FLOAT_EQ(curve(1.5f, cursor), 3.0f);
-    cursor = -7;
-    EXPECT_FLOAT_EQ(curve(3.0f, cursor), 2.5f);
 }
 
 } // namespace
