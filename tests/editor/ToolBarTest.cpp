@@ -1,7 +1,10 @@
 #include "editor/ToolBar.h"
 
+#include "editor/ButtonLookup.h"
 #include "editor/DataDir.h"
+#include "editor/Locale.h"
 #include "ui/UIAutomation.h"
+#include "ui/UIButton.h"
 #include "ui/UIFixture.h"
 #include "ui/UIWindow.h"
 
@@ -10,139 +13,136 @@
 
 namespace {
 
-// The commands of a small toolbar, recording what ran.
-struct Commands {
-    void cb_new_track(const UIEventMouse*, UIElement*) { ran.push_back("new_track"); }
-    void cb_del_track(const UIEventMouse*, UIElement*) { ran.push_back("del_track"); }
-    void cb_play(const UIEventMouse*, UIElement* sender)
-    {
-        ran.push_back(static_cast<ToolButton*>(sender)->isChecked() ? "play on" : "play off");
-    }
-    std::vector<std::string> ran;
-};
-
+// The track editor's toolbar in a shown window: new, a spacer, delete, a play toggle and a text
+// button. Each command records its name, a toggle's with the state its handler reads.
 class ToolBarTest : public UIFixture {
 protected:
     void SetUp() override
     {
         UIFixture::SetUp();
         DataDir::set(KUVO_DATA_DIR);
-    }
-
-    // A window holding a toolbar with new, spacer, delete and a play toggle.
-    ToolBar* makeBar()
-    {
-        m_window = make<UIWindow>(root(), "Tools", 240, 80);
-        auto* bar = make<ToolBar>(root(), 16);
-        m_window->addChild(bar, UI_EXPAND_ACROSS, -1);
-        bar->addButton("data/core/editor/gui/new_track.png", bind(&Commands::cb_new_track, &commands));
+        window = make<UIWindow>(root(), "Tools", 240, 80);
+        bar = make<ToolBar>(root(), 16);
+        window->addChild(bar, UI_EXPAND_ACROSS, -1);
+        add("new_track");
         bar->addSpacer();
-        bar->addButton("data/core/editor/gui/del_track.png", bind(&Commands::cb_del_track, &commands));
-        bar->addButton("data/core/editor/gui/time_play.png", bind(&Commands::cb_play, &commands))->setCheckEnable(true);
-        return bar;
+        add("del_track");
+        play = add("time_play");
+        play->setCheckEnable(true);
+        save = bar->addTextButton(tr("save"), record("save"));
+        window->show();
+        settle();
     }
-
     void TearDown() override
     {
-        destroy(m_window);
+        destroy(window);
         UIFixture::TearDown();
     }
+    ToolButton* add(const std::string& name)
+    {
+        return bar->addButton(("data/core/editor/gui/" + name + ".png").c_str(), record(name));
+    }
+    UISlot<UIEventMouse> record(const std::string& name)
+    {
+        return [this, name](const UIEventMouse*, UIElement* sender) {
+            auto* button = static_cast<ToolButton*>(sender);
+            ran.push_back(button->isCheckEnable() ? name + (button->isChecked() ? " on" : " off") : name);
+        };
+    }
+    // Clicks a button with the pointer, through the window.
+    void pointerClick(ToolButton* button)
+    {
+        int x = 0, y = 0;
+        root()->getAutomation()->elementPoint(button, 4, 4, x, y);
+        ASSERT_TRUE(root()->getAutomation()->click(x, y));
+    }
 
-    Commands commands;
-    UIWindow* m_window = nullptr;
+    UIWindow* window = nullptr;
+    ToolBar* bar = nullptr;
+    ToolButton* play = nullptr;
+    ToolButton* save = nullptr;
+    std::vector<std::string> ran;
 };
 
 } // namespace
 
-TEST_F(ToolBarTest, ButtonsKeepTheirOrderAndSpacersAreNotButtons)
+// Buttons are found by their place (spacers are no buttons); a toggle flips before its command
+// reads it, and a state set by a loaded document is what the next click flips. A push button is
+// never checked, and a toggle made a push button again drops its check.
+TEST_F(ToolBarTest, ClicksRunTheCommandsAndTogglesFlipFirst)
 {
-    ToolBar* bar = makeBar();
-    EXPECT_EQ(bar->getNumButtons(), 3);
-    EXPECT_EQ(bar->getButton(0)->getIcon(), "data/core/editor/gui/new_track.png");
-    EXPECT_EQ(bar->getButton(1)->getIcon(), "data/core/editor/gui/del_track.png");
-    EXPECT_EQ(bar->getButton(2)->getIcon(), "data/core/editor/gui/time_play.png");
-    EXPECT_EQ(bar->getButton(3), nullptr);
+    EXPECT_EQ(bar->getNumButtons(), 4);
+    EXPECT_EQ(bar->getButton(4), nullptr);
     EXPECT_EQ(bar->getButton(-1), nullptr);
-    EXPECT_EQ(bar->getFontSize(), 16);
-}
-
-TEST_F(ToolBarTest, ClickingAButtonRunsItsCallback)
-{
-    ToolBar* bar = makeBar();
+    pointerClick(play);
+    EXPECT_TRUE(play->click());
+    bar->getButton(1)->setChecked(true);
     bar->getButton(1)->click();
-    bar->getButton(0)->click();
-    bar->getButton(2)->click();
-    bar->getButton(2)->click();
-    EXPECT_EQ(commands.ran, (std::vector<std::string>{"del_track", "new_track", "play on", "play off"}));
-}
-
-TEST_F(ToolBarTest, PointerClickOnTheWindowReachesTheButton)
-{
-    ToolBar* bar = makeBar();
-    m_window->show();
-    settle();
-    int x = 0;
-    int y = 0;
-    root()->getAutomation()->elementPoint(bar->getButton(2), 4, 4, x, y);
-    ASSERT_TRUE(root()->getAutomation()->click(x, y));
-    settle();
-    EXPECT_EQ(commands.ran, (std::vector<std::string>{"play on"}));
-    EXPECT_TRUE(bar->getButton(2)->isChecked());
-}
-
-TEST_F(ToolBarTest, StateSetWithoutAClickIsWhatTheNextClickFlips)
-{
-    ToolBar* bar = makeBar();
-    m_window->show();
-    settle();
-    ToolButton* play = bar->getButton(2);
-    play->setChecked(true); // as a loaded document would
+    play->setChecked(true);
     bar->updateButtons();
-    int x = 0;
-    int y = 0;
-    root()->getAutomation()->elementPoint(play, 4, 4, x, y);
-    ASSERT_TRUE(root()->getAutomation()->click(x, y));
-    settle();
+    pointerClick(play);
+    EXPECT_EQ(ran, (std::vector<std::string>{"time_play on", "time_play off", "del_track", "time_play off"}));
+    EXPECT_FALSE(bar->getButton(1)->isChecked());
+    play->setChecked(true);
+    play->setCheckEnable(false);
     EXPECT_FALSE(play->isChecked());
-    EXPECT_EQ(commands.ran, (std::vector<std::string>{"play off"}));
 }
 
-TEST_F(ToolBarTest, ShortcutKeyClicksItsButton)
+// Scripts and commands name a toolbar button by its icon's stem and a text button by the
+// translation key of its text, never by the file name or the translated text.
+TEST_F(ToolBarTest, ButtonLookupFindsButtonsByStemOrTranslationKey)
 {
-    ToolBar* bar = makeBar();
-    bar->getButton(0)->setShortcut('N', true, false, false);
-    UIEventKey ctrlN;
-    ctrlN.key = 'N';
-    ctrlN.modifiers = UI_MOD_CTRL;
-    UIEventKey plainN;
-    plainN.key = 'N';
-    EXPECT_FALSE(bar->onKeyPress(&plainN));
-    EXPECT_TRUE(bar->onKeyPress(&ctrlN));
-    EXPECT_EQ(commands.ran, (std::vector<std::string>{"new_track"}));
+    auto* clear = make<UIButton>(root(), tr("clear"));
+    window->addChild(clear);
+    EXPECT_EQ(ButtonLookup::find(window, "time_play"), play);
+    EXPECT_EQ(ButtonLookup::find(window, "save"), save);
+    EXPECT_EQ(ButtonLookup::find(window, "clear"), clear);
+    EXPECT_EQ(ButtonLookup::find(window, "time_play.png"), nullptr);
+    EXPECT_EQ(ButtonLookup::find(window, "load"), nullptr);
+    EXPECT_EQ(ButtonLookup::find(nullptr, "save"), nullptr);
+}
 
-    // Through the window's element tree, as a real key press travels.
-    m_window->show();
-    settle();
+// Ctrl+N reaches the new-track button through the window's tree, in either letter case and only
+// with the modifiers it was given; a disabled or hidden button ignores clicks and its shortcut.
+TEST_F(ToolBarTest, ShortcutKeysClickTheirButtonUnlessDisabledOrHidden)
+{
+    ToolButton* add_track = bar->getButton(0);
+    add_track->setShortcut('n', true, false, false);
+    UIEventKey press;
+    press.key = 'N';
+    EXPECT_FALSE(bar->onKeyPress(&press));
+    press.modifiers = UI_MOD_CTRL | UI_MOD_SHIFT;
+    EXPECT_FALSE(bar->onKeyPress(&press));
     ASSERT_TRUE(root()->getAutomation()->keyPress('N', UI_MOD_CTRL));
-    settle();
-    EXPECT_EQ(commands.ran, (std::vector<std::string>{"new_track", "new_track"}));
-
-    // A hidden button's shortcut does nothing.
-    bar->getButton(0)->setHidden(true);
-    EXPECT_FALSE(bar->onKeyPress(&ctrlN));
-    EXPECT_EQ(commands.ran.size(), 2u);
+    EXPECT_EQ(ran, std::vector<std::string>{"new_track"});
+    press.modifiers = UI_MOD_CTRL;
+    add_track->setEnabled(false);
+    EXPECT_FALSE(add_track->click());
+    EXPECT_FALSE(bar->onKeyPress(&press));
+    add_track->setEnabled(true);
+    add_track->setHidden(true);
+    EXPECT_FALSE(bar->onKeyPress(&press));
+    EXPECT_EQ(ran.size(), 1u);
 }
 
-TEST_F(ToolBarTest, FontSizeSizesEveryButton)
+// Tooltips are the translated tip of the icon followed by the shortcut; a text button's is its
+// shortcut alone. A missing icon is reported by its path and the button shows its name instead.
+// The font size sizes every button, later ones too.
+TEST_F(ToolBarTest, TooltipsNameTheCommandAndItsShortcut)
 {
-    ToolBar* bar = makeBar();
+    ToolButton* add_track = bar->getButton(0);
+    EXPECT_EQ(add_track->getTooltip(), "Add a parameter to the track");
+    add_track->setShortcut('N', true, false, false);
+    EXPECT_EQ(add_track->getTooltip(), "Add a parameter to the track (Ctrl+N)");
+    save->setShortcut('S', true, true, true);
+    EXPECT_EQ(save->getTooltip(), "Ctrl+Shift+Alt+S");
+    ToolButton* missing = add("no_such_icon");
+    expectLogged("ToolButton::setIcon:cannot read icon \"" KUVO_DATA_DIR "/core/editor/gui/no_such_icon.png\"");
+    EXPECT_EQ(missing->getTooltip(), "no_such_icon");
+    EXPECT_TRUE(missing->setIcon("data/core/editor/gui/key.png"));
     bar->setFontSize(24);
-    EXPECT_EQ(bar->getFontSize(), 24);
+    bar->addTextButton("Load", record("load"));
+    ASSERT_EQ(bar->getNumButtons(), 6);
     for (int i = 0; i < bar->getNumButtons(); ++i)
         EXPECT_EQ(bar->getButton(i)->getIconSize(), 24);
-    ToolButton* added = bar->addTextButton("Load", bind(&Commands::cb_new_track, &commands));
-    EXPECT_EQ(added->getIconSize(), 24);
-    EXPECT_EQ(added->getText(), "Load");
-    added->click();
-    EXPECT_EQ(commands.ran, (std::vector<std::string>{"new_track"}));
 }

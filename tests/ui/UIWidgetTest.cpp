@@ -1,18 +1,18 @@
-#include <functional>
-#include <string>
-
 #include "UIFixture.h"
 #include "kit/jAllocator.h"
+#include "ui/DialogColor.h"
 #include "ui/UIAutomation.h"
 #include "ui/UIButton.h"
 #include "ui/UIDialog.h"
 #include "ui/UITreeBox.h"
 #include "ui/UIWidget.h"
 
+#include <string>
+
 namespace {
 
-// A picker as the editor's panels build them: a tree of dotted names; activating a leaf or
-// pressing OK on one chooses it, Cancel closes without a choice.
+// A picker as the editor's panels build them: a tree of dotted names; activating a leaf chooses
+// it, OK and Cancel close without a choice.
 class PickPanel : public UIDialog {
 public:
     PickPanel(UIRoot* root, bool* ok, std::string* result) : UIDialog(root), m_ok(ok), m_result(result)
@@ -25,39 +25,23 @@ public:
         m_tree->addItem("rotation", node);
         m_tree->addItem("Light");
         m_tree->sigMouse = bind(&PickPanel::cb_tree_mouse, this);
-        getOkButton()->sigClick = bind(&PickPanel::cb_ok, this);
-        getCancelButton()->sigClick = bind(&PickPanel::cb_cancel, this);
+        getOkButton()->sigClick = bind(&PickPanel::cb_close, this);
+        getCancelButton()->sigClick = bind(&PickPanel::cb_close, this);
     }
-
-    // Called when a choice is made, before the dialog closes.
-    Function<void()> onChosen;
 
 private:
-    void take(int item)
-    {
-        *m_ok = true;
-        std::string name = m_tree->getItemText(item).c_str();
-        for (int up = m_tree->getItemParent(item); up != -1; up = m_tree->getItemParent(up))
-            name = std::string(m_tree->getItemText(up).c_str()) + "." + name;
-        *m_result = name;
-        onChosen();
-    }
     void cb_tree_mouse(const UIEventMouse*, UIElement*)
     {
         int item = m_tree->getCurrentItem();
-        if (item == -1 || m_tree->getItemNumChilds(item) > 0)
+        if (m_tree->getItemNumChilds(item) > 0)
             return;
-        take(item);
+        *m_ok = true;
+        *m_result = m_tree->getItemText(item).c_str();
+        for (int up = m_tree->getItemParent(item); up != -1; up = m_tree->getItemParent(up))
+            *m_result = std::string(m_tree->getItemText(up).c_str()) + "." + *m_result;
         closeDialog();
     }
-    void cb_ok(const UIEventMouse*, UIElement*)
-    {
-        int item = m_tree->getCurrentItem();
-        if (item != -1 && m_tree->getItemNumChilds(item) == 0)
-            take(item);
-        closeDialog();
-    }
-    void cb_cancel(const UIEventMouse*, UIElement*) { closeDialog(); }
+    void cb_close(const UIEventMouse*, UIElement*) { closeDialog(); }
 
     bool* m_ok;
     std::string* m_result;
@@ -74,16 +58,11 @@ protected:
         bool ok = false;
         auto* widget = make<UIWidget>(root(), Widget::MakeCenter(800, 600));
         auto* panel = make<PickPanel>(root(), &ok, &result);
-        widget->setIME(false);
         widget->setUI(panel, "select_data_type");
-        widget->setMinSize(panel->getPreferredWidth(), panel->getPreferredHeight());
         widget->setForceClose(true);
         widget->setEscClose(true);
-        widget->center();
         widget->modality();
-        EXPECT_FALSE(widget->isModal());
         EXPECT_FALSE(widget->isShown());
-        widget->close();
         destroy(widget);
         destroy(panel);
         return ok;
@@ -91,51 +70,37 @@ protected:
     UIAutomation* hook() { return root()->getAutomation(); }
 };
 
-TEST_F(UIWidgetTest, AQueuedTreeItemAnswersTheModalPicker)
+// Scripts answer pickers by dotted names: a branch only unfolds, so the picker stays open for the
+// next answer, and answers left over wait for the next dialog; OK on a branch and Cancel choose
+// nothing.
+TEST_F(UIWidgetTest, QueuedAnswersDriveTheModalPickerInOrder)
 {
+    hook()->answerTreeItem("Node");
     hook()->answerTreeItem("Node.position");
+    hook()->answerTreeItem("Light"); // for the next picker
     std::string result;
     EXPECT_TRUE(pick(result));
     EXPECT_EQ(result, "Node.position");
-    EXPECT_EQ(hook()->pendingAnswers(), 0);
-}
-
-TEST_F(UIWidgetTest, ABranchKeepsThePickerOpenForTheNextAnswer)
-{
-    hook()->answerTreeItem("Node");
-    hook()->answerTreeItem("Light");
-    hook()->answerTreeItem("Node.rotation"); // for a later dialog
-    std::string result;
-    EXPECT_TRUE(pick(result));
-    EXPECT_EQ(result, "Light");
     EXPECT_EQ(hook()->pendingAnswers(), 1);
     EXPECT_TRUE(pick(result));
-    EXPECT_EQ(result, "Node.rotation");
-}
-
-TEST_F(UIWidgetTest, OkOnABranchAndCancelCloseWithoutAChoice)
-{
+    EXPECT_EQ(result, "Light");
+    result.clear();
     hook()->answerTreeItem("Node");
     hook()->answerOk();
-    std::string result;
     EXPECT_FALSE(pick(result));
     hook()->answerCancel();
     EXPECT_FALSE(pick(result));
     EXPECT_EQ(result, "");
 }
 
-TEST_F(UIWidgetTest, WithoutAnAnswerAHeadlessModalRunClosesAsCancelled)
+// Nothing may block a headless run: a picker without an answer, or with one that does not fit
+// it, closes as cancelled and says why.
+TEST_F(UIWidgetTest, AMissingOrUnfitAnswerClosesThePickerAndSaysSo)
 {
-    ASSERT_TRUE(root()->isHeadless());
     std::string result;
     EXPECT_FALSE(pick(result));
     expectLogged("UIWidget::modality:no answer queued for \"select_data_type\", closed as cancelled");
-}
-
-TEST_F(UIWidgetTest, AnAnswerThatDoesNotFitIsReportedAndCloses)
-{
     hook()->answerTreeItem("Node.scale");
-    std::string result;
     EXPECT_FALSE(pick(result));
     expectLogged("UIWidget::modality:no tree item \"Node.scale\" in \"select_data_type\"");
     hook()->answerFile("/tmp/a.anim");
@@ -143,62 +108,34 @@ TEST_F(UIWidgetTest, AnAnswerThatDoesNotFitIsReportedAndCloses)
     expectLogged("UIWidget::modality:a file answer does not fit \"select_data_type\"");
 }
 
-namespace {
-
-// Opens a second picker from inside the first one's choice, as the node picker leads to the
-// internal-node picker.
-struct Chain {
-    void open_second()
-    {
-        second_ok = fixture_pick(second);
-    }
-    std::function<bool(std::string&)> fixture_pick;
-    std::string second;
-    bool second_ok = false;
-};
-
-} // namespace
-
-TEST_F(UIWidgetTest, NestedModalRunsTakeTheAnswersInOrder)
-{
-    hook()->answerTreeItem("Light");
-    hook()->answerTreeItem("Node.position");
-    bool ok = false;
-    std::string first;
-    Chain chain;
-    chain.fixture_pick = [this](std::string& r) { return pick(r); };
-    auto* widget = make<UIWidget>(root(), Widget::MakeCenter(300, 300));
-    auto* panel = make<PickPanel>(root(), &ok, &first);
-    panel->onChosen = [&chain]() { chain.open_second(); };
-    widget->setUI(panel, "first");
-    widget->modality();
-    EXPECT_TRUE(ok);
-    EXPECT_EQ(first, "Light");
-    EXPECT_TRUE(chain.second_ok);
-    EXPECT_EQ(chain.second, "Node.position");
-    destroy(widget);
-    destroy(panel);
-}
-
-TEST_F(UIWidgetTest, EscapeClosesAModelessWidgetByItsRules)
+// The settings window opens centred at its panel's size; Escape closes it only when allowed, and a
+// forced close hands the panel back.
+TEST_F(UIWidgetTest, ASettingsWindowIsCentredAndEscapeClosesItByItsRules)
 {
     bool ok = false;
     std::string result;
     auto* widget = make<UIWidget>(root(), Widget::MakeCenter(300, 300));
+    widget->setUI(nullptr, "x");
+    expectLogged("UIWidget::setUI:panel");
     auto* panel = make<PickPanel>(root(), &ok, &result);
+    panel->closeDialog(); // not shown in a widget: nothing to close
     widget->setUI(panel, "settings");
-    EXPECT_EQ(widget->getTitle(), "settings");
     EXPECT_EQ(widget->getWidth(), 256); // the panel's preferred size
     EXPECT_EQ(widget->getHeight(), 384);
-
+    widget->setIME(false);
+    widget->center();
     widget->setForceClose(false);
     widget->setEscClose(false);
     widget->show();
     settle();
+    UIRect centred = Widget::MakeCenter(256, 384);
+    int x = 0, y = 0;
+    widget->localToScreen(x, y);
+    EXPECT_NEAR(x, centred.x, 2);
+
     panel->getCancelButton()->setFocus();
     ASSERT_TRUE(hook()->keyPress(UI_KEY_ESCAPE));
     EXPECT_TRUE(widget->isShown());
-
     widget->setEscClose(true);
     ASSERT_TRUE(hook()->keyPress(UI_KEY_ESCAPE));
     EXPECT_FALSE(widget->isShown());
@@ -216,11 +153,68 @@ TEST_F(UIWidgetTest, EscapeClosesAModelessWidgetByItsRules)
     destroy(panel);
 }
 
-TEST_F(UIWidgetTest, SetUIRefusesNull)
+// A colour key's dialog: a queued colour reaches the key, Cancel or a wrong answer leave it, and
+// without an answer a headless run closes the dialog as cancelled.
+TEST_F(UIWidgetTest, AColourDialogTakesOnlyAQueuedColour)
 {
-    auto* widget = make<UIWidget>(root(), Widget::MakeCenter(100, 100));
-    widget->setUI(nullptr, "x");
-    expectLogged("UIWidget::setUI:panel");
-    EXPECT_EQ(widget->getUI(), nullptr);
-    destroy(widget);
+    int changes = 0;
+    auto* dialog = make<DialogColor>(root());
+    dialog->setColor(vec4(0.2f, 0.3f, 0.4f, 1.0f));
+    dialog->sigChanged = [&changes](const UIEventChanged*, UIElement*) { ++changes; };
+    EXPECT_FALSE(dialog->modality());
+    expectLogged("DialogColor::modality:no answer queued for \"Color\", closed as cancelled");
+    hook()->answerCancel();
+    EXPECT_FALSE(dialog->modality());
+    hook()->answerYes();
+    EXPECT_FALSE(dialog->modality());
+    expectLogged("DialogColor::modality:the answer queued for \"Color\" is not a colour");
+    EXPECT_EQ(changes, 0);
+    EXPECT_EQ(dialog->getColor(), vec4(0.2f, 0.3f, 0.4f, 1.0f));
+    hook()->answerColor(vec4(1.0f, 0.5f, 0.0f, 0.25f));
+    EXPECT_TRUE(dialog->modality());
+    EXPECT_EQ(changes, 1);
+    EXPECT_EQ(dialog->getColor(), vec4(1.0f, 0.5f, 0.0f, 0.25f));
+    destroy(dialog);
+}
+
+using UITreeBoxTest = UIFixture;
+
+// Pickers are answered by dotted paths, so a moved or renamed item must be found where it is now,
+// keeping its tag, its data and its folding (which Qt forgets on a move); an item never moves
+// below itself, and a bad id is reported.
+TEST_F(UITreeBoxTest, MovedItemsAreFoundWhereTheyAreAndKeepWhatTheyCarry)
+{
+    auto* tree = make<UITreeBox>(root());
+    int a = tree->addItem("a");
+    int b = tree->addItem("b", a);
+    int c = tree->addItem("c");
+    tree->setItemTag(c, 7);
+    tree->setItemData(c, tree);
+    tree->setItemHidden(b, true);
+    ASSERT_TRUE(tree->setItemParent(c, b));
+    EXPECT_EQ(tree->findItem("a.b.c"), c);
+    EXPECT_EQ(tree->getItemChild(b, 0), c);
+    EXPECT_TRUE(tree->isItemShown(b));
+    EXPECT_FALSE(tree->isItemShown(c));
+    EXPECT_FALSE(tree->setItemParent(a, c));
+    expectLogged("UITreeBox::setItemParent");
+    ASSERT_TRUE(tree->setItemParent(b, -1));
+    tree->setItemText(c, "d");
+    EXPECT_EQ(tree->findItem("b.d"), c);
+    EXPECT_TRUE(tree->isItemHidden(b));
+    EXPECT_FALSE(tree->isItemShown(c));
+    EXPECT_EQ(tree->getItemTag(c), 7);
+    EXPECT_EQ(tree->getItemData(c), tree);
+    EXPECT_EQ(tree->addItem("x", 9), -1);
+    expectLogged("UITreeBox::addItem:item");
+    EXPECT_EQ(tree->getItemText(9), "");
+    expectLogged("UITreeBox::getItemText:item");
+    EXPECT_FALSE(tree->setItemTag(9, 1));
+    expectLogged("UITreeBox::setItemTag:item");
+    tree->setCurrentItem(c);
+    EXPECT_EQ(tree->getCurrentItem(), c);
+    tree->clear();
+    EXPECT_EQ(tree->getNumItems(), 0);
+    EXPECT_EQ(tree->getCurrentItem(), -1);
+    destroy(tree);
 }
