@@ -1,15 +1,9 @@
 #pragma once
 
-#include <cmath>
-#include <string>
-
 #include "ModuleFixture.h"
-#include "data/AppData.h"
 #include "data/FKey.h"
 #include "data/FParameterSingle.h"
-#include "data/FTrack.h"
 #include "kit/KeyState.h"
-#include "ui/UIAutomation.h"
 #include "ui/UICanvas.h"
 #include "ui/UITrackLineKey.h"
 #include "ui/UITrackLinePanel.h"
@@ -24,13 +18,6 @@
 //   row 1     ^                ^                ^     Glow (colour)        y 22 to 43
 inline constexpr int PANEL_WIDTH = 612;
 inline constexpr int ROW = 22;
-
-// Whether two colours match in red, green and blue.
-inline bool near(const vec4& a, const vec4& b, float tolerance = 0.03f)
-{
-    return std::abs(a.x - b.x) < tolerance && std::abs(a.y - b.y) < tolerance &&
-           std::abs(a.z - b.z) < tolerance;
-}
 
 // A key line panel 612 pixels wide in a shown window, driven by synthesized mouse events in the
 // canvas's coordinates; the left button's state is recorded as the toolkit records it.
@@ -56,12 +43,11 @@ protected:
 
     UITrackLinePanel* panel() const { return m_panel; }
     UICanvas* canvas() const { return m_panel->getCanvas(); }
-    FParameterSingle* single(int i) const { return AppData::get()->getTrack()->getSingleParameters()[i]; }
     // The pulse sample: row 0 "Bulb pulse" (float keys at 0, 0.5, 1, 1.5, 2), row 1 "Glow" (colour
     // keys at 0, 1, 2), over 0 to 2 s.
     void loadPulse()
     {
-        ASSERT_TRUE(AppData::get()->loadTrack(jString(samplePath("pulse.anim").c_str()), demoWorld()));
+        ASSERT_TRUE(loadSample("pulse.anim"));
         redraw();
         ASSERT_EQ(canvas()->getWidth(), PANEL_WIDTH);
         clearMessages();
@@ -81,39 +67,26 @@ protected:
     }
     UITrackLineKey* mark(int row, int key) const { return single(row)->getKey(key)->getLineKey(); }
 
-    UIEventMouse event(int x, int y, int modifiers) const
-    {
-        UIEventMouse e;
-        canvas()->localToScreen(x, y);
-        e.x = x;
-        e.y = y;
-        e.button = UI_MOUSE_LEFT;
-        e.buttons = 1 << UI_MOUSE_LEFT;
-        e.modifiers = modifiers;
-        return e;
-    }
     bool press(int x, int y, int modifiers = 0)
     {
         SetKeyState(VK_LBUTTON, true);
-        const UIEventMouse e = event(x, y, modifiers);
+        const UIEventMouse e = mouseAt(canvas(), x, y, UI_MOUSE_LEFT, 1 << UI_MOUSE_LEFT, modifiers);
         return m_panel->onMouseDown(&e);
     }
     bool move(int x, int y)
     {
-        UIEventMouse e = event(x, y, 0);
-        e.button = UI_MOUSE_NONE;
+        const UIEventMouse e = mouseAt(canvas(), x, y, UI_MOUSE_NONE);
         return m_panel->onMouseMove(&e);
     }
     void release(int x, int y)
     {
         SetKeyState(VK_LBUTTON, false);
-        UIEventMouse e = event(x, y, 0);
-        e.buttons = 0;
+        const UIEventMouse e = mouseAt(canvas(), x, y, UI_MOUSE_LEFT, 0);
         m_panel->onMouseUp(&e);
     }
     bool dclick(int x, int y)
     {
-        const UIEventMouse e = event(x, y, 0);
+        const UIEventMouse e = mouseAt(canvas(), x, y);
         return m_panel->onMouseDClick(&e);
     }
     // Presses and releases on the mark of key `key` of row `row`.
@@ -130,15 +103,10 @@ protected:
     vec4 pixel(int x, int y)
     {
         redraw();
-        const std::string path = m_dir.file("lines.png");
-        vec4 out{-1, -1, -1, -1};
-        EXPECT_TRUE(root()->getAutomation()->saveScreenshot(canvas(), path.c_str()));
-        EXPECT_TRUE(root()->getAutomation()->readPixel(path.c_str(), x, y, out));
-        return out;
+        return ModuleFixture::pixel(canvas(), x, y);
     }
 
 private:
     UIWindow* m_window = nullptr;
     UITrackLinePanel* m_panel = nullptr;
-    TempDir m_dir;
 };

@@ -1,10 +1,11 @@
 #include "ModuleFixture.h"
 
-#include "data/AppData.h"
 #include "editor/DataDir.h"
 #include "kit/jKit.h"
 #include "msg/UiMsg.h"
 #include "scene/World.h"
+#include "ui/UIAutomation.h"
+#include "ui/UICanvas.h"
 
 namespace {
 
@@ -62,4 +63,31 @@ World* ModuleFixture::demoWorld()
         World::SetCurrent(m_world);
     }
     return m_world;
+}
+
+bool ModuleFixture::loadSample(const char* name)
+{
+    return AppData::get()->loadTrack(jString(samplePath(name).c_str()), demoWorld());
+}
+
+UIEventMouse ModuleFixture::mouseAt(const UICanvas* canvas, int x, int y, int button, int buttons, int modifiers)
+{
+    UIEventMouse e;
+    canvas->localToScreen(x, y);
+    e.x = x;
+    e.y = y;
+    e.button = button;
+    e.buttons = buttons;
+    e.modifiers = modifiers;
+    return e;
+}
+
+vec4 ModuleFixture::pixel(UICanvas* canvas, int x, int y)
+{
+    settle();
+    const std::string path = m_shots.file("shot.png");
+    vec4 out{-1, -1, -1, -1};
+    EXPECT_TRUE(root()->getAutomation()->saveScreenshot(canvas, path.c_str()));
+    EXPECT_TRUE(root()->getAutomation()->readPixel(path.c_str(), x, y, out));
+    return out;
 }

@@ -1,13 +1,10 @@
 #include "ui/UITrackRowPanel.h"
 
-#include <cmath>
 #include <string>
 #include <vector>
 
 #include "ModuleFixture.h"
-#include "ui/UIAutomation.h"
 #include "ui/UICanvas.h"
-#include "ui/UIScrollBox.h"
 #include "ui/UIWindow.h"
 
 // Rows sit 22 pixels apart, each a 20-pixel band from its indent to R = W - 32, followed by the
@@ -21,28 +18,12 @@ namespace {
 
 constexpr int SELECTION_CHANGED = 207;
 
-struct Toggles {
-    void on_changed() { calls.push_back("changed"); }
-    void on_row_changed(UITrackRow*&& row)
-    {
-        calls.push_back("row");
-        last = row;
-    }
-    std::vector<std::string> calls;
-    UITrackRow* last = nullptr;
-};
-
 jVector<UITrackRow::RowData> two_columns()
 {
     jVector<UITrackRow::RowData> columns;
     columns.append(UITrackRow::RowData{jString("E"), false});
     columns.append(UITrackRow::RowData{jString("T"), true});
     return columns;
-}
-
-bool near(const vec4& a, float grey, float eps = 0.02f)
-{
-    return std::fabs(a.x - grey) < eps && std::fabs(a.y - grey) < eps && std::fabs(a.z - grey) < eps;
 }
 
 } // namespace
@@ -77,167 +58,91 @@ protected:
             panel->addRow(row);
         panel->update(0.0f);
     }
-    // A left press at a canvas-local point, delivered in screen coordinates.
-    bool press(int lx, int ly, int modifiers = 0, int button = UI_MOUSE_LEFT)
+    bool press(int x, int y, int modifiers = 0, int button = UI_MOUSE_LEFT)
     {
-        UIEventMouse e;
-        e.x = lx;
-        e.y = ly;
-        canvas()->localToScreen(e.x, e.y);
-        e.button = button;
-        e.buttons = 1 << button;
-        e.modifiers = modifiers;
+        const UIEventMouse e = mouseAt(canvas(), x, y, button, 1 << button, modifiers);
         return panel->onMouseDown(&e);
     }
     bool press_row(int i, int modifiers = 0) { return press(40, 22 * i + 10, modifiers); }
     bool is_selected(int i) const { return panel->getSelected().contains(rows[i]); }
     int selected_count() const { return panel->getSelected().size(); }
-    int messages_of(int id) const
-    {
-        int n = 0;
-        for (int m : messages())
-            n += m == id ? 1 : 0;
-        return n;
-    }
-    vec4 pixel(int x, int y)
-    {
-        std::string path = dir.file("rows.png");
-        vec4 out{-1, -1, -1, -1};
-        settle();
-        EXPECT_TRUE(root()->getAutomation()->saveScreenshot(canvas(), path.c_str()));
-        EXPECT_TRUE(root()->getAutomation()->readPixel(path.c_str(), x, y, out));
-        return out;
-    }
+    bool shade(int x, int y, float grey) { return isGrey(pixel(canvas(), x, y), grey); }
 
     UIWindow* window = nullptr;
     UITrackRowPanel* panel = nullptr;
     UITrackRow* rows[3] = {};
-    TempDir dir;
 };
 
-// Holding rows
-
-TEST_F(UITrackRowPanelTest, IsTheOnePanelGetReturns)
-{
-    EXPECT_EQ(UITrackRowPanel::get(), panel);
-}
-
-TEST_F(UITrackRowPanelTest, AddingARowTwiceLogsOnceAndKeepsOneEntry)
+// A row is held once, and a panel whose canvas is gone says so instead of drawing.
+TEST_F(UITrackRowPanelTest, RowsAreHeldOnceAndAPanelWithoutCanvasDrawsNothing)
 {
     panel->addRow(rows[0]);
     panel->addRow(rows[0]);
-    EXPECT_EQ(log().countAtLeast(jLogLevel::Error), 1u);
     expectLogged("UITrackRowPanel::addRow: row is already defined");
-    EXPECT_EQ(panel->getRows().size(), 1);
-    EXPECT_EQ(rows[0]->getPanel(), panel);
-}
-
-TEST_F(UITrackRowPanelTest, RemovingARowItDoesNotHoldLogs)
-{
-    panel->addRow(rows[0]);
     panel->removeRow(rows[1]);
     expectLogged("UITrackRowPanel::removeRow: can't find row");
     EXPECT_EQ(panel->getRows().size(), 1);
-}
-
-TEST_F(UITrackRowPanelTest, RemovingAMiddleRowMovesTheLaterRowsUpOnTheNextUpdate)
-{
-    add_all();
-    EXPECT_EQ(canvas()->getPolygonIntersection(40, 54), rows[2]->getBandPolygon());
-    rows[1]->clearRender(); // how a parameter leaves the panel: removeRow, then its shapes go
-    EXPECT_EQ(rows[1]->getPanel(), nullptr);
-    EXPECT_EQ(panel->getRows().size(), 2);
-    EXPECT_EQ(panel->getRows()[1], rows[2]);
-    EXPECT_EQ(canvas()->getPolygonIntersection(40, 54), rows[2]->getBandPolygon()); // not yet
-    panel->update(0.0f);
-    EXPECT_EQ(canvas()->getPolygonIntersection(40, 32), rows[2]->getBandPolygon());
-    EXPECT_EQ(rows[2]->findColumn(canvas()->getPolygonIntersection(right() + 8, 32)), 0); // its E button
-    EXPECT_EQ(canvas()->getPolygonIntersection(40, 54), -1);
-    EXPECT_EQ(canvas()->getPolygonIntersection(40, 10), rows[0]->getBandPolygon());
-}
-
-TEST_F(UITrackRowPanelTest, RemovingTheLastRowLeavesTheOthersAndTheRowItself)
-{
-    add_all();
-    panel->removeRow(rows[2]);
-    panel->update(0.0f);
-    EXPECT_EQ(panel->getRows().size(), 2);
-    EXPECT_EQ(canvas()->getPolygonIntersection(40, 10), rows[0]->getBandPolygon());
-    EXPECT_EQ(canvas()->getPolygonIntersection(40, 32), rows[1]->getBandPolygon());
-    // The panel only stops laying the row out; its shapes stay until its owner clears them.
-    EXPECT_EQ(canvas()->getPolygonIntersection(40, 54), rows[2]->getBandPolygon());
-}
-
-TEST_F(UITrackRowPanelTest, UpdateFixesTheCanvasHeightToTheRows)
-{
-    add_all();
-    settle();
-    EXPECT_EQ(canvas()->getHeight(), 66);
-    std::vector<UITrackRow*> rows_made;
-    for (int i = 0; i < 10; ++i) {
-        // More rows than the 200-pixel window shows make the box scroll.
-        auto* extra = jNew<UITrackRow>("tests/module", __LINE__, "UITrackRowPanelTest", two_columns());
-        panel->addRow(extra);
-        panel->update(0.0f);
-        settle();
-        rows_made.push_back(extra);
-    }
-    EXPECT_EQ(canvas()->getHeight(), 22 * 13);
-    EXPECT_GT(panel->getScroll()->getVScrollMax(), 0);
-    for (UITrackRow* extra : rows_made) {
-        extra->clearRender();
-        jDelete(extra, "tests/module", __LINE__, "UITrackRowPanelTest");
-    }
-}
-
-TEST_F(UITrackRowPanelTest, UpdateWithoutACanvasLogsAndDrawsNothing)
-{
     panel->release();
     EXPECT_EQ(panel->getCanvas(), nullptr);
     panel->update(0.0f);
     expectLogged("UITrackRowPanel::update:m_canvas");
 }
 
-// Buttons
+// Later rows move up on the next update; a removed row's shapes stay until its owner clears them.
+TEST_F(UITrackRowPanelTest, RemovedRowsLeaveTheLayoutOnTheNextUpdate)
+{
+    add_all();
+    EXPECT_EQ(canvas()->getPolygonIntersection(40, 54), rows[2]->getBandPolygon());
+    rows[1]->clearRender(); // how a parameter leaves the panel: removeRow, then its shapes go
+    EXPECT_EQ(panel->getRows().size(), 2);
+    EXPECT_EQ(canvas()->getPolygonIntersection(40, 54), rows[2]->getBandPolygon()); // not yet
+    panel->update(0.0f);
+    EXPECT_EQ(canvas()->getPolygonIntersection(40, 32), rows[2]->getBandPolygon());
+    EXPECT_EQ(rows[2]->findColumn(canvas()->getPolygonIntersection(right() + 8, 32)), 0); // its E button
+    EXPECT_EQ(canvas()->getPolygonIntersection(40, 54), -1);
 
+    panel->removeRow(rows[2]);
+    panel->update(0.0f);
+    EXPECT_EQ(panel->getRows().size(), 1);
+    EXPECT_EQ(canvas()->getPolygonIntersection(40, 10), rows[0]->getBandPolygon());
+    EXPECT_EQ(canvas()->getPolygonIntersection(40, 32), rows[2]->getBandPolygon());
+}
+
+// A button toggles its own column, calls the row's handlers, leaves the selection and is redrawn.
 TEST_F(UITrackRowPanelTest, PressOnAButtonTogglesOnlyThatColumnAndKeepsTheSelection)
 {
     add_all();
-    Toggles toggles;
-    rows[1]->changed().append(bind(&Toggles::on_changed, &toggles));
-    rows[1]->rowChanged().append(bind(&Toggles::on_row_changed, &toggles));
+    std::vector<std::string> calls;
+    UITrackRow* changed = nullptr;
+    rows[1]->changed().append([&calls] { calls.push_back("changed"); });
+    rows[1]->rowChanged().append([&](UITrackRow*&& row) {
+        calls.push_back("row");
+        changed = row;
+    });
     EXPECT_TRUE(press(right() + 16 + 8, 22 + 10)); // row b, column T
     EXPECT_FALSE(rows[1]->getState(1));
     EXPECT_FALSE(rows[1]->getState(0));
     EXPECT_TRUE(rows[0]->getState(1));
-    EXPECT_EQ(toggles.calls, (std::vector<std::string>{"changed", "row"}));
-    EXPECT_EQ(toggles.last, rows[1]);
-    EXPECT_EQ(selected_count(), 0);
+    EXPECT_EQ(calls, (std::vector<std::string>{"changed", "row"}));
+    EXPECT_EQ(changed, rows[1]);
     EXPECT_EQ(panel->getCurrent(), nullptr);
-    EXPECT_EQ(messages_of(SELECTION_CHANGED), 0);
-    EXPECT_TRUE(press(right() + 8, 22 + 10)); // column E
-    EXPECT_TRUE(rows[1]->getState(0));
-}
+    EXPECT_TRUE(messages().empty());
 
-TEST_F(UITrackRowPanelTest, AToggledButtonIsRedrawnOnTheNextUpdate)
-{
-    add_all();
-    // Sampled beside and below the labels.
-    EXPECT_TRUE(near(pixel(right() + 2, 18), 0.25f)); // E off
-    EXPECT_TRUE(near(pixel(right() + 18, 18), 0.5f)); // T on
-    press(right() + 8, 10);
+    // Sampled beside and below the labels of row a.
+    EXPECT_TRUE(shade(right() + 2, 18, 0.25f)); // E off
+    EXPECT_TRUE(shade(right() + 18, 18, 0.5f)); // T on
+    EXPECT_TRUE(press(right() + 8, 10));
+    EXPECT_TRUE(rows[0]->getState(0));
     panel->update(0.0f);
-    EXPECT_TRUE(near(pixel(right() + 2, 18), 0.5f));
+    EXPECT_TRUE(shade(right() + 2, 18, 0.5f));
 }
 
-// Selection
-
-TEST_F(UITrackRowPanelTest, ClickSelectsTheRowAloneAndTellsTheViews)
+// A click selects its row alone; a modifier adds a row, or on a selected row makes it the only one.
+TEST_F(UITrackRowPanelTest, ClickSelectsTheRowAloneAndAModifierAddsOne)
 {
     add_all();
     EXPECT_TRUE(press_row(0));
     EXPECT_TRUE(is_selected(0));
-    EXPECT_EQ(panel->getCurrent(), rows[0]);
     EXPECT_EQ(panel->getPress(), 2);
     EXPECT_TRUE(press_row(2));
     EXPECT_EQ(selected_count(), 1);
@@ -245,87 +150,44 @@ TEST_F(UITrackRowPanelTest, ClickSelectsTheRowAloneAndTellsTheViews)
     EXPECT_EQ(panel->getCurrent(), rows[2]);
     EXPECT_EQ(messages(), (std::vector<int>{SELECTION_CHANGED, SELECTION_CHANGED}));
     EXPECT_TRUE(panel->hasFocus());
-}
 
-TEST_F(UITrackRowPanelTest, ModifierClickAddsARowAndKeepsASelectedOne)
-{
-    add_all();
-    press_row(0);
     EXPECT_TRUE(press_row(1, UI_MOD_CTRL));
     EXPECT_EQ(selected_count(), 2);
-    EXPECT_TRUE(press_row(2, UI_MOD_SHIFT));
+    EXPECT_TRUE(press_row(0, UI_MOD_SHIFT));
     EXPECT_EQ(selected_count(), 3);
-    // A modifier click on a selected row makes it the only one rather than removing it.
     EXPECT_TRUE(press_row(1, UI_MOD_CTRL));
     EXPECT_EQ(selected_count(), 1);
     EXPECT_TRUE(is_selected(1));
-    EXPECT_EQ(messages_of(SELECTION_CHANGED), 4);
+    EXPECT_EQ(messages(), std::vector<int>(5, SELECTION_CHANGED));
+    // Other buttons, and presses outside the panel once it lost the focus, change nothing.
+    panel->removeFocus();
+    EXPECT_FALSE(press(40, 10, 0, UI_MOUSE_RIGHT));
+    EXPECT_FALSE(press(-400, -400));
+    EXPECT_TRUE(is_selected(1));
+    EXPECT_EQ(messages().size(), 5u);
 }
 
-TEST_F(UITrackRowPanelTest, SelectedRowsAreDrawnLighter)
+// A press on empty space clears the selection, drawn lighter; with a modifier it tells no one.
+TEST_F(UITrackRowPanelTest, PressOnEmptySpaceClearsTheSelectionDrawnLighter)
 {
     add_all();
     press_row(1);
-    panel->update(0.0f);
-    EXPECT_TRUE(near(pixel(100, 22 + 10), 0.5f));
-    EXPECT_TRUE(near(pixel(100, 10), 0.25f));
-    panel->select(nullptr);
-    panel->update(0.0f);
-    EXPECT_TRUE(near(pixel(100, 22 + 10), 0.25f));
-}
-
-TEST_F(UITrackRowPanelTest, PressOnEmptySpaceClearsTheSelectionAndTellsTheViews)
-{
-    add_all();
-    press_row(0);
-    press_row(1, UI_MOD_CTRL);
     clearMessages();
     EXPECT_FALSE(press(40, 22 * 3 + 30)); // below the last row: the press travels on
     EXPECT_EQ(selected_count(), 0);
     EXPECT_EQ(panel->getCurrent(), nullptr);
     EXPECT_EQ(panel->getPress(), 1);
     EXPECT_EQ(messages(), std::vector<int>{SELECTION_CHANGED});
-}
 
-TEST_F(UITrackRowPanelTest, ModifierPressOnEmptySpaceAlsoClearsButTellsNoOne)
-{
-    add_all();
-    press_row(0);
-    press_row(1, UI_MOD_CTRL);
+    press_row(1);
+    press_row(2, UI_MOD_CTRL);
+    panel->update(0.0f);
+    EXPECT_TRUE(shade(100, 22 + 10, 0.5f));
+    EXPECT_TRUE(shade(100, 10, 0.25f));
     clearMessages();
     EXPECT_FALSE(press(40, 22 * 3 + 30, UI_MOD_CTRL));
     EXPECT_EQ(selected_count(), 0);
-    EXPECT_EQ(panel->getCurrent(), nullptr);
     EXPECT_TRUE(messages().empty());
     panel->update(0.0f);
-    EXPECT_TRUE(near(pixel(100, 10), 0.25f)); // drawn unselected at once
-}
-
-TEST_F(UITrackRowPanelTest, OtherButtonsAndPressesElsewhereChangeNothing)
-{
-    add_all();
-    press_row(0);
-    panel->removeFocus();
-    clearMessages();
-    EXPECT_FALSE(press(40, 10, 0, UI_MOUSE_RIGHT));
-    EXPECT_FALSE(press(-400, -400)); // outside the panel, which has no focus
-    EXPECT_TRUE(is_selected(0));
-    EXPECT_EQ(panel->getCurrent(), rows[0]);
-    EXPECT_TRUE(messages().empty());
-}
-
-TEST_F(UITrackRowPanelTest, SettersReplaceTheSelection)
-{
-    add_all();
-    jSet<UITrackRow*> pair;
-    pair.insert(rows[0]);
-    pair.insert(rows[2]);
-    panel->setSelected(pair);
-    EXPECT_EQ(selected_count(), 2);
-    panel->select(rows[1]);
-    EXPECT_EQ(selected_count(), 1);
-    EXPECT_TRUE(is_selected(1));
-    panel->setCurrent(rows[1]);
-    EXPECT_EQ(panel->getCurrent(), rows[1]);
-    EXPECT_TRUE(messages().empty()); // only the mouse tells the views
+    EXPECT_TRUE(shade(100, 22 + 10, 0.25f));
 }
