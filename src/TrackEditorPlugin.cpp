@@ -1,6 +1,7 @@
 // The module's entry table: how the host creates, drives and destroys the Track Editor.
 #include "TrackEditorPlugin.h"
 
+#include "TrackEditorMsg.h"
 #include "anim/Track.h"
 #include "data/AppData.h"
 #include "data/FTrack.h"
@@ -47,8 +48,8 @@ bool loadTrack(UIElement* element, const char* path)
     editor->clear();
     if (!AppData::get()->loadTrack(jString(path), editor->getWorld()))
         return false;
-    MsgMngr::get()->notifyHelper(210);
-    MsgMngr::get()->notifyHelper(201);
+    MsgMngr::get()->notifyHelper(TRACK_MSG_LOADED);
+    MsgMngr::get()->notifyHelper(TRACK_MSG_TIME_CHANGED);
     return true;
 }
 
@@ -60,7 +61,7 @@ void setPlay(UIElement* element, bool play, bool loop)
     Track* track = AppData::get()->getTrack()->getEngineTrack();
     if (track->isLoop() != loop) {
         track->setLoop(loop);
-        MsgMngr::get()->notifyHelper(195);
+        MsgMngr::get()->notifyHelper(TRACK_MSG_OPTION_CHANGED);
     }
     editor->setPlay(play);
     if (ToolButton* button = editor->findButton("time_play"))

@@ -2,11 +2,9 @@
 
 vec4 TrackParameterColor::getTrackValue(float t, bool& found) const
 {
-    found = !m_keys.empty();
+    found = !m_channels[0].times.empty();
     if (!found)
         return vec4_zero;
-    if (m_changed)
-        compile();
     // The channels share the keys' times, so the key cursor finds each channel's segment at once.
     vec4 c;
     for (int k = 0; k < CHANNELS; ++k) {
@@ -35,12 +33,10 @@ void TrackParameterColor::appendKey(float time, const vec4& color)
 
 const TrackCurveData<float>& TrackParameterColor::getChannel(int c) const
 {
-    if (m_changed)
-        compile();
     return m_channels[c];
 }
 
-void TrackParameterColor::compile() const
+void TrackParameterColor::update()
 {
     jVector<TrackKeyFloat> keys;
     keys.reserve(m_keys.size());
@@ -55,7 +51,6 @@ void TrackParameterColor::compile() const
         }
         TrackCurve::compile(keys.data(), keys.size(), m_channels[c]);
     }
-    m_changed = false;
     changed();
 }
 

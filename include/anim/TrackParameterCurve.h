@@ -5,8 +5,8 @@
 #include "anim/TrackParameterKeyed.h"
 
 // A float or double parameter: keys with tangents and a key type, evaluated as TrackCurve says.
-// The keys are compiled into curve segments on update, or at the first evaluation after they
-// changed. Playback asks for times that stay inside one segment for several frames, so a cursor
+// The keys are compiled into curve segments by update, which every edit of the keys is followed by:
+// evaluation reads the curve as the last update left it. Playback asks for times that stay inside one segment for several frames, so a cursor
 // inside the parameter keeps that segment ready for sampling: while the time stays in it, a sample
 // reads nothing but the parameter itself.
 template <class Key>
@@ -16,7 +16,8 @@ public:
 
     TrackParameterCurve() { m_play.attach(&m_curve); }
 
-    // Returns the value at t; found is false (and the result 0) only when there are no keys.
+    // Returns the value at t of the curve compiled by the last update; found is false (and the
+    // result 0) only when there are no keys.
     Value getTrackValue(float t, bool& found) const
     {
         if (m_play.holds(t)) {
@@ -26,14 +27,8 @@ public:
         return lookup(t, found);
     }
 
-    // Returns the compiled curve, compiling it first when the keys changed. Compiling again (after
-    // any change of the keys) moves it.
-    const TrackCurveData<Value>& getCurve() const
-    {
-        if (this->m_changed)
-            compile();
-        return m_curve;
-    }
+    // Returns the curve compiled by the last update; the next update moves it.
+    const TrackCurveData<Value>& getCurve() const { return m_curve; }
 
     // Returns the live value: the bound property's current value, else the value last played.
     Value getValue() const
@@ -56,8 +51,15 @@ public:
     }
     using TrackParameterKeyed<Key>::appendKey;
 
-    // Recomputes the tangents of smooth keys from their neighbours and compiles the curve.
-    void update() override { compile(); }
+    // Recomputes the tangents of smooth keys from their neighbours and compiles the curve. Compiling
+    // moves the segments, so the track's playback (which reads them) is rebuilt.
+    void update() override
+    {
+        TrackCurve::smoothTangents(this->m_keys.data(), this->m_keys.size());
+        TrackCurve::compile(this->m_keys.data(), this->m_keys.size(), m_curve);
+        m_play.reset();
+        this->changed();
+    }
 
     void release() override
     {
@@ -91,26 +93,14 @@ private:
     // Finds the segment that holds t and samples it.
     Value lookup(float t, bool& found) const
     {
-        found = !this->m_keys.empty();
+        found = !m_curve.times.empty();
         if (!found)
             return 0;
-        getCurve();
         m_play.seek(t);
         return m_play.sample(t);
     }
 
-    // Compiling moves the segments, so the track's playback (which reads them) is rebuilt.
-    void compile() const
-    {
-        auto& keys = const_cast<jVector<Key>&>(this->m_keys);
-        TrackCurve::smoothTangents(keys.data(), keys.size());
-        TrackCurve::compile(keys.data(), keys.size(), m_curve);
-        this->m_changed = false;
-        m_play.reset();
-        this->changed();
-    }
-
     mutable TrackCurveCursor<Value> m_play;
-    mutable TrackCurveData<Value> m_curve;
+    TrackCurveData<Value> m_curve;
     Value m_value = 0;
 };

@@ -23,13 +23,13 @@ public:
         return m_keys;
     }
     const jVector<Key>& getKeys() const { return m_keys; }
-    // Removes every key (the storage is kept for the refill).
+    // Removes every key (the storage is kept for the refill); the caller calls update.
     void clearKeys()
     {
         m_keys.clear();
         keys_changed();
     }
-    // Appends a key record; the caller keeps the array sorted by time.
+    // Appends a key record; the caller keeps the array sorted by time and calls update.
     void appendKey(const Key& key)
     {
         m_keys.append(key);
@@ -84,12 +84,10 @@ public:
     }
 
 protected:
-    // Marks what was derived from the keys as out of date and tells the track that plays the
-    // parameter; every change of the key array goes through here.
+    // Tells the track that plays the parameter; every change of the key array goes through here.
     virtual void keys_changed()
     {
         m_cursor = 0;
-        m_changed = true;
         changed();
     }
 
@@ -99,6 +97,4 @@ protected:
     jVector<Key> m_keys;
     // The segment of the last lookup; playback moves forward, so it is usually still right.
     mutable int m_cursor = 0;
-    // Whether the keys changed since derived data was last built from them.
-    mutable bool m_changed = true;
 };

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "TrackEditorMsg.h"
 #include "anim/Track.h"
 #include "anim/TrackParameter.h"
 #include "data/AppData.h"
@@ -28,8 +29,6 @@ constexpr float NO_TIME = -1e9f;
 // The row columns: "E" enables the parameter's animation, "T" shows its curve.
 constexpr int COLUMN_ENABLED = 0;
 constexpr int COLUMN_CURVE = 1;
-// Posted when the user changed a parameter's state.
-constexpr int PARAMETER_CHANGED = 200;
 
 jVector<UITrackRow::RowData> rowColumns()
 {
@@ -109,7 +108,7 @@ void FParameterSingle::on_row_changed(UITrackRow*&& row)
         else
             curves->hideCurve(m_curve);
     }
-    MsgMngr::get()->notifyHelper(PARAMETER_CHANGED);
+    MsgMngr::get()->notifyHelper(TRACK_MSG_PARAMETER_CHANGED);
 }
 
 void FParameterSingle::setColor(const vec4& color)

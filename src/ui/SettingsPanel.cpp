@@ -1,5 +1,6 @@
 #include "ui/SettingsPanel.h"
 
+#include "TrackEditorMsg.h"
 #include "anim/Track.h"
 #include "data/AppData.h"
 #include "data/FTrack.h"
@@ -12,8 +13,6 @@ namespace {
 
 // Keeps the start and end of a track apart, so the track never has an empty range.
 constexpr float MIN_GAP = 0.000001f;
-// The message the fields post: the track's limits changed.
-constexpr int TRACK_LIMITS_CHANGED = 198;
 
 Track* currentTrack()
 {
@@ -41,7 +40,7 @@ UIFloat* SettingsPanel::add_row(const char* key, void (SettingsPanel::*setter)(f
                                    tr(key)),
                      UI_EXPAND_NONE, -1);
     return jNew<UIFloat>("src/ui/SettingsPanel", __LINE__, "SettingsPanel::SettingsPanel", this, setter, getter,
-                         m_grid, TRACK_LIMITS_CHANGED, "");
+                         m_grid, TRACK_MSG_LIMITS_CHANGED, "");
 }
 
 void SettingsPanel::refresh()

@@ -2,6 +2,7 @@
 
 #include <cstring>
 
+#include "TrackEditorMsg.h"
 #include "anim/Track.h"
 #include "data/AppData.h"
 #include "data/FTrack.h"
@@ -109,7 +110,7 @@ void TrackEditor::advance_time(float dt)
         }
     }
     data->setTime(t);
-    MsgMngr::get()->notifyHelper(201);
+    MsgMngr::get()->notifyHelper(TRACK_MSG_TIME_CHANGED);
 }
 
 void TrackEditor::refresh_fields()
@@ -121,7 +122,7 @@ void TrackEditor::refresh_fields()
 bool TrackEditor::onKeyPress(const UIEventKey* e)
 {
     if (e->key == UI_KEY_DELETE)
-        MsgMngr::get()->notifyHelper(204);
+        MsgMngr::get()->notifyHelper(TRACK_MSG_KEYS_DELETED);
     return UIWindow::onKeyPress(e);
 }
 
@@ -135,7 +136,7 @@ void TrackEditor::clear()
         data->setTime(data->getBeginTime());
     data->reset();
     set_window_modified(false);
-    MsgMngr::get()->notifyHelper(211);
+    MsgMngr::get()->notifyHelper(TRACK_MSG_CLEARED);
 }
 
 void TrackEditor::setToBegin()

@@ -2,6 +2,7 @@
 // begin, play, end and loop buttons.
 #include "ui/TrackEditor.h"
 
+#include "TrackEditorMsg.h"
 #include "anim/Track.h"
 #include "data/AppData.h"
 #include "data/FTrack.h"
@@ -37,7 +38,7 @@ void TrackEditor::cb_load_track(const UIEventMouse*, UIElement*)
         jString path = withTrackExtension(dialog->getPath());
         clear();
         if (AppData::get()->loadTrack(path, m_world))
-            MsgMngr::get()->notifyHelper(210);
+            MsgMngr::get()->notifyHelper(TRACK_MSG_LOADED);
     }
     jDelete(dialog, "src/ui/TrackEditor", __LINE__, "TrackEditor::cb_load_track");
 }
@@ -49,7 +50,7 @@ void TrackEditor::cb_save_track(const UIEventMouse*, UIElement*)
         return;
     if (data->getPath().nempty()) {
         data->saveTrack(data->getPath());
-        MsgMngr::get()->notifyHelper(209);
+        MsgMngr::get()->notifyHelper(TRACK_MSG_SAVED);
         return;
     }
     auto* dialog = jNew<DialogFileEx>("src/ui/TrackEditor", __LINE__, "TrackEditor::cb_save_track", getRoot(),
@@ -57,7 +58,7 @@ void TrackEditor::cb_save_track(const UIEventMouse*, UIElement*)
     dialog->setFilter(TRACK_EXTENSION);
     if (dialog->modality()) {
         data->saveTrack(withTrackExtension(dialog->getPath()));
-        MsgMngr::get()->notifyHelper(209);
+        MsgMngr::get()->notifyHelper(TRACK_MSG_SAVED);
     }
     jDelete(dialog, "src/ui/TrackEditor", __LINE__, "TrackEditor::cb_save_track");
 }
@@ -87,7 +88,7 @@ void TrackEditor::cb_track_settings(const UIEventMouse*, UIElement*)
 void TrackEditor::cb_begin(const UIEventMouse*, UIElement*)
 {
     setToBegin();
-    MsgMngr::get()->notifyHelper(201);
+    MsgMngr::get()->notifyHelper(TRACK_MSG_TIME_CHANGED);
 }
 
 void TrackEditor::cb_play(const UIEventMouse*, UIElement*)
@@ -105,7 +106,7 @@ void TrackEditor::cb_end(const UIEventMouse*, UIElement*)
     if (data->isEmpty())
         return;
     data->setTime(data->getEndTime());
-    MsgMngr::get()->notifyHelper(201);
+    MsgMngr::get()->notifyHelper(TRACK_MSG_TIME_CHANGED);
 }
 
 void TrackEditor::cb_loop(const UIEventMouse*, UIElement*)
@@ -116,5 +117,5 @@ void TrackEditor::cb_loop(const UIEventMouse*, UIElement*)
         return;
     }
     data->getTrack()->getEngineTrack()->setLoop(m_btn_loop->isChecked());
-    MsgMngr::get()->notifyHelper(195);
+    MsgMngr::get()->notifyHelper(TRACK_MSG_OPTION_CHANGED);
 }

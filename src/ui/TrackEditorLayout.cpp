@@ -4,6 +4,7 @@
 // the same height, so each key line sits beside its row.
 #include "ui/TrackEditor.h"
 
+#include "TrackEditorMsg.h"
 #include "data/AppData.h"
 #include "editor/Locale.h"
 #include "editor/ToolBar.h"
@@ -127,9 +128,9 @@ void TrackEditor::init_bottom()
     m_settings_bar->addButton(icon("setting").c_str(), bind(&TrackEditor::cb_track_settings, this));
     m_bottom->addChild(m_settings_bar, UI_EXPAND_NONE, -1);
 
-    m_fields.append(addHubField(m_bottom, "begin", &AppData::setBeginTime, &AppData::getBeginTime, 199));
-    m_fields.append(addHubField(m_bottom, "end", &AppData::setEndTime, &AppData::getEndTime, 199));
-    m_fields.append(addHubField(m_bottom, "time", &AppData::setTime, &AppData::getTime, 201));
+    m_fields.append(addHubField(m_bottom, "begin", &AppData::setBeginTime, &AppData::getBeginTime, TRACK_MSG_RANGE_CHANGED));
+    m_fields.append(addHubField(m_bottom, "end", &AppData::setEndTime, &AppData::getEndTime, TRACK_MSG_RANGE_CHANGED));
+    m_fields.append(addHubField(m_bottom, "time", &AppData::setTime, &AppData::getTime, TRACK_MSG_TIME_CHANGED));
 
     m_timebar_bottom = make_timebar("TrackEditor::init_bottom");
     m_timebar_bottom->setMinHeight(BOTTOM_TIMEBAR_HEIGHT);

@@ -1,5 +1,6 @@
 #include "ui/UITrackLineKey.h"
 
+#include "TrackEditorMsg.h"
 #include "data/AppData.h"
 #include "data/FKey.h"
 #include "data/FParameterSingle.h"
@@ -10,9 +11,6 @@
 #include "ui/UITrackLinePanel.h"
 
 namespace {
-
-// Posted after a mark edited its key's value.
-constexpr int MSG_KEYS_CHANGED = 197;
 
 const vec4 OUTLINE_COLOR{0.6f, 0.6f, 0.6f, 1.0f};
 const vec4 SELECTED_COLOR{1.0f, 1.0f, 1.0f, 1.0f};
@@ -39,7 +37,7 @@ void UITrackLineKey::commit_edit()
         m_key->getParameter()->applyKeys();
     if (m_line)
         m_line->setDirty(true);
-    MsgMngr::get()->notifyHelper(MSG_KEYS_CHANGED);
+    MsgMngr::get()->notifyHelper(TRACK_MSG_KEYS_CHANGED);
 }
 
 float UITrackLineKey::getTime() const

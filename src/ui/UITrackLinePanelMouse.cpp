@@ -4,6 +4,7 @@
 
 #include <algorithm>
 
+#include "TrackEditorMsg.h"
 #include "data/AppData.h"
 #include "data/FKey.h"
 #include "data/FParameterSingle.h"
@@ -30,10 +31,6 @@ constexpr int MARK_HALF_WIDTH = 6;
 constexpr int MARK_TOP = 8;
 constexpr int MARK_BOTTOM = 22;
 
-constexpr int MSG_KEYS_MOVED = 202;
-constexpr int MSG_SELECTION_LISTS = 205;
-constexpr int MSG_LINE_SELECTION = 206;
-
 template <class T>
 void copyInto(jSet<T>& to, const jSet<T>& from)
 {
@@ -55,13 +52,13 @@ void UITrackLinePanel::send_selection_lists()
         if (key && key->getParameter())
             key->getParameter()->getKeySet().insert(key);
     }
-    MsgMngr::get()->notifyHelper(MSG_SELECTION_LISTS);
+    MsgMngr::get()->notifyHelper(TRACK_MSG_SELECTION_LISTS);
 }
 
 void UITrackLinePanel::send_selection()
 {
     send_selection_lists();
-    MsgMngr::get()->notifyHelper(MSG_LINE_SELECTION);
+    MsgMngr::get()->notifyHelper(TRACK_MSG_LINE_SELECTION);
 }
 
 void UITrackLinePanel::refresh_marks()
@@ -248,7 +245,7 @@ void UITrackLinePanel::drag_keys(int x)
         parameter->applyKeys();
     }
     m_keys_dirty = true;
-    MsgMngr::get()->notifyHelper(MSG_KEYS_MOVED);
+    MsgMngr::get()->notifyHelper(TRACK_MSG_KEYS_MOVED);
 }
 
 void UITrackLinePanel::clear_box()

@@ -1,5 +1,6 @@
 #include "ui/UITrackRowPanel.h"
 
+#include "TrackEditorMsg.h"
 #include "kit/jAllocator.h"
 #include "kit/jLog.h"
 #include "msg/MsgMngr.h"
@@ -11,7 +12,6 @@ namespace {
 UITrackRowPanel* g_instance = nullptr;
 const vec4 BACKGROUND{0.1f, 0.1f, 0.1f, 1.0f};
 // The host message the panel posts when the user changed the selection.
-constexpr int ROW_SELECTION_CHANGED = 207;
 
 } // namespace
 
@@ -177,7 +177,7 @@ void UITrackRowPanel::press_empty(bool multiSelect)
     m_selected.clear();
     m_saved_selection = m_selected;
     if (!multiSelect)
-        MsgMngr::get()->notifyHelper(ROW_SELECTION_CHANGED);
+        MsgMngr::get()->notifyHelper(TRACK_MSG_ROW_SELECTION);
 }
 
 // The modifier adds a row that is not selected yet; every other press selects the row alone, so a
@@ -191,5 +191,5 @@ void UITrackRowPanel::press_band(UITrackRow* row, bool multiSelect)
     else
         select(row);
     m_dirty = true;
-    MsgMngr::get()->notifyHelper(ROW_SELECTION_CHANGED);
+    MsgMngr::get()->notifyHelper(TRACK_MSG_ROW_SELECTION);
 }
