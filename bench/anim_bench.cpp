@@ -221,6 +221,7 @@ void TrackSet(benchmark::State& state)
             auto* p = jNew<TrackParameterColor>(FILE_TAG, __LINE__, "TrackSet");
             for (int k = 0; k < 20; ++k)
                 p->appendKey(k * 0.1f, vec4(unit(rng), unit(rng), unit(rng), 1.0f));
+            p->update();
             track.addParameter(p);
             Node* n = lights[index % lights.size()];
             track.bindNode(p, &world, n->getID(), n->getName(), -1, "", "Light.color");

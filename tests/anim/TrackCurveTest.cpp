@@ -135,6 +135,7 @@ struct Playback {
             TrackParameterFloat* p = jNew<TrackParameterFloat>("tests/anim/TrackCurveTest", __LINE__, "Playback");
             for (const TrackKeyFloat& k : curves[i])
                 p->appendKey(k.time, k.value, k.tangents, k.type);
+            p->update();
             track.addParameter(p);
             EXPECT_TRUE(track.bindNode(p, &world, id, "", -1, "", "Light.intensity"));
         }

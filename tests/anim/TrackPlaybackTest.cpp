@@ -19,6 +19,7 @@ TEST_F(TrackPlaybackTest, KeysEditedAfterASetArePlayedByTheNextSet)
     TrackParameterFloat* d = dimmer();
     TrackParameterVec3* p = mover();
     cube->setPosition(vec3(0.0f, 0.0f, 7.0f));
+    updateAll();
     track.set(0.5f);
     EXPECT_EQ(lamp->getLightIntensity(), 5.0f);
     EXPECT_EQ(cube->getPosition(), vec3(5.0f, 10.0f, 7.0f));
@@ -30,9 +31,10 @@ TEST_F(TrackPlaybackTest, KeysEditedAfterASetArePlayedByTheNextSet)
     track.set(0.5f);
     EXPECT_EQ(lamp->getLightIntensity(), 10.0f);
     EXPECT_EQ(cube->getPosition(), vec3(5.0f, 10.0f, -1.0f));
-    // Refilled without update.
+    // Refilled as a whole: the old segments are not played on.
     d->clearKeys();
     d->appendKey(0.0f, 4.0f, vec4_zero, TRACK_KEY_CONSTANT);
+    d->update();
     track.set(0.25f);
     EXPECT_EQ(lamp->getLightIntensity(), 4.0f);
     d->clearKeys();
@@ -107,6 +109,7 @@ TEST_F(TrackPlaybackTest, RemovedAndUnboundParametersStopAndAddedOnesStartPlayin
     TrackParameterFloat* d = dimmer();
     TrackParameterVec3* p = mover();
     cube->setPosition(vec3(0.0f, 0.0f, 7.0f)); // z has no keys: played as the cube has it
+    updateAll();
     track.set(0.5f);
     track.set(0.25f);
     ASSERT_TRUE(track.removeParameter(d));
@@ -120,6 +123,7 @@ TEST_F(TrackPlaybackTest, RemovedAndUnboundParametersStopAndAddedOnesStartPlayin
 
     TrackParameterColor* color = add<TrackParameterColor>();
     color->appendKey(0.0f, vec4(0.0f, 1.0f, 0.0f, 1.0f));
+    color->update();
     ASSERT_TRUE(track.bindNode(color, &world, 4, "Lamp", -1, "", "Light.color"));
     track.set(1.0f);
     EXPECT_EQ(lamp->getLightColor(), vec4(0.0f, 1.0f, 0.0f, 1.0f));
@@ -138,6 +142,7 @@ TEST_F(TrackPlaybackTest, ColoursPlayExactlyWhatTheyEvaluateTo)
     color->appendKey(0.6f, vec4(0.0f, 0.6f, 0.8f, 0.25f));
     color->appendKey(1.3f, vec4(0.0f, 0.0f, 1.0f, 1.0f));
     ASSERT_TRUE(track.bindNode(color, &world, 4, "Lamp", -1, "", "Light.color"));
+    updateAll();
     bool found = false;
     for (float t : {-1.0f, 0.0f, 0.1f, 0.2f, 0.35f, 0.5999f, 0.6f, 0.61f, 1.0f, 1.3f, 5.0f}) {
         track.set(t);
@@ -152,6 +157,7 @@ TEST_F(TrackPlaybackTest, ColoursPlayExactlyWhatTheyEvaluateTo)
     EXPECT_NEAR(halfway.w, 0.75f, 1e-6f);
 
     color->getKeys()[0].value = vec4(0.0f, 0.0f, 0.0f, 0.0f);
+    color->update();
     track.set(0.0f);
     EXPECT_EQ(lamp->getLightColor(), vec4(0.0f, 0.0f, 0.0f, 0.0f));
 
@@ -197,6 +203,7 @@ TEST_F(TrackPlaybackTest, LargeTracksWriteEveryOutputInTrackOrder)
         }
     }
     ASSERT_TRUE(track.bindNode(constant(-1.0f), &world, 100, "", -1, "", "Light.intensity"));
+    updateAll();
     bool found = false;
     for (float t : {0.25f, 0.75f, 1.25f, 0.1f, 3.0f}) {
         track.set(t);

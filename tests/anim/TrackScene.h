@@ -56,6 +56,13 @@ protected:
         return p;
     }
 
+    // Compiles every parameter's keys, as the editor does after it edited them.
+    void updateAll()
+    {
+        for (int i = 0; i < track.getNumParameters(); ++i)
+            track.getParameter(i)->update();
+    }
+
     // The lamp's intensity from 0 at t=0 to 10 at t=1.
     TrackParameterFloat* dimmer()
     {

@@ -47,7 +47,7 @@ TEST_F(TrackTest, SetDrivesLightsCamerasTogglesStringsAndTheWorldsRenderSettings
     TrackParameterColor* fog = add<TrackParameterColor>();
     fog->appendKey(0.0f, vec4(0.1f, 0.2f, 0.3f, 1.0f));
     ASSERT_TRUE(track.bindNode(fog, &world, -1, "", -1, "", "Render.fog_color"));
-
+    updateAll();
     track.set(1.0f);
     EXPECT_EQ(lamp->getLightColor(), vec4(0.5f, 0.0f, 0.5f, 1.0f));
     EXPECT_EQ(camera->getCameraFov(), 90.0f);
@@ -76,6 +76,7 @@ TEST_F(TrackTest, SetFindsPrefabsInternalNodesTheEditorCameraAndNodesByName)
     light->appendKey(0.0f, 5.0f, vec4_zero, TRACK_KEY_CONSTANT);
     ASSERT_TRUE(track.bindNode(light, &world, 40, "Lamp", -1, "", "Light.intensity"));
     car->setPosition(vec3(1.0f, 0.0f, 0.0f));
+    updateAll();
     track.set(0.0f);
     EXPECT_EQ(wheel->getWorldPosition().z, 4.0);
     EXPECT_EQ(car->getPosition(), vec3(1.0f, 0.0f, 0.0f));
@@ -93,6 +94,7 @@ TEST_F(TrackTest, SetDrivesAMaterialAndOptionallyItsDerivedMaterials)
     MaterialParameter* base = metal->getParameterByID(metal->findParameterIDByTag("roughness"));
     MaterialParameter* derived = rusty->getParameterByID(rusty->findParameterIDByTag("roughness"));
     derived->setValue(vec4(0.9f, 0.0f, 0.0f, 0.0f)); // Rusty overrides the base's roughness
+    updateAll();
     track.set(0.25f);
     EXPECT_EQ(base->getValue().x, 0.25f);
     EXPECT_EQ(derived->getValue().x, 0.9f);
@@ -103,6 +105,7 @@ TEST_F(TrackTest, SetDrivesAMaterialAndOptionallyItsDerivedMaterials)
 
     TrackParameterColor* tint = add<TrackParameterColor>();
     tint->appendKey(0.0f, vec4(0.0f, 0.5f, 1.0f, 1.0f));
+    tint->update();
     ASSERT_TRUE(track.bindMaterial(tint, "Rusty", "tint", "Material.color"));
     track.set(0.0f);
     EXPECT_EQ(rusty->getParameterByID(rusty->findParameterIDByTag("tint"))->getValue(), vec4(0.0f, 0.5f, 1.0f, 1.0f));
@@ -267,6 +270,7 @@ TEST_F(TrackTest, NestedTracksPlayAtTheirEvaluatedTimeAndLoadOnce)
     ASSERT_TRUE(track.bindNode(p, &world, -1, "", -1, "", "Track.play"));
     EXPECT_EQ(p->getNumKeys(), 3); // as the command-line tool lists it: the file's keys and the time's
     track.setWorld(&world);
+    updateAll();
     track.set(0.5f);
     EXPECT_EQ(lamp->getLightIntensity(), 1.0f);
     Track* nested = track.getNestedTrack("inner.anim");

@@ -1,6 +1,7 @@
 #include "data/FParameterSingle.h"
 
 #include "ModuleFixture.h"
+#include "TrackEditorMsg.h"
 #include "anim/Track.h"
 #include "anim/TrackParameterTrack.h"
 #include "anim/TrackParameterVec3.h"
@@ -232,7 +233,7 @@ TEST_F(FParameterTest, RowSwitchesDriveTheEngineAndTheCurvePanel)
     EXPECT_TRUE(vector->isEnabled(VEC3_SWIZZLE_X));
     crateZ->getRow()->toggleColumn(1);
     EXPECT_FALSE(crateZ->isCurveShown());
-    EXPECT_EQ(messages(), (std::vector<int>{200, 200, 200}));
+    EXPECT_EQ(messages(), std::vector<int>(3, TRACK_MSG_PARAMETER_CHANGED));
 }
 
 // An axis answers for the node and material its vector is bound to.

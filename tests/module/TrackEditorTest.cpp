@@ -2,6 +2,7 @@
 #include "ui/TrackEditor.h"
 
 #include "ModuleFixture.h"
+#include "TrackEditorMsg.h"
 #include "anim/Track.h"
 #include "data/FKeyFloat.h"
 #include "data/FParameterFloat.h"
@@ -73,24 +74,26 @@ protected:
 TEST_F(TrackEditorTest, TitleShowsTheDocumentAndItsModifiedMark)
 {
     EXPECT_EQ(title(), "Anim - New Track");
-    MsgMngr::get()->notifyHelper(193);
+    MsgMngr::get()->notifyHelper(TRACK_MSG_PARAMETER_NEW);
     EXPECT_EQ(title(), "Anim - New Track*");
-    MsgMngr::get()->notifyHelper(209);
+    MsgMngr::get()->notifyHelper(TRACK_MSG_SAVED);
     EXPECT_EQ(title(), "Anim - New Track");
-    for (int id : {199, 205, 206, 207, 208, 211, 212, 192})
+    const int unchanging[] = {TRACK_MSG_RANGE_CHANGED,  TRACK_MSG_SELECTION_LISTS, TRACK_MSG_LINE_SELECTION,
+                              TRACK_MSG_ROW_SELECTION, TRACK_MSG_CURVE_SELECTION, TRACK_MSG_CLEARED, 212, 192};
+    for (int id : unchanging)
         MsgMngr::get()->notifyHelper(id);
     EXPECT_EQ(title(), "Anim - New Track");
     loadDemo();
-    EXPECT_EQ(messages().back(), 210);
+    EXPECT_EQ(messages().back(), TRACK_MSG_LOADED);
     EXPECT_TRUE(button("time_loop")->isChecked()); // the demo loops
     std::string path = samplePath("demo.anim");
     EXPECT_EQ(title(), (path + " - Anim").c_str());
-    MsgMngr::get()->notifyHelper(200);
+    MsgMngr::get()->notifyHelper(TRACK_MSG_PARAMETER_CHANGED);
     root()->getAutomation()->answerCancel();
     button("load")->click();
     EXPECT_FALSE(AppData::get()->isEmpty());
     EXPECT_EQ(title(), (path + " - Anim*").c_str());
-    MsgMngr::get()->notifyHelper(210);
+    MsgMngr::get()->notifyHelper(TRACK_MSG_LOADED);
     EXPECT_EQ(title(), (path + " - Anim").c_str());
     // The host owns the window: forgetting the instance leaves it as it is.
     TrackEditor::del();
@@ -102,7 +105,7 @@ TEST_F(TrackEditorTest, TitleShowsTheDocumentAndItsModifiedMark)
     button("load")->click();
     expectLogged("Open world error:/nonexistent/walk.anim");
     EXPECT_TRUE(AppData::get()->isEmpty());
-    EXPECT_EQ(messages(), std::vector<int>{211});
+    EXPECT_EQ(messages(), std::vector<int>{TRACK_MSG_CLEARED});
 }
 
 // Past the end a looping track starts over at the range begin, moving the nodes as it plays; without
@@ -134,7 +137,8 @@ TEST_F(TrackEditorTest, PlaybackLoopsOrStopsAtTheEndAndMovesTheNodes)
     EXPECT_FALSE(button("time_play")->isChecked());
 }
 
-// Clearing stops playback, empties the document and every view with its selection, and posts 211.
+// Clearing stops playback, empties the document and every view with its selection, and tells the
+// host (TRACK_MSG_CLEARED).
 // An empty track cannot play or loop; "previous" and the delete key still post, delete as a change.
 TEST_F(TrackEditorTest, ClearEmptiesTheDocumentAndTheViewsAndAnEmptyTrackCannotPlay)
 {
@@ -147,7 +151,7 @@ TEST_F(TrackEditorTest, ClearEmptiesTheDocumentAndTheViewsAndAnEmptyTrackCannotP
     rows()->select(x->getRow());
     doc()->getSelectedParameters().insert(x);
     button("time_play")->click();
-    MsgMngr::get()->notifyHelper(200);
+    MsgMngr::get()->notifyHelper(TRACK_MSG_PARAMETER_CHANGED);
     clearMessages();
     button("clear")->click();
     EXPECT_FALSE(m_editor->isPlay());
@@ -155,7 +159,7 @@ TEST_F(TrackEditorTest, ClearEmptiesTheDocumentAndTheViewsAndAnEmptyTrackCannotP
     EXPECT_FALSE(button("time_loop")->isChecked());
     EXPECT_TRUE(AppData::get()->isEmpty());
     EXPECT_EQ(title(), "Anim - New Track");
-    EXPECT_EQ(messages(), std::vector<int>{211});
+    EXPECT_EQ(messages(), std::vector<int>{TRACK_MSG_CLEARED});
     EXPECT_EQ(lines()->getLines().size(), 0);
     EXPECT_EQ(lines()->getSelectedKeys().size(), 0);
     EXPECT_EQ(lines()->getCurrentKey(), nullptr);
@@ -175,7 +179,7 @@ TEST_F(TrackEditorTest, ClearEmptiesTheDocumentAndTheViewsAndAnEmptyTrackCannotP
     UIEventKey key;
     key.key = UI_KEY_DELETE;
     m_editor->onKeyPress(&key);
-    EXPECT_EQ(messages(), (std::vector<int>{201, 204}));
+    EXPECT_EQ(messages(), (std::vector<int>{TRACK_MSG_TIME_CHANGED, TRACK_MSG_KEYS_DELETED}));
     EXPECT_EQ(title(), "Anim - New Track*");
 }
 
@@ -194,7 +198,7 @@ TEST_F(TrackEditorTest, SavingWritesChangesUnderTheFilesPathOrAChosenName)
     button("save")->click();
     EXPECT_EQ(readFileText(path), "sentinel");
     EXPECT_TRUE(messages().empty());
-    MsgMngr::get()->notifyHelper(200);
+    MsgMngr::get()->notifyHelper(TRACK_MSG_PARAMETER_CHANGED);
     button("save")->click();
     EXPECT_EQ(readFileText(path), readFileText(samplePath("demo.anim")));
     EXPECT_EQ(title(), (path + " - Anim").c_str());
@@ -205,7 +209,7 @@ TEST_F(TrackEditorTest, SavingWritesChangesUnderTheFilesPathOrAChosenName)
     button("save")->click();
     EXPECT_NE(readFileText(dir.file("fresh.anim")), "<missing>");
     EXPECT_EQ(AppData::get()->getPath(), dir.file("fresh.anim").c_str());
-    EXPECT_EQ(messages().back(), 209);
+    EXPECT_EQ(messages().back(), TRACK_MSG_SAVED);
     AppData::get()->reset();
     root()->getAutomation()->answerFile(dir.file("walk.anim.bak").c_str());
     button("save")->click();
@@ -254,17 +258,17 @@ TEST_F(TrackEditorTest, TimeBarsFollowTheDocumentAndMoveItsTime)
     const UIEventMouse press = mouseAt(canvas, (w - 12) / 2 + 6, canvas->getHeight() / 2);
     EXPECT_TRUE(bar()->onMouseDown(&press));
     EXPECT_NEAR(AppData::get()->getTime(), 3.0f, 6.0f / float(w - 12));
-    EXPECT_EQ(messages(), std::vector<int>({201}));
+    EXPECT_EQ(messages(), std::vector<int>({TRACK_MSG_TIME_CHANGED}));
     EXPECT_NEAR(engine()->getTime(), AppData::get()->getTime(), 1e-6f);
 
     AppData::get()->setBeginTime(1.0f);
     AppData::get()->setEndTime(4.0f);
-    MsgMngr::get()->notifyHelper(199);
+    MsgMngr::get()->notifyHelper(TRACK_MSG_RANGE_CHANGED);
     EXPECT_FLOAT_EQ(bar()->getBegin(), 1.0f);
     EXPECT_FLOAT_EQ(bar()->getEnd(), 4.0f);
     bar()->setEnd(2.0f);
     AppData::get()->setTime(3.0f);
-    MsgMngr::get()->notifyHelper(201);
+    MsgMngr::get()->notifyHelper(TRACK_MSG_TIME_CHANGED);
     EXPECT_FLOAT_EQ(bar()->getTime(), 2.0f);
     EXPECT_FLOAT_EQ(engine()->getTime(), 3.0f);
 }
@@ -276,7 +280,7 @@ TEST_F(TrackEditorTest, ASelectionInOneViewIsEveryViews)
     loadDemo();
     UITrackRow* second = rows()->getRows()[1];
     rows()->select(second);
-    MsgMngr::get()->notifyHelper(207);
+    MsgMngr::get()->notifyHelper(TRACK_MSG_ROW_SELECTION);
     FParameterSingle* y = single(1);
     EXPECT_EQ(doc()->getSelectedParameters().size(), 1);
     EXPECT_TRUE(doc()->getSelectedParameters().contains(y));
@@ -289,7 +293,7 @@ TEST_F(TrackEditorTest, ASelectionInOneViewIsEveryViews)
     x->getKeySet().insert(x->getKey(0));
     x->getKeySet().insert(x->getKey(1));
     y->getKeySet().insert(y->getKey(2));
-    MsgMngr::get()->notifyHelper(205);
+    MsgMngr::get()->notifyHelper(TRACK_MSG_SELECTION_LISTS);
     EXPECT_EQ(lines()->getSelectedKeys().size(), 3);
     EXPECT_TRUE(lines()->getSelectedKeys().contains(y->getKey(2)->getLineKey()));
     EXPECT_EQ(lines()->getSelectedLines().size(), 2);
@@ -301,7 +305,7 @@ TEST_F(TrackEditorTest, ASelectionInOneViewIsEveryViews)
     ASSERT_NE(key, nullptr);
     x->sortKeys();
     x->applyKeys();
-    MsgMngr::get()->notifyHelperPtr(203, key);
+    MsgMngr::get()->notifyHelperPtr(TRACK_MSG_KEY_MADE, key);
     EXPECT_EQ(lines()->getSelectedKeys().size(), 1);
     EXPECT_TRUE(lines()->getSelectedKeys().contains(key->getLineKey()));
     EXPECT_EQ(lines()->getCurrentKey(), key->getLineKey());

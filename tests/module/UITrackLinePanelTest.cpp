@@ -1,6 +1,7 @@
 #include "ui/UITrackLinePanel.h"
 
 #include "LinePanelFixture.h"
+#include "TrackEditorMsg.h"
 #include "anim/TrackParameterColor.h"
 #include "anim/TrackParameterFloat.h"
 #include "ui/UITrackLine.h"
@@ -12,7 +13,7 @@ TEST_F(UITrackLinePanelTest, ClickSelectsOneKeyAndAModifierAddsOne)
 {
     loadPulse();
     EXPECT_TRUE(press(xOf(0.5f), 15));
-    EXPECT_EQ(messages(), (std::vector<int>{205, 206}));
+    EXPECT_EQ(messages(), (std::vector<int>{TRACK_MSG_SELECTION_LISTS, TRACK_MSG_LINE_SELECTION}));
     release(xOf(0.5f), 15);
     EXPECT_EQ(panel()->getSelectedKeys().size(), 1);
     EXPECT_TRUE(selected(mark(0, 1)));
@@ -23,7 +24,8 @@ TEST_F(UITrackLinePanelTest, ClickSelectsOneKeyAndAModifierAddsOne)
     EXPECT_EQ(panel()->getSelectedKeys().size(), 1);
     EXPECT_TRUE(selected(mark(1, 2)));
     EXPECT_TRUE(panel()->getSelectedLines().contains(single(1)->getLine()));
-    EXPECT_EQ(messages(), (std::vector<int>{205, 206, 205, 206}));
+    const int lists = TRACK_MSG_SELECTION_LISTS, lines = TRACK_MSG_LINE_SELECTION;
+    EXPECT_EQ(messages(), (std::vector<int>{lists, lines, lists, lines}));
 
     click(1, 1, UI_MOD_CTRL);
     click(0, 3, UI_MOD_SHIFT);
@@ -43,7 +45,7 @@ TEST_F(UITrackLinePanelTest, PressOnEmptySpaceClearsOrExtendsWithABox)
     click(1, 1, UI_MOD_CTRL);
     clearMessages();
     press(231, 15); // on the band between two keys
-    EXPECT_EQ(messages(), (std::vector<int>{205, 206}));
+    EXPECT_EQ(messages(), (std::vector<int>{TRACK_MSG_SELECTION_LISTS, TRACK_MSG_LINE_SELECTION}));
     EXPECT_EQ(panel()->getSelectedKeys().size(), 0);
     EXPECT_EQ(panel()->getSelectedLines().size(), 0);
     EXPECT_EQ(panel()->getCurrentKey(), nullptr);
@@ -57,7 +59,7 @@ TEST_F(UITrackLinePanelTest, PressOnEmptySpaceClearsOrExtendsWithABox)
     move(300, ROW + 13); // the box reaches the glow key at 1 s
     EXPECT_EQ(panel()->getSelectedKeys().size(), 2);
     EXPECT_TRUE(selected(mark(1, 1)));
-    EXPECT_EQ(messages(), std::vector<int>{205});
+    EXPECT_EQ(messages(), std::vector<int>{TRACK_MSG_SELECTION_LISTS});
     move(379, ROW + 17);
     EXPECT_EQ(panel()->getSelectedKeys().size(), 1);
     EXPECT_TRUE(selected(mark(0, 1)));
@@ -106,7 +108,8 @@ TEST_F(UITrackLinePanelTest, DragMovesSelectedKeysTogetherInsideTheRange)
     release(xOf(0.5f) + 75, 15);
     EXPECT_EQ(mark(0, 1)->getTime(), 0.75f);
     EXPECT_EQ(mark(1, 1)->getTime(), 1.25f);
-    EXPECT_EQ(messages(), (std::vector<int>{205, 206, 202}));
+    EXPECT_EQ(messages(),
+              (std::vector<int>{TRACK_MSG_SELECTION_LISTS, TRACK_MSG_LINE_SELECTION, TRACK_MSG_KEYS_MOVED}));
     EXPECT_EQ(bulb->getKey(1).time, 0.75f);
     EXPECT_EQ(bulb->getKey(1).value, 4.0f);
     const auto* glow = static_cast<const TrackParameterColor*>(single(1)->getTrackParameter());
@@ -137,7 +140,7 @@ TEST_F(UITrackLinePanelTest, PressDuringAGestureIsSwallowedAndALostReleaseEndsIt
     press(xOf(0.5f), 15);
     EXPECT_TRUE(press(xOf(1.0f), ROW + 15)); // no release came in between
     EXPECT_TRUE(selected(mark(0, 1)));
-    EXPECT_EQ(messages(), (std::vector<int>{205, 206}));
+    EXPECT_EQ(messages(), (std::vector<int>{TRACK_MSG_SELECTION_LISTS, TRACK_MSG_LINE_SELECTION}));
     SetKeyState(VK_LBUTTON, false); // released outside the panel
     EXPECT_FALSE(move(xOf(0.5f) + 90, 15));
     EXPECT_EQ(mark(0, 1)->getTime(), 0.5f);

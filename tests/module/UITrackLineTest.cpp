@@ -1,6 +1,7 @@
 #include "ui/UITrackLine.h"
 
 #include "LinePanelFixture.h"
+#include "TrackEditorMsg.h"
 #include "anim/TrackParameterColor.h"
 #include "data/FKeyColor.h"
 #include "data/FKeyString.h"
@@ -70,8 +71,9 @@ TEST_F(UITrackLineTest, LineShadesAreClampedAndTheColourStripFollowsTheTrack)
     EXPECT_TRUE(near(strip->getStripPixel(2), vec4(1.0f, 0.8f, 0.4f, 1.0f), 1e-6f));
 }
 
-// A double click edits its key into the engine and posts 197: a switch flips, a material name is
-// cleared, a file key takes the chosen file relative to the data folder; a cancel changes nothing.
+// A double click edits its key into the engine and posts TRACK_MSG_KEYS_CHANGED: a switch flips, a
+// material name is cleared, a file key takes the chosen file relative to the data folder; a cancel
+// changes nothing.
 TEST_F(UITrackLineTest, DoubleClickEditsSwitchMaterialAndFileKeys)
 {
     loadPulse();
@@ -90,7 +92,7 @@ TEST_F(UITrackLineTest, DoubleClickEditsSwitchMaterialAndFileKeys)
     EXPECT_TRUE(static_cast<FKeyToggle*>(lamp->getKey(0))->getValue());
     bool found = false;
     EXPECT_EQ(lamp->engine_parameter()->getTrackValue(0.5f, found), 1);
-    EXPECT_EQ(messages(), std::vector<int>{197});
+    EXPECT_EQ(messages(), std::vector<int>{TRACK_MSG_KEYS_CHANGED});
     dclick(xOf(0.5f), 3 * ROW + 15);
     EXPECT_EQ(static_cast<FKeyString*>(look->getKey(0))->getValue(), "");
     EXPECT_EQ(look->engine_parameter()->getKey(0).value, "");
@@ -100,7 +102,7 @@ TEST_F(UITrackLineTest, DoubleClickEditsSwitchMaterialAndFileKeys)
     EXPECT_EQ(static_cast<FKeyString*>(mesh->getKey(0))->getValue(), "meshes/new.mesh");
     EXPECT_EQ(mesh->engine_parameter()->getKey(0).value, "meshes/new.mesh");
     EXPECT_EQ(mesh->getKey(0)->getLineKey()->getText(), "new.mesh");
-    EXPECT_EQ(messages(), (std::vector<int>{197, 197, 197}));
+    EXPECT_EQ(messages(), (std::vector<int>{TRACK_MSG_KEYS_CHANGED, TRACK_MSG_KEYS_CHANGED, TRACK_MSG_KEYS_CHANGED}));
     root()->getAutomation()->answerCancel();
     dclick(xOf(0.5f), 4 * ROW + 15);
     EXPECT_EQ(static_cast<FKeyString*>(mesh->getKey(0))->getValue(), "meshes/new.mesh");
@@ -117,13 +119,13 @@ TEST_F(UITrackLineTest, DoubleClickOnAColourKeyTakesTheChosenColour)
     EXPECT_TRUE(near(static_cast<FKeyColor*>(glow->getKey(1))->getValue(), chosen, 1e-6f));
     EXPECT_TRUE(near(glow->engine_parameter()->getKey(1).value, chosen, 1e-6f));
     EXPECT_TRUE(glow->getLine()->isDirty());
-    EXPECT_EQ(messages(), std::vector<int>{197});
+    EXPECT_EQ(messages(), std::vector<int>{TRACK_MSG_KEYS_CHANGED});
     EXPECT_TRUE(near(pixel(xOf(1.0f), ROW + 17), chosen));
 
     root()->getAutomation()->answerCancel();
     dclick(xOf(1.0f), ROW + 15);
     EXPECT_TRUE(near(static_cast<FKeyColor*>(glow->getKey(1))->getValue(), chosen, 1e-6f));
-    EXPECT_EQ(messages(), std::vector<int>{197});
+    EXPECT_EQ(messages(), std::vector<int>{TRACK_MSG_KEYS_CHANGED});
 }
 
 TEST_F(UITrackLineTest, LineLabelNamesTheBindingAndRefusesComponents)
