@@ -2,6 +2,8 @@
 
 #include <cmath>
 
+#include "kit/jPlatform.h"
+
 namespace {
 
 using Curve = TrackCurveTable::Curve;
@@ -38,7 +40,7 @@ struct Slot {
 
 void fetch(const void* p)
 {
-    __builtin_prefetch(p);
+    J_PREFETCH(p);
 }
 
 // First step: the bucket of t, whose entries are fetched, or at the edges of the curve (and for
@@ -106,7 +108,7 @@ double clamp01(double s)
 // move the start from u most of the way where the timing curve bends, so that three Halley steps
 // (one division each, like Newton's, but cubic convergence) settle all but one or two samples in a
 // thousand; those take the safeguarded search. From s = u, four Newton steps leave one in ten.
-__attribute__((target_clones("arch=x86-64-v3", "default"))) void solve(Timing& m)
+J_MULTIVERSION void solve(Timing& m)
 {
     for (int pass = 0; pass < 2; ++pass)
         for (int k = 0; k < GROUP; ++k)

@@ -4,6 +4,7 @@
 #include <cmath>
 
 #include "anim/TrackCurveSolution.h"
+#include "kit/jPlatform.h"
 #include "kit/jWorker.h"
 
 namespace {
@@ -118,8 +119,7 @@ TrackCurvePlayer::play_block(Block& b, float t, float* __restrict out)
 // Plays the lanes of block k that stay in their segments into out. Returns the others, whose next
 // segments (or first, when t went back) are asked for now. Compiled twice, for processors with and
 // without the wider vectors, and chosen when the library is loaded.
-__attribute__((target_clones("arch=x86-64-v3", "default"))) uint32_t
-TrackCurvePlayer::play_fast(int k, float t, float* out)
+J_MULTIVERSION uint32_t TrackCurvePlayer::play_fast(int k, float t, float* out)
 {
     Block& b = m_blocks[k];
     int first = k * LANES;
@@ -135,7 +135,7 @@ TrackCurvePlayer::play_fast(int k, float t, float* out)
     const Links& links = m_links[k];
     for (int l = 0; l < LANES; ++l) {
         const void* line = t < b.t0[l] ? links.begin[l] : links.next[l];
-        __builtin_prefetch((missed >> l) & 1u ? line : &b);
+        J_PREFETCH((missed >> l) & 1u ? line : &b);
     }
     return missed;
 }
@@ -250,7 +250,7 @@ void TrackCurvePlayer::defer(Pending& p, int k, int l, double u, float* out)
 
 // Refines every slot of the queue from its prediction, side by side. Compiled as play_fast is (and
 // defined before its first use, as multiversioned functions must be).
-__attribute__((target_clones("arch=x86-64-v3", "default"))) void TrackCurvePlayer::refine_pending(Pending& p)
+J_MULTIVERSION void TrackCurvePlayer::refine_pending(Pending& p)
 {
     for (int i = 0; i < LANES; ++i)
         p.solution[i] = TrackCurveSolution::refine(p.ax[i], p.bx[i], p.cx[i], p.u[i], p.s[i]);
@@ -286,7 +286,7 @@ void TrackCurvePlayer::step(Block& b, Links& links, int l, float t)
     load(b, l, *g);
     links.next[l] = g + 1;
     // Asked for now, the line is near when the lane steps on a few frames later.
-    __builtin_prefetch(g + 1);
+    J_PREFETCH(g + 1);
     if (g->mode == BEZIER) {
         double u = TrackCurve::normalised(*g, t);
         b.s[l] = static_cast<float>(TrackCurve::start(*g, u));

@@ -5,6 +5,7 @@
 #include "anim/TrackParameterColor.h"
 #include "anim/TrackParameterFloat.h"
 #include "anim/TrackParameterVec3.h"
+#include "kit/jPlatform.h"
 
 namespace {
 
@@ -138,10 +139,10 @@ int TrackPlayback::play_outputs(int first, float t, int ready, float*& held)
             return i;
         if (i + NODE_AHEAD < count) {
             const Output& ahead = m_outputs[i + NODE_AHEAD];
-            __builtin_prefetch(ahead.target.node);
+            J_PREFETCH(ahead.target.node);
             // Other kinds play through their parameter objects, which lie all over the heap.
             if (ahead.kind == GENERIC)
-                __builtin_prefetch(ahead.param);
+                J_PREFETCH(ahead.param);
         }
         switch (o.kind) {
         case FLOAT:

@@ -3,6 +3,7 @@
 #include "anim/TrackCurve.h"
 #include "anim/TrackCurveSolution.h"
 #include "anim/TrackSegment.h"
+#include "kit/jPlatform.h"
 
 // Where playback of one compiled curve stands: the segment the last sample fell in (ready for
 // sampling, so that the frames that stay in it read nothing but this cursor), the compiled segment
@@ -72,7 +73,7 @@ private:
         ++m_index;
         m_next = g + 1 < m_end ? g + 1 : nullptr;
         if (m_next)
-            __builtin_prefetch(m_next);
+            J_PREFETCH(m_next);
         // A jump (scrubbing) solves cold; a step starts from TrackCurve::start's guess.
         if (m_shape.mode == TrackCurveSegment<Value>::BEZIER) {
             double u = TrackCurve::normalised(m_shape, t);

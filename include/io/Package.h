@@ -121,7 +121,7 @@ private:
         const char* s;
         Package** items; // children made one by one
         Package* nodes;  // children read from text, laid out in a row
-    } m_value{};
+    } m_value{.i = 0}; // all of it: {} may zero only b (clang does), and count() reads s
     PackageArena* m_arena = nullptr;
     // 1 + the byte offset where the value began in the text it was read from (texts up to 256 TB),
     // 0 for nodes built in memory. The arena knows where the lines of that text start: reading
