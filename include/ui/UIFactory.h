@@ -136,15 +136,17 @@ protected:
 
     // The user confirmed or left a text field: commit what they typed; when the text is still what
     // the widget last wrote (nothing was typed), show the source again instead, so that leaving a
-    // field never writes a stale value back over a newer one.
+    // field never writes a stale value back over a newer one. Either way the text then shown becomes
+    // written, so that typing the earlier value again is an edit too.
     template <class Self>
-    void finish_typing(Self* self, const jString& written)
+    void finish_typing(Self* self, jString& written)
     {
         const jString& text = static_cast<const UIEditLine*>(m_editor)->getText();
         if (text == written)
             refresh_from_source(self, false);
         else
             apply_edit(self, self->getShown());
+        written = static_cast<const UIEditLine*>(m_editor)->getText();
     }
 
     int m_id = -1;

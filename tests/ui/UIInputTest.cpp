@@ -314,6 +314,12 @@ TEST_F(UIInputTest, TheFocusedNumberFieldKeepsWhatIsTypedUntilItIsLeft)
     start->getEditor()->removeFocus();
     EXPECT_EQ(times.start, 1.25f);
     EXPECT_EQ(posted.ids, std::vector<int>{198});
+    // Typing back the value the field showed before that edit is an edit too.
+    start->getEditor()->setFocus();
+    start->edit()->setText("0.5");
+    start->getEditor()->removeFocus();
+    EXPECT_EQ(times.start, 0.5f);
+    EXPECT_EQ(posted.ids, (std::vector<int>{198, 198}));
 }
 
 // The user's click toggles a check box and says so; setting it from the document is silent.
