@@ -23,7 +23,7 @@ public:
     vec4 getTrackValue(float t, bool& found) const;
     // Returns the live value: the bound property's current colour, else the colour last played.
     vec4 getValue() const;
-    // Appends a key record; the caller keeps the array sorted by time.
+    // Appends a key record; the caller keeps the array sorted by time and calls update.
     void appendKey(float time, const vec4& color);
     using TrackParameterKeyed<TrackKeyColor>::appendKey;
     // Returns the curve of channel c (0 red, 1 green, 2 blue, 3 alpha) compiled by the last update;

@@ -6,9 +6,9 @@
 
 // A float or double parameter: keys with tangents and a key type, evaluated as TrackCurve says.
 // The keys are compiled into curve segments by update, which every edit of the keys is followed by:
-// evaluation reads the curve as the last update left it. Playback asks for times that stay inside one segment for several frames, so a cursor
-// inside the parameter keeps that segment ready for sampling: while the time stays in it, a sample
-// reads nothing but the parameter itself.
+// evaluation reads the curve as the last update left it. Playback asks for times that stay inside
+// one segment for several frames, so a cursor inside the parameter keeps that segment ready for
+// sampling: while the time stays in it, a sample reads nothing but the parameter itself.
 template <class Key>
 class TrackParameterCurve : public TrackParameterKeyed<Key> {
 public:

@@ -146,7 +146,7 @@ protected:
             refresh_from_source(self, false);
         else
             apply_edit(self, self->getShown());
-        written = static_cast<const UIEditLine*>(m_editor)->getText();
+        written = text; // the field's own text, as the commit left it
     }
 
     int m_id = -1;
