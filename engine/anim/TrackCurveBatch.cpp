@@ -2,6 +2,7 @@
 
 #include <cmath>
 
+#include "anim/TrackCurveKernel.h"
 #include "kit/jPlatform.h"
 
 namespace {
@@ -21,10 +22,6 @@ constexpr int GROUP = 8;
 constexpr int LAG = 2 * AHEAD; // from the first step of a sample to its evaluation
 constexpr int RING = 32;       // at least LAG + GROUP slots, a power of two
 constexpr int MASK = RING - 1;
-// Halley steps after the start, and the largest last step taken as settled: the error left after
-// it is about its cube, or a fraction of it where the timing curve is nearly flat.
-constexpr int HALLEY = 3;
-constexpr double SETTLED = 1e-6;
 // How many lines after a bucket's first the lookup compares before it bisects the bucket instead
 // (a bucket holds one key on average, but clustered keys pile up in few buckets).
 constexpr int STEP = 4;
@@ -98,34 +95,27 @@ struct Timing {
     double ax[GROUP], bx[GROUP], cx[GROUP], u[GROUP], s[GROUP], step[GROUP];
 };
 
-double clamp01(double s)
-{
-    return s < 0.0 ? 0.0 : (s > 1.0 ? 1.0 : s);
-}
-
-// Solves the curve parameters of a group side by side (every slot of it: the loops have a fixed
-// length so that they compile to vector code). Two fixed-point steps s -= x(s) - u (no division)
-// move the start from u most of the way where the timing curve bends, so that three Halley steps
-// (one division each, like Newton's, but cubic convergence) settle all but one or two samples in a
-// thousand; those take the safeguarded search. From s = u, four Newton steps leave one in ten.
+// Solves the curve parameters of a group side by side with the kernel's cold start
+// (TrackCurveKernel::cold), a pass per step over every slot: loops of a fixed length, which compile
+// to vector code, so that the chains of dependent divisions of several samples keep the divider
+// busy together. The few that do not settle take the safeguarded search.
 J_MULTIVERSION void solve(Timing& m)
 {
-    for (int pass = 0; pass < 2; ++pass)
+    using K = TrackCurveKernel;
+    for (int k = 0; k < GROUP; ++k)
+        m.s[k] = m.u[k];
+    for (int pass = 0; pass < K::COLD_FIXED_STEPS; ++pass)
         for (int k = 0; k < GROUP; ++k)
-            m.s[k] = clamp01(m.s[k] - (((m.ax[k] * m.s[k] + m.bx[k]) * m.s[k] + m.cx[k]) * m.s[k] - m.u[k]));
-    for (int pass = 0; pass < HALLEY; ++pass) {
+            m.s[k] = K::fixedStep(m.ax[k], m.bx[k], m.cx[k], m.u[k], m.s[k]);
+    for (int pass = 0; pass < K::COLD_STEPS; ++pass) {
         for (int k = 0; k < GROUP; ++k) {
-            double s = m.s[k];
-            double f = ((m.ax[k] * s + m.bx[k]) * s + m.cx[k]) * s - m.u[k];
-            double slope = (3.0 * m.ax[k] * s + 2.0 * m.bx[k]) * s + m.cx[k];
-            double bend = 6.0 * m.ax[k] * s + 2.0 * m.bx[k];
-            m.step[k] = 2.0 * f * slope / (2.0 * slope * slope - f * bend);
-            m.s[k] = s - m.step[k];
+            m.step[k] = K::halleyStep(m.ax[k], m.bx[k], m.cx[k], m.u[k], m.s[k]);
+            m.s[k] -= m.step[k];
         }
     }
     for (int k = 0; k < GROUP; ++k) {
-        if (!(std::fabs(m.step[k]) <= SETTLED && m.s[k] >= 0.0 && m.s[k] <= 1.0))
-            m.s[k] = TrackCurve::bracket(m.ax[k], m.bx[k], m.cx[k], m.u[k]);
+        if (!K::settled(m.s[k], m.step[k]))
+            m.s[k] = K::bracket(m.ax[k], m.bx[k], m.cx[k], m.u[k]);
     }
 }
 
@@ -146,10 +136,10 @@ void evaluate(const TrackCurveTable& table, const int* curves, const float* time
         m.cx[k] = bezier ? s.cx : 1.0;
         // A Bezier segment's normalised time in double: the float difference that other segments
         // share with single samples would move a steep curve by more than its error bound.
-        m.s[k] = m.u[k] = bezier ? (times[j] - static_cast<double>(s.t0)) * s.inv : TrackCurve::normalised(s, times[j]);
+        m.u[k] = bezier ? (times[j] - static_cast<double>(s.t0)) * s.inv : TrackCurve::normalised(s, times[j]);
     }
     for (int k = n; k < GROUP; ++k) {
-        m.ax[k] = m.bx[k] = m.u[k] = m.s[k] = 0.0;
+        m.ax[k] = m.bx[k] = m.u[k] = 0.0;
         m.cx[k] = 1.0;
     }
     if (curved)

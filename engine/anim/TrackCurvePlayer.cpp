@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <cmath>
 
-#include "anim/TrackCurveSolution.h"
+#include "anim/TrackCurveKernel.h"
 #include "kit/jPlatform.h"
 #include "kit/jWorker.h"
 
@@ -41,10 +41,7 @@ double normalised_finite(float t, float t0, double inv)
     return static_cast<double>(t - from) * inv;
 }
 
-double cubic(double v0, double cv, double bv, double av, double s)
-{
-    return v0 + s * (cv + s * (bv + s * av));
-}
+using K = TrackCurveKernel;
 
 } // namespace
 
@@ -80,11 +77,11 @@ void TrackCurvePlayer::build_table()
 }
 
 // Lane l's last solution predicted at normalised time u and refined.
-__attribute__((always_inline)) inline TrackCurveSolution
+__attribute__((always_inline)) inline K::Solution
 TrackCurvePlayer::refine_lane(const Block& b, int l, double u)
 {
-    double s = TrackCurveSolution::predict(b.s[l], b.u[l], b.rate[l], u);
-    return TrackCurveSolution::refine(b.ax[l], b.bx[l], b.cx[l], u, s);
+    double s = K::predict(b.s[l], b.u[l], b.rate[l], u);
+    return K::refine(b.ax[l], b.bx[l], b.cx[l], u, s, K::WARM_STEPS);
 }
 
 // Plays every lane of b at t from its prediction: with Newton steps on blocks with a Bezier lane
@@ -98,15 +95,15 @@ TrackCurvePlayer::play_block(Block& b, float t, float* __restrict out)
     if (!b.bezier) {
         for (int l = 0; l < LANES; ++l) {
             double u = normalised_finite(t, b.t0[l], b.inv[l]);
-            out[l] = static_cast<float>(cubic(b.v0[l], b.cv[l], b.bv[l], b.av[l], u));
+            out[l] = static_cast<float>(K::value(b.v0[l], b.cv[l], b.bv[l], b.av[l], u));
             played[l] = (t >= b.t0[l]) & (t < b.t1[l]);
         }
     } else {
         for (int l = 0; l < LANES; ++l) {
             double u = normalised_finite(t, b.t0[l], b.inv[l]);
-            TrackCurveSolution r = refine_lane(b, l, u);
+            K::Solution r = refine_lane(b, l, u);
             keep(b, l, u, r);
-            out[l] = static_cast<float>(cubic(b.v0[l], b.cv[l], b.bv[l], b.av[l], r.s));
+            out[l] = static_cast<float>(K::value(b.v0[l], b.cv[l], b.bv[l], b.av[l], r.s));
             played[l] = (t >= b.t0[l]) & (t < b.t1[l]) & r.settled();
         }
     }
@@ -192,7 +189,7 @@ void TrackCurvePlayer::play_blocks(int first, int end, float t, float* out)
     solve_pending(pending, out);
 }
 
-void TrackCurvePlayer::keep(Block& b, int l, double u, const TrackCurveSolution& r)
+void TrackCurvePlayer::keep(Block& b, int l, double u, const K::Solution& r)
 {
     b.s[l] = static_cast<float>(r.s);
     b.u[l] = static_cast<float>(u);
@@ -210,7 +207,7 @@ void TrackCurvePlayer::play_missed(int place, float t, float* out, Pending& pend
     if (b.bezier & (1u << l))
         defer(pending, k, l, u, out);
     else
-        out[place] = static_cast<float>(cubic(b.v0[l], b.cv[l], b.bv[l], b.av[l], u));
+        out[place] = static_cast<float>(K::value(b.v0[l], b.cv[l], b.bv[l], b.av[l], u));
 }
 
 // Moves lane l of block k onto the segment that holds t: the next one, the first one of a clip
@@ -243,7 +240,7 @@ void TrackCurvePlayer::defer(Pending& p, int k, int l, double u, float* out)
     p.bx[i] = b.bx[l];
     p.cx[i] = b.cx[l];
     p.u[i] = u;
-    p.s[i] = TrackCurveSolution::predict(b.s[l], b.u[l], b.rate[l], u);
+    p.s[i] = K::predict(b.s[l], b.u[l], b.rate[l], u);
     if (p.size == LANES)
         solve_pending(p, out);
 }
@@ -253,7 +250,7 @@ void TrackCurvePlayer::defer(Pending& p, int k, int l, double u, float* out)
 J_MULTIVERSION void TrackCurvePlayer::refine_pending(Pending& p)
 {
     for (int i = 0; i < LANES; ++i)
-        p.solution[i] = TrackCurveSolution::refine(p.ax[i], p.bx[i], p.cx[i], p.u[i], p.s[i]);
+        p.solution[i] = K::refine(p.ax[i], p.bx[i], p.cx[i], p.u[i], p.s[i], K::WARM_STEPS);
 }
 
 // Solves the queued lanes, which the queue's vector pass leaves settled but for the few whose
@@ -270,10 +267,9 @@ void TrackCurvePlayer::solve_pending(Pending& p, float* out)
     for (int i = 0; i < p.size; ++i) {
         Block& b = m_blocks[p.block[i]];
         int l = p.lane[i];
-        TrackCurveSolution r = p.solution[i];
-        r.settle(b.ax[l], b.bx[l], b.cx[l], p.u[i]);
+        K::Solution r = K::settle(b.ax[l], b.bx[l], b.cx[l], p.u[i], p.solution[i]);
         keep(b, l, p.u[i], r);
-        out[p.block[i] * LANES + l] = static_cast<float>(cubic(b.v0[l], b.cv[l], b.bv[l], b.av[l], r.s));
+        out[p.block[i] * LANES + l] = static_cast<float>(K::value(b.v0[l], b.cv[l], b.bv[l], b.av[l], r.s));
     }
     p.size = 0;
 }
@@ -289,7 +285,7 @@ void TrackCurvePlayer::step(Block& b, Links& links, int l, float t)
     J_PREFETCH(g + 1);
     if (g->mode == BEZIER) {
         double u = TrackCurve::normalised(*g, t);
-        b.s[l] = static_cast<float>(TrackCurve::start(*g, u));
+        b.s[l] = static_cast<float>(K::enter(g->bx, g->cx, u));
         b.u[l] = static_cast<float>(u);
         b.rate[l] = 0.0f;
     }

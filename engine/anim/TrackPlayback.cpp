@@ -171,28 +171,19 @@ void TrackPlayback::play_channels(const Output& o, int count)
     o.reg->set(o.target, out);
 }
 
-// As TrackParameterVector::apply: the played components from their curves, the others from the
-// bound property (or, when it cannot be read, from the vector played last). held is where o's held
-// components start, and is moved past them.
+// Plays vec3 output o: the played components from their channels, the others as
+// TrackParameterVector::write fills them in. held is where o's held components (as last written)
+// start, and is moved past them.
 void TrackPlayback::play_vector(const Output& o, float*& held)
 {
     const float* channel = &m_values[o.first];
-    TrackValue out;
-    if (o.mask == 7u) {
-        for (int c = 0; c < 3; ++c)
-            out.n[c] = static_cast<double>(channel[c]);
-    } else {
-        TrackValue current;
-        bool read = o.reg->get(o.target, current);
-        for (int c = 0; c < 3; ++c) {
-            if (o.mask & (1u << c)) {
-                out.n[c] = static_cast<double>(*channel++);
-            } else {
-                if (read)
-                    *held = static_cast<float>(current.n[c]);
-                out.n[c] = static_cast<double>(*held++);
-            }
-        }
+    float* rest = held;
+    float v[3];
+    for (int c = 0; c < 3; ++c)
+        v[c] = (o.mask & (1u << c)) ? *channel++ : *held++;
+    FloatVector::write(o.reg, o.target, o.mask, v);
+    for (int c = 0; c < 3; ++c) {
+        if (!(o.mask & (1u << c)))
+            *rest++ = v[c];
     }
-    o.reg->set(o.target, out);
 }

@@ -4,6 +4,7 @@
 #include <limits>
 
 #include "anim/TrackCurveIndex.h"
+#include "anim/TrackCurveKernel.h"
 #include "anim/TrackSegment.h"
 #include "anim/TrackTypes.h"
 #include "kit/jMath.h"
@@ -67,12 +68,11 @@ struct TrackCurveData {
 // i to key i+1 is shaped by key i's type: constant holds key i's value, linear interpolates, and the
 // three Bezier types run from (t_i, v_i) through key i's out handle and key i+1's in handle to
 // (t_i+1, v_i+1). Before the first key the value is the first key's, after the last the last key's.
-// Keys are compiled once into polynomial segments so that sampling needs no key arithmetic.
+// Keys are compiled once into polynomial segments so that sampling needs no key arithmetic; the
+// arithmetic of a segment is TrackCurveKernel's. evaluate samples a compiled curve with nothing but
+// a key index as its cursor, which the four channels of a colour share (TrackParameterColor).
 class TrackCurve {
 public:
-    // How close the solved curve time must come to the asked time, as a fraction of the segment.
-    static constexpr double SOLVE_TOLERANCE = 1e-6;
-
     // Rebuilds times (one per key) and segments (one per key) from time-sorted keys.
     template <class Key, class Value>
     static void compile(const Key* keys, int count, jVector<float>& times, jVector<TrackCurveSegment<Value>>& segments)
@@ -160,7 +160,7 @@ public:
     static Value sample(const TrackCurveShape<Value>& s, float t)
     {
         double u = normalised(s, t);
-        double p = s.mode == TrackCurveSegment<Value>::BEZIER ? solve(s.ax, s.bx, s.cx, u) : u;
+        double p = s.mode == TrackCurveSegment<Value>::BEZIER ? TrackCurveKernel::solve(s.ax, s.bx, s.cx, u) : u;
         return value(s, p);
     }
 
@@ -168,59 +168,7 @@ public:
     template <class Value>
     static Value value(const TrackCurveShape<Value>& s, double p)
     {
-        return static_cast<Value>(s.v0 + p * (s.cv + p * (s.bv + p * static_cast<double>(s.av))));
-    }
-
-    // Returns a first guess of the curve parameter of normalised time u just past the start of
-    // Bezier segment s, where the timing curve is close to its quadratic part bx s^2 + cx s:
-    // solving that beats a cold start.
-    template <class Value>
-    static double start(const TrackCurveShape<Value>& s, double u)
-    {
-        double disc = s.cx * s.cx + 4.0 * s.bx * u;
-        return disc > 0.0 ? 2.0 * u / (s.cx + std::sqrt(disc)) : u;
-    }
-
-    // Returns s in [0, 1] whose curve time ((ax s + bx) s + cx) s is within SOLVE_TOLERANCE of u
-    // (then polished by one more Newton step). The polynomial must be non-decreasing on [0, 1] from
-    // 0 to 1. Four Newton steps from s = u settle almost every segment without a branch; the rest
-    // take the safeguarded search.
-    static double solve(double ax, double bx, double cx, double u)
-    {
-        double s = u;
-        double f = 0.0;
-        for (int step = 0; step < 4; ++step) {
-            f = ((ax * s + bx) * s + cx) * s - u;
-            s -= f / ((3.0 * ax * s + 2.0 * bx) * s + cx);
-        }
-        if (std::fabs(f) <= SOLVE_TOLERANCE && s >= 0.0 && s <= 1.0)
-            return s;
-        return bracket(ax, bx, cx, u);
-    }
-
-    // The same answer as solve by Newton steps kept inside a shrinking bracket, for segments whose
-    // slope vanishes where plain Newton steps would leave [0, 1].
-    static double bracket(double ax, double bx, double cx, double u)
-    {
-        double lo = 0.0;
-        double hi = 1.0;
-        double s = u;
-        for (int step = 0; step < 64; ++step) {
-            double f = ((ax * s + bx) * s + cx) * s - u;
-            double slope = (3.0 * ax * s + 2.0 * bx) * s + cx;
-            if (std::fabs(f) <= SOLVE_TOLERANCE) {
-                // One more correction squares the remaining error at no risk inside the bracket.
-                double polished = s - f / slope;
-                return polished >= lo && polished <= hi ? polished : s;
-            }
-            if (f > 0.0)
-                hi = s;
-            else
-                lo = s;
-            double next = s - f / slope;
-            s = (next > lo && next < hi) ? next : 0.5 * (lo + hi);
-        }
-        return s;
+        return static_cast<Value>(TrackCurveKernel::value(s.v0, s.cv, s.bv, s.av, p));
     }
 
     // Returns the tangents (in_dt, in_dv, out_dt, out_dv) that the automatic rule gives key i: a
@@ -258,26 +206,11 @@ public:
     }
 
 private:
-    // Handle times clamped into a segment, as fractions of it (scale is 1 / its length).
-    static double outFraction(double out, double scale)
-    {
-        double h = out * scale;
-        return h > 1.0 ? 1.0 : (h < 0.0 ? 0.0 : h);
-    }
-    static double inFraction(double in, double scale)
-    {
-        double h = in * scale;
-        return h < -1.0 ? 0.0 : (h > 0.0 ? 1.0 : 1.0 + h);
-    }
-
     // Fills the timing polynomial of a Bezier segment from its handles (scale is 1 / its length).
     template <class Value>
     static void timing(const TrackCurveSegment<Value>& g, double scale, TrackCurveShape<Value>& s)
     {
-        double h1 = outFraction(g.out, scale), h2 = inFraction(g.in, scale);
-        s.cx = 3.0 * h1;
-        s.bx = 3.0 * (h2 - 2.0 * h1);
-        s.ax = 1.0 + 3.0 * (h1 - h2);
+        TrackCurveKernel::timing(g.out, g.in, scale, s.ax, s.bx, s.cx);
     }
 
     // The segment after the last key: its value forever.
@@ -308,12 +241,8 @@ private:
         }
         s.out = a.tangents.z;
         s.in = b.tangents.x;
-        double odt = a.tangents.z, odv = a.tangents.w, idt = b.tangents.x, idv = b.tangents.y;
-        if (odt > d)
-            odv *= d / odt;
-        if (-idt > d)
-            idv *= d / -idt;
-        double p1 = v0 + odv, p2 = v1 + idv;
+        double p1 = v0 + TrackCurveKernel::handleValue(a.tangents.w, a.tangents.z, d);
+        double p2 = v1 + TrackCurveKernel::handleValue(b.tangents.y, -static_cast<double>(b.tangents.x), d);
         s.cv = static_cast<Value>(3.0 * (p1 - v0));
         s.bv = static_cast<Value>(3.0 * (p2 - 2.0 * p1 + v0));
         s.av = static_cast<Value>(v1 - v0 + 3.0 * (p1 - p2));

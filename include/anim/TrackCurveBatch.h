@@ -2,11 +2,13 @@
 
 #include "anim/TrackCurveTable.h"
 
-// Samples many curves of a curve table, each at its own time: many instances playing one clip at
-// different times, or scrubbing many channels at once. One sample at a random time of a long curve
-// waits on a chain of cache misses (its time index entry, then the segment), so the batch runs its
-// samples through those steps as a pipeline: while one sample is evaluated, the reads of the
-// samples behind it are already on their way, and their misses overlap instead of queueing.
+// Samples many curves of a curve table, each at its own time: kuvo-anim eval samples every float
+// curve of a track at every asked time through it, in whatever order the times were asked. One
+// sample at a random time of a long curve waits on a chain of cache misses (its time index entry,
+// then the segment), which neither a cursor (made for times that move on a little) nor the player
+// (one time for all curves) avoids, so the batch runs its samples through those steps as a
+// pipeline: while one sample is evaluated, the reads of the samples behind it are already on their
+// way, and their misses overlap instead of queueing.
 class TrackCurveBatch {
 public:
     // Writes to out[i], for every i < count, the value of the table's curve curves[i] at times[i]:

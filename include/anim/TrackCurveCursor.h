@@ -1,7 +1,7 @@
 #pragma once
 
 #include "anim/TrackCurve.h"
-#include "anim/TrackCurveSolution.h"
+#include "anim/TrackCurveKernel.h"
 #include "anim/TrackSegment.h"
 #include "kit/jPlatform.h"
 
@@ -9,9 +9,10 @@
 // sampling, so that the frames that stay in it read nothing but this cursor), the compiled segment
 // after it, and, on a Bezier segment, the curve parameter solved last. Playback moves forward a
 // little each frame, so the next solution is predicted from the last one and its slope: three
-// Newton steps from there settle about nineteen samples in twenty, where a cold start from the
-// normalised time takes four and, near flat stretches of the timing curve, often the safeguarded
-// search as well.
+// Newton steps from there settle about nineteen samples in twenty, where a cold start
+// (TrackCurveKernel::cold) takes more and, near flat stretches of the timing curve, often the
+// safeguarded search as well. Float and double parameters (TrackParameterCurve) evaluate through
+// one: the editor's views and a parameter's own apply.
 template <class Value>
 class TrackCurveCursor {
 public:
@@ -74,11 +75,11 @@ private:
         m_next = g + 1 < m_end ? g + 1 : nullptr;
         if (m_next)
             J_PREFETCH(m_next);
-        // A jump (scrubbing) solves cold; a step starts from TrackCurve::start's guess.
+        // A jump (scrubbing) solves cold; a step starts from TrackCurveKernel::enter's guess.
         if (m_shape.mode == TrackCurveSegment<Value>::BEZIER) {
             double u = TrackCurve::normalised(m_shape, t);
             m_solved = true;
-            m_s = static_cast<float>(TrackCurve::start(m_shape, u));
+            m_s = static_cast<float>(TrackCurveKernel::enter(m_shape.bx, m_shape.cx, u));
             m_u = static_cast<float>(u);
             m_rate = 0.0f;
         }
@@ -103,15 +104,15 @@ private:
     }
 
     // Returns the curve parameter of normalised time u on the cursor's Bezier segment: the last
-    // solution's prediction refined (TrackCurveSolution), or, on a cold start or when that did not
-    // settle, TrackCurve::solve's answer.
+    // solution's prediction refined, or, on a cold start or when that did not settle, solved cold.
     double solve(double u)
     {
+        using K = TrackCurveKernel;
         const double ax = m_shape.ax, bx = m_shape.bx, cx = m_shape.cx;
-        TrackCurveSolution r;
+        K::Solution r;
         if (m_solved)
-            r = TrackCurveSolution::refine(ax, bx, cx, u, TrackCurveSolution::predict(m_s, m_u, m_rate, u));
-        r.settle(ax, bx, cx, u);
+            r = K::refine(ax, bx, cx, u, K::predict(m_s, m_u, m_rate, u), K::WARM_STEPS);
+        r = K::settle(ax, bx, cx, u, r);
         m_solved = true;
         m_s = static_cast<float>(r.s);
         m_u = static_cast<float>(u);

@@ -2,7 +2,7 @@
 
 #include <cstdint>
 
-#include "anim/TrackCurveSolution.h"
+#include "anim/TrackCurveKernel.h"
 #include "anim/TrackCurveTable.h"
 #include "kit/jVector.h"
 
@@ -97,7 +97,7 @@ private:
         double cx[LANES];
         double u[LANES];
         double s[LANES];
-        TrackCurveSolution solution[LANES];
+        TrackCurveKernel::Solution solution[LANES];
         int size = 0;
     };
 
@@ -114,8 +114,8 @@ private:
     void play_blocks(int first, int end, float t, float* out);
     uint32_t play_fast(int k, float t, float* out);
     static uint32_t play_block(Block& b, float t, float* __restrict out);
-    static TrackCurveSolution refine_lane(const Block& b, int l, double u);
-    static void keep(Block& b, int l, double u, const TrackCurveSolution& r);
+    static TrackCurveKernel::Solution refine_lane(const Block& b, int l, double u);
+    static void keep(Block& b, int l, double u, const TrackCurveKernel::Solution& r);
     void play_missed(int place, float t, float* out, Pending& pending);
     void seek(int k, int l, float t);
     void defer(Pending& p, int k, int l, double u, float* out);

@@ -120,32 +120,41 @@ public:
 
     void apply(float t) override
     {
-        Vector v;
-        int played = 0;
-        bool mine[3];
+        Vector v = m_value;
+        unsigned mask = 0;
         for (int c = 0; c < 3; ++c) {
             bool keyed = false;
             Scalar s = m_components[c].getTrackValue(t, keyed);
-            mine[c] = keyed && m_components[c].isEnabled();
-            if (mine[c]) {
+            if (keyed && m_components[c].isEnabled()) {
                 v[c] = s;
-                ++played;
+                mask |= 1u << c;
             }
         }
-        if (played == 0)
+        if (mask == 0)
             return;
-        if (played < 3) { // only then is the bound object's current value needed
-            Vector current = getValue();
+        write(isBound() ? getReg() : nullptr, getTarget(), mask, &v[0]);
+        m_value = v;
+    }
+
+    // Plays a vector whose components in mask (bit c for component c) are in v: the others are
+    // filled in with the target's current components (left as v has them when they cannot be read)
+    // and the whole vector is written through reg, when there is one. Parameter and track playback
+    // (TrackPlayback) both play vectors through here.
+    static void write(const TrackReg* reg, const TrackTarget& target, unsigned mask, Scalar* v)
+    {
+        if (!reg)
+            return;
+        TrackValue current;
+        if (mask != 7u && reg->get(target, current)) {
             for (int c = 0; c < 3; ++c) {
-                if (!mine[c])
-                    v[c] = current[c];
+                if (!(mask & (1u << c)))
+                    v[c] = static_cast<Scalar>(current.n[c]);
             }
         }
-        m_value = v;
         TrackValue out;
         for (int c = 0; c < 3; ++c)
             out.n[c] = static_cast<double>(v[c]);
-        writeTarget(out);
+        reg->set(target, out);
     }
 
 private:

@@ -5,6 +5,7 @@
 
 #include "AnimCommand.h"
 #include "anim/Track.h"
+#include "anim/TrackCurveBatch.h"
 #include "anim/TrackKeyCodec.h"
 #include "anim/TrackParameterColor.h"
 #include "anim/TrackParameterDVec3.h"
@@ -97,7 +98,68 @@ void addFloat(Package* sample, float v)
     sample->addDouble(nullptr, TrackKeyCodec::widen(v));
 }
 
-// Appends the values of p at t after the time: see the usage of "eval".
+// The float curves of a track's float, colour and vec3 parameters (1, 4 and 3 curves each), copied
+// into one table to be sampled in batches: the asked times come in any order, and a batch overlaps
+// the memory reads of many samples.
+struct FloatCurves {
+    TrackCurveTable table;
+    std::vector<int> first;  // per parameter, its first curve in the table
+    std::vector<int> widths; // per parameter, its number of curves (0 for other kinds)
+};
+
+void collectCurves(const Track& track, FloatCurves& fc)
+{
+    std::vector<const TrackCurveData<float>*> curves;
+    for (int i = 0; i < track.getNumParameters(); ++i) {
+        const TrackParameter* p = track.getParameter(i);
+        fc.first.push_back(static_cast<int>(curves.size()));
+        if (p->getType() == TRACK_PARAMETER_FLOAT) {
+            curves.push_back(&static_cast<const TrackParameterFloat*>(p)->getCurve());
+        } else if (p->getType() == TRACK_PARAMETER_COLOR) {
+            for (int k = 0; k < TrackParameterColor::CHANNELS; ++k)
+                curves.push_back(&static_cast<const TrackParameterColor*>(p)->getChannel(k));
+        } else if (p->getType() == TRACK_PARAMETER_VEC3) {
+            for (int c = 0; c < 3; ++c)
+                curves.push_back(&static_cast<const TrackParameterVec3*>(p)->getComponent(c)->getCurve());
+        }
+        fc.widths.push_back(static_cast<int>(curves.size()) - fc.first.back());
+    }
+    fc.table.build(curves.data(), static_cast<int>(curves.size()));
+}
+
+// Returns the values of parameter i's curves at every time, time by time (a curve without keys
+// gives 0); empty for parameters without float curves.
+std::vector<float> sampleCurves(const FloatCurves& fc, int i, const std::vector<float>& times)
+{
+    const size_t width = static_cast<size_t>(fc.widths[i]);
+    const size_t count = times.size() * width;
+    std::vector<int> which(count);
+    std::vector<float> at(count), out(count);
+    for (size_t k = 0; k < count; ++k) {
+        which[k] = fc.first[i] + static_cast<int>(k % width);
+        at[k] = times[k / width];
+    }
+    TrackCurveBatch::sample(fc.table, which.data(), at.data(), static_cast<int>(count), out.data());
+    return out;
+}
+
+// Appends the values of p's width float curves (values, one per curve) after the time. Components
+// of a vector without keys take the scene's value.
+void addCurveValues(const TrackParameter* p, const float* values, size_t width, Package* sample)
+{
+    if (p->getType() != TRACK_PARAMETER_VEC3) {
+        for (size_t k = 0; k < width; ++k)
+            addFloat(sample, values[k]);
+        return;
+    }
+    const auto* v = static_cast<const TrackParameterVec3*>(p);
+    vec3 scene = v->getValue();
+    for (int c = 0; c < 3; ++c)
+        addFloat(sample, v->getComponent(c)->getNumKeys() > 0 ? values[c] : scene[c]);
+}
+
+// Appends the values of p at t after the time, for the kinds without float curves: see the usage
+// of "eval".
 void addValues(const TrackParameter* p, float t, Package* sample)
 {
     bool found = false;
@@ -105,24 +167,9 @@ void addValues(const TrackParameter* p, float t, Package* sample)
     case TRACK_PARAMETER_TOGGLE:
         sample->addInt(nullptr, static_cast<const TrackParameterToggle*>(p)->getTrackValue(t, found));
         break;
-    case TRACK_PARAMETER_FLOAT:
-        addFloat(sample, static_cast<const TrackParameterFloat*>(p)->getTrackValue(t, found));
-        break;
     case TRACK_PARAMETER_DOUBLE:
         sample->addDouble(nullptr, static_cast<const TrackParameterDouble*>(p)->getTrackValue(t, found));
         break;
-    case TRACK_PARAMETER_COLOR: {
-        vec4 c = static_cast<const TrackParameterColor*>(p)->getTrackValue(t, found);
-        for (int i = 0; i < 4; ++i)
-            addFloat(sample, c[i]);
-        break;
-    }
-    case TRACK_PARAMETER_VEC3: {
-        vec3 v = static_cast<const TrackParameterVec3*>(p)->getTrackValue(t, found);
-        for (int i = 0; i < 3; ++i)
-            addFloat(sample, v[i]);
-        break;
-    }
     case TRACK_PARAMETER_DVEC3: {
         dvec3 v = static_cast<const TrackParameterDVec3*>(p)->getTrackValue(t, found);
         for (int i = 0; i < 3; ++i)
@@ -169,6 +216,8 @@ int AnimCommand::eval(const std::vector<std::string>& args)
     if (!problems.empty())
         return INVALID;
 
+    FloatCurves curves;
+    collectCurves(track, curves);
     Package root;
     root.addString("file", o.file.c_str());
     Package* list = root.addArray("parameters");
@@ -182,10 +231,15 @@ int AnimCommand::eval(const std::vector<std::string>& args)
         Package* samples = item->addArray("samples");
         if (p->getType() == TRACK_PARAMETER_OPAQUE)
             continue;
-        for (float t : o.times) {
+        const size_t width = static_cast<size_t>(curves.widths[i]);
+        std::vector<float> values = width > 0 ? sampleCurves(curves, i, o.times) : std::vector<float>();
+        for (size_t k = 0; k < o.times.size(); ++k) {
             Package* sample = samples->addArray(nullptr);
-            addFloat(sample, t);
-            addValues(p, t, sample);
+            addFloat(sample, o.times[k]);
+            if (width > 0)
+                addCurveValues(p, &values[k * width], width, sample);
+            else
+                addValues(p, o.times[k], sample);
         }
     }
     std::string text;
