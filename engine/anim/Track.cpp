@@ -99,11 +99,6 @@ void Track::setEndTime(float t)
     m_end = t > 0.0f ? t : 0.0f;
 }
 
-float Track::getLength() const
-{
-    return m_end > m_begin ? m_end - m_begin : 0.0f;
-}
-
 TrackParameter* Track::CreateParameter(int kind)
 {
     const char* tag = "Track::CreateParameter";

@@ -38,8 +38,6 @@ public:
     virtual void setBeginTime(float t);
     // Stores an end time, clamped at 0.
     virtual void setEndTime(float t);
-    // Returns end minus begin (0 when the end is before the begin).
-    virtual float getLength() const;
     virtual bool isLoop() const { return m_loop; }
     virtual void setLoop(bool loop) { m_loop = loop; }
 
