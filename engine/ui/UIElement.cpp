@@ -126,8 +126,9 @@ bool UIElement::removeChild(UIElement* child)
     int index = m_childs.find(child);
     if (index < 0)
         return false;
-    unlayoutChild(child);
+    // Out of the list first: a layout that places every child again (a grid) must not place it.
     m_childs.remove(index);
+    unlayoutChild(child);
     child->m_parent = nullptr;
     return true;
 }

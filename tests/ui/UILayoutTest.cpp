@@ -121,9 +121,13 @@ TEST_F(UILayoutTest, AGridFillsRowsAndSharesTheWidthByColumnRatios)
     EXPECT_EQ(origin(next, grid), std::make_pair(0, 24));
     EXPECT_NEAR(value->getWidth(), 3 * label->getWidth(), 3);
     EXPECT_EQ(grid->getColumnRatio(1), 3.0f);
+    // A removed child leaves its cell: the others move up one cell each.
     destroy(label);
+    settle();
     EXPECT_EQ(grid->getChild(0), value);
     EXPECT_EQ(grid->getNumChilds(), 2);
+    EXPECT_EQ(origin(value, grid), std::make_pair(0, 0));
+    EXPECT_EQ(origin(next, grid).second, 0);
 }
 
 // The key lines take four fifths of the width beside the rows; dragging a handle resizes the
