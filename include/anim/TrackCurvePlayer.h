@@ -6,9 +6,10 @@
 #include "anim/TrackCurveTable.h"
 #include "kit/jVector.h"
 
-// Plays many compiled float curves at one time per frame: a channel per curve, each with a segment
-// cursor that works as TrackCurveCursor does (steps onto the next segment, predicts the Bezier
-// solution from the last frame, searches after a jump). The cursors live in blocks of LANES
+// Plays many compiled float curves at one time per frame, as Track::set does through its playback
+// (TrackPlayback) for every float, vec3 and colour channel it plays: a channel per curve, each with
+// a segment cursor that works as TrackCurveCursor does (steps onto the next segment, predicts the
+// Bezier solution from the last frame, searches after a jump). The cursors live in blocks of LANES
 // channels laid out lane by lane, so a frame is one pass of straight-line arithmetic over
 // contiguous memory that the compiler turns into vector code. A lane that leaves its segment, or
 // whose prediction does not settle, is played again on its own after a few more misses, when
