@@ -136,14 +136,14 @@ public:
     }
 
     // Returns the settled solution for normalised time u: r itself when it settled, else solved
-    // again from nothing.
+    // again from nothing (solve), with the rate there.
     static Solution settle(double ax, double bx, double cx, double u, const Solution& r)
     {
         if (r.settled())
             return r;
-        Solution c = cold(ax, bx, cx, u);
-        if (!c.settled())
-            c.s = bracket(ax, bx, cx, u);
+        Solution c;
+        c.s = solve(ax, bx, cx, u);
+        c.step = 0.0;
         c.rate = 1.0 / slope(ax, bx, cx, c.s);
         return c;
     }

@@ -103,8 +103,11 @@ void addFloat(Package* sample, float v)
 // the memory reads of many samples.
 struct FloatCurves {
     TrackCurveTable table;
-    std::vector<int> first;  // per parameter, its first curve in the table
-    std::vector<int> widths; // per parameter, its number of curves (0 for other kinds)
+    // Per parameter, its first curve in the table, and one past the last parameter's curves.
+    std::vector<int> first;
+
+    // Returns the number of parameter i's curves (0 for kinds without float curves).
+    size_t width(int i) const { return static_cast<size_t>(first[i + 1] - first[i]); }
 };
 
 void collectCurves(const Track& track, FloatCurves& fc)
@@ -122,8 +125,8 @@ void collectCurves(const Track& track, FloatCurves& fc)
             for (int c = 0; c < 3; ++c)
                 curves.push_back(&static_cast<const TrackParameterVec3*>(p)->getComponent(c)->getCurve());
         }
-        fc.widths.push_back(static_cast<int>(curves.size()) - fc.first.back());
     }
+    fc.first.push_back(static_cast<int>(curves.size()));
     fc.table.build(curves.data(), static_cast<int>(curves.size()));
 }
 
@@ -131,7 +134,7 @@ void collectCurves(const Track& track, FloatCurves& fc)
 // gives 0); empty for parameters without float curves.
 std::vector<float> sampleCurves(const FloatCurves& fc, int i, const std::vector<float>& times)
 {
-    const size_t width = static_cast<size_t>(fc.widths[i]);
+    const size_t width = fc.width(i);
     const size_t count = times.size() * width;
     std::vector<int> which(count);
     std::vector<float> at(count), out(count);
@@ -231,7 +234,7 @@ int AnimCommand::eval(const std::vector<std::string>& args)
         Package* samples = item->addArray("samples");
         if (p->getType() == TRACK_PARAMETER_OPAQUE)
             continue;
-        const size_t width = static_cast<size_t>(curves.widths[i]);
+        const size_t width = curves.width(i);
         std::vector<float> values = width > 0 ? sampleCurves(curves, i, o.times) : std::vector<float>();
         for (size_t k = 0; k < o.times.size(); ++k) {
             Package* sample = samples->addArray(nullptr);
