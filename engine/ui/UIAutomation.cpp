@@ -73,20 +73,25 @@ UIAutomation::UIAutomation(UIRoot* root)
 
 UIAutomation::~UIAutomation() { jDelete(m_private, k_file, __LINE__, "UIAutomation::~UIAutomation"); }
 
-void UIAutomation::answerTreeItem(const char* dottedPath)
+namespace {
+
+void queue(UIAutomationPrivate* p, UIAnswerKind kind, const char* text)
 {
-    m_private->answers.push_back(UIAnswer{UIAnswerKind::TreeItem, dottedPath ? dottedPath : "", vec4()});
+    p->answers.push_back(UIAnswer{kind, text ? text : "", vec4()});
 }
 
-void UIAutomation::answerOk() { m_private->answers.push_back(UIAnswer{UIAnswerKind::Ok, "", vec4()}); }
-void UIAutomation::answerCancel() { m_private->answers.push_back(UIAnswer{UIAnswerKind::Cancel, "", vec4()}); }
-void UIAutomation::answerYes() { m_private->answers.push_back(UIAnswer{UIAnswerKind::Yes, "", vec4()}); }
-void UIAutomation::answerNo() { m_private->answers.push_back(UIAnswer{UIAnswerKind::No, "", vec4()}); }
+} // namespace
 
-void UIAutomation::answerFile(const char* path)
-{
-    m_private->answers.push_back(UIAnswer{UIAnswerKind::FilePath, path ? path : "", vec4()});
-}
+void UIAutomation::answerTreeItem(const char* dottedPath) { queue(m_private, UIAnswerKind::TreeItem, dottedPath); }
+void UIAutomation::answerSelectItem(const char* dottedPath) { queue(m_private, UIAnswerKind::TreeSelect, dottedPath); }
+void UIAutomation::answerButton(const char* key) { queue(m_private, UIAnswerKind::Button, key); }
+void UIAutomation::answerScreenshot(const char* path) { queue(m_private, UIAnswerKind::Screenshot, path); }
+void UIAutomation::answerFind(const char* text) { queue(m_private, UIAnswerKind::Find, text); }
+void UIAutomation::answerOk() { queue(m_private, UIAnswerKind::Ok, nullptr); }
+void UIAutomation::answerCancel() { queue(m_private, UIAnswerKind::Cancel, nullptr); }
+void UIAutomation::answerYes() { queue(m_private, UIAnswerKind::Yes, nullptr); }
+void UIAutomation::answerNo() { queue(m_private, UIAnswerKind::No, nullptr); }
+void UIAutomation::answerFile(const char* path) { queue(m_private, UIAnswerKind::FilePath, path); }
 
 void UIAutomation::answerColor(const vec4& color)
 {

@@ -220,22 +220,31 @@ int UITreeBox::getItemChild(int item, int i) const
 
 int UITreeBox::getNumItems() const { return static_cast<int>(m_items->items.size()); }
 
+namespace {
+
+// The first child of at (null: the top level) whose text is text, or null.
+QTreeWidgetItem* child_named(QTreeWidget* tree, QTreeWidgetItem* at, const QString& text)
+{
+    int count = at ? at->childCount() : tree->topLevelItemCount();
+    for (int i = 0; i < count; ++i) {
+        QTreeWidgetItem* c = at ? at->child(i) : tree->topLevelItem(i);
+        if (c->text(0) == text)
+            return c;
+    }
+    return nullptr;
+}
+
+} // namespace
+
 int UITreeBox::findItem(const char* dottedPath) const
 {
-    QStringList parts = QString::fromUtf8(dottedPath ? dottedPath : "").split('.');
+    QString path = QString::fromUtf8(dottedPath ? dottedPath : "");
     QTreeWidget* tree = tree_of(this);
     QTreeWidgetItem* at = nullptr;
-    for (const QString& part : parts) {
-        int count = at ? at->childCount() : tree->topLevelItemCount();
-        QTreeWidgetItem* next = nullptr;
-        for (int i = 0; i < count && !next; ++i) {
-            QTreeWidgetItem* c = at ? at->child(i) : tree->topLevelItem(i);
-            if (c->text(0) == part)
-                next = c;
-        }
-        if (!next)
-            return -1;
-        at = next;
+    for (const QString& part : path.split('.')) {
+        at = child_named(tree, at, part);
+        if (!at)
+            return id_of(child_named(tree, nullptr, path));
     }
     return id_of(at);
 }

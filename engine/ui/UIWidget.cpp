@@ -7,10 +7,12 @@
 #include <QVBoxLayout>
 
 #include "UINative.h"
+#include "editor/Locale.h"
 #include "kit/jLog.h"
 #include "ui/UIAutomation.h"
 #include "ui/UIButton.h"
 #include "ui/UIDialog.h"
+#include "ui/UIEditLine.h"
 #include "ui/UIRoot.h"
 #include "ui/UITreeBox.h"
 
@@ -63,31 +65,81 @@ UINative* make_widget_native(UIWidget* owner, const UIRect& rect, int style)
     return makeNative(dialog);
 }
 
-template <class T>
-T* find_in(UIElement* e)
+// The first T at or below e, in child order, that accept takes.
+template <class T, class Accept>
+T* find_in(UIElement* e, const Accept& accept)
 {
     if (!e)
         return nullptr;
-    if (T* hit = dynamic_cast<T*>(e))
+    if (T* hit = dynamic_cast<T*>(e); hit && accept(hit))
         return hit;
     for (int i = 0; i < e->getNumChilds(); ++i) {
-        if (T* hit = find_in<T>(e->getChild(i)))
+        if (T* hit = find_in<T>(e->getChild(i), accept))
             return hit;
     }
     return nullptr;
 }
 
+template <class T>
+T* find_in(UIElement* e)
+{
+    return find_in<T>(e, [](T*) { return true; });
+}
+
+const char* const k_modality = "UIWidget::modality";
+
+// How the messages name the kinds of answer a UIWidget does not take.
 const char* kind_name(UIAnswerKind kind)
 {
     switch (kind) {
-    case UIAnswerKind::TreeItem: return "tree item";
-    case UIAnswerKind::Ok: return "OK";
-    case UIAnswerKind::Cancel: return "Cancel";
     case UIAnswerKind::Yes: return "Yes";
     case UIAnswerKind::No: return "No";
     case UIAnswerKind::FilePath: return "file";
     default: return "colour";
     }
+}
+
+// Makes the item at the answer's path current in the panel's first tree box and, for a TreeItem
+// answer, activates it; false (logged) when no item lies there.
+bool answer_tree(UIElement* panel, const jString& title, const UIAnswer& answer)
+{
+    UITreeBox* tree = find_in<UITreeBox>(panel);
+    int item = tree ? tree->findItem(answer.text.c_str()) : -1;
+    if (item < 0) {
+        jLog::error("%s:no tree item \"%s\" in \"%s\"", k_modality, answer.text.c_str(), title.c_str());
+        return false;
+    }
+    return answer.kind == UIAnswerKind::TreeItem ? tree->activateItem(item) : tree->setCurrentItem(item);
+}
+
+// Clicks the first shown button of the panel whose text is the translation of key (key itself
+// when it has none); false (logged) when no such button is shown.
+bool press_button(UIElement* panel, const jString& title, const char* key)
+{
+    const char* text = tr(key);
+    auto shown = [text](UIButton* b) { return b->getText() == text && nativeWidget(b)->isVisible(); };
+    UIButton* button = find_in<UIButton>(panel, shown);
+    if (!button) {
+        jLog::error("%s:no button \"%s\" shown in \"%s\"", k_modality, key, title.c_str());
+        return false;
+    }
+    button->click();
+    return true;
+}
+
+// Types text into the panel's first edit line (its search box), raising sigChanged as the user's
+// typing does; false (logged) when the panel has no edit line.
+bool type_search(UIElement* panel, const jString& title, const char* text)
+{
+    UIEditLine* search = find_in<UIEditLine>(panel);
+    if (!search) {
+        jLog::error("%s:no search box in \"%s\"", k_modality, title.c_str());
+        return false;
+    }
+    search->setText(text);
+    UIEventChanged e;
+    search->sigChanged(&e, search);
+    return true;
 }
 
 } // namespace
@@ -149,7 +201,7 @@ bool UIWidget::isModal() const { return state()->loop != nullptr; }
 void UIWidget::modality()
 {
     if (isModal()) {
-        jLog::error("%s:%s", "UIWidget::modality", "already running modally");
+        jLog::error("%s:%s", k_modality, "already running modally");
         return;
     }
     QWidget* w = nativeWidget(this);
@@ -159,7 +211,7 @@ void UIWidget::modality()
     state()->loop = &loop;
     apply_answers();
     if (w->isVisible() && getRoot()->isHeadless()) {
-        jLog::warning("%s:no answer queued for \"%s\", closed as cancelled", "UIWidget::modality", m_title.c_str());
+        jLog::warning("%s:no answer queued for \"%s\", closed as cancelled", k_modality, m_title.c_str());
         closeRequested();
     }
     if (w->isVisible())
@@ -208,24 +260,21 @@ void UIWidget::apply_answers()
 // Acts on the panel as the user would: the panel's own handlers decide what the answer means.
 bool UIWidget::apply_answer(const UIAnswer& answer)
 {
-    UIDialog* dialog = find_in<UIDialog>(getUI());
-    if (answer.kind == UIAnswerKind::TreeItem) {
-        UITreeBox* tree = find_in<UITreeBox>(getUI());
-        int item = tree ? tree->findItem(answer.text.c_str()) : -1;
-        if (item < 0) {
-            jLog::error("%s:no tree item \"%s\" in \"%s\"", "UIWidget::modality", answer.text.c_str(), m_title.c_str());
-            return false;
-        }
-        return tree->activateItem(item);
-    }
-    if ((answer.kind == UIAnswerKind::Ok || answer.kind == UIAnswerKind::Cancel) && dialog) {
-        (answer.kind == UIAnswerKind::Ok ? dialog->getOkButton() : dialog->getCancelButton())->click();
+    switch (answer.kind) {
+    case UIAnswerKind::TreeItem:
+    case UIAnswerKind::TreeSelect: return answer_tree(getUI(), m_title, answer);
+    case UIAnswerKind::Button: return press_button(getUI(), m_title, answer.text.c_str());
+    case UIAnswerKind::Find: return type_search(getUI(), m_title, answer.text.c_str());
+    case UIAnswerKind::Screenshot: return getRoot()->getAutomation()->saveScreenshot(this, answer.text.c_str());
+    case UIAnswerKind::Ok:
+    case UIAnswerKind::Cancel:
+        if (UIDialog* dialog = find_in<UIDialog>(getUI()))
+            (answer.kind == UIAnswerKind::Ok ? dialog->getOkButton() : dialog->getCancelButton())->click();
+        else
+            closeRequested();
         return true;
+    default:
+        jLog::error("%s:a %s answer does not fit \"%s\"", k_modality, kind_name(answer.kind), m_title.c_str());
+        return false;
     }
-    if (answer.kind == UIAnswerKind::Ok || answer.kind == UIAnswerKind::Cancel) {
-        closeRequested();
-        return true;
-    }
-    jLog::error("%s:a %s answer does not fit \"%s\"", "UIWidget::modality", kind_name(answer.kind), m_title.c_str());
-    return false;
 }

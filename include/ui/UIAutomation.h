@@ -10,6 +10,10 @@ struct UIAutomationPrivate;
 // What a queued answer does to the next modal dialog.
 enum class UIAnswerKind {
     TreeItem, // choose the tree item at a dotted path ("Node.position") and activate it
+    TreeSelect, // make the tree item at a dotted path current without activating it
+    Button, // press the shown button whose text is the translation of a key (or the key itself)
+    Screenshot, // save what the dialog shows as a PNG file at a path
+    Find, // type a text into the dialog's search box (its first edit line)
     Ok,
     Cancel,
     Yes,
@@ -35,8 +39,14 @@ public:
     UIAutomation(const UIAutomation&) = delete;
     UIAutomation& operator=(const UIAutomation&) = delete;
 
-    // Queues an answer for the modal dialogs to come.
+    // Queues an answer for the modal dialogs to come. After a tree item, select, button,
+    // screenshot or search answer the dialog stays open for the next one, unless the panel's own
+    // handlers close it.
     void answerTreeItem(const char* dottedPath);
+    void answerSelectItem(const char* dottedPath);
+    void answerButton(const char* key);
+    void answerScreenshot(const char* path);
+    void answerFind(const char* text);
     void answerOk();
     void answerCancel();
     void answerYes();

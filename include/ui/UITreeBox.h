@@ -47,7 +47,8 @@ public:
     int getItemChild(int item, int i) const;
     // The number of items in the tree.
     int getNumItems() const;
-    // Returns the item at a dotted path of texts from the top level ("Node.position"), or -1.
+    // Returns the item at a dotted path of texts from the top level ("Node.position"); when no
+    // item lies there, the top-level item whose whole text is the path ("Lamp.001"); else -1.
     int findItem(const char* dottedPath) const;
     // Makes an item current and activates it as a double click would (raises sigMouse).
     bool activateItem(int item);

@@ -1,9 +1,13 @@
 #include "UIFixture.h"
+#include "editor/DataDir.h"
+#include "editor/Locale.h"
 #include "kit/jAllocator.h"
 #include "ui/DialogColor.h"
 #include "ui/UIAutomation.h"
 #include "ui/UIButton.h"
 #include "ui/UIDialog.h"
+#include "ui/UIEditLine.h"
+#include "ui/UIHLayout.h"
 #include "ui/UITreeBox.h"
 #include "ui/UIWidget.h"
 
@@ -11,30 +15,53 @@
 
 namespace {
 
-// A picker as the editor's panels build them: a tree of dotted names; activating a leaf chooses
-// it, OK and Cancel close without a choice.
+// A picker as the editor's panels build them: a search box narrowing a tree of dotted names;
+// activating a leaf, or pressing the extra button shown while a branch is current, chooses.
 class PickPanel : public UIDialog {
 public:
     PickPanel(UIRoot* root, bool* ok, std::string* result) : UIDialog(root), m_ok(ok), m_result(result)
     {
         setPreferredSize(256, 384);
+        m_search = jNew<UIEditLine>("tests/ui", __LINE__, "PickPanel", root);
+        addChild(m_search, UI_EXPAND_ACROSS);
         m_tree = jNew<UITreeBox>("tests/ui", __LINE__, "PickPanel", root);
         addChild(m_tree, UI_EXPAND_BOTH);
-        int node = m_tree->addItem("Node");
-        m_tree->addItem("position", node);
-        m_tree->addItem("rotation", node);
-        m_tree->addItem("Light");
-        m_tree->sigMouse = bind(&PickPanel::cb_tree_mouse, this);
+        m_internal = jNew<UIButton>("tests/ui", __LINE__, "PickPanel", root, tr("internal_node"));
+        m_internal->setHidden(true);
+        getButtonRow()->addChild(m_internal);
+        fill();
+        m_search->sigChanged = [this](const UIEventChanged*, UIElement*) { fill(); };
+        m_tree->sigChanged = [this](const UIEventChanged*, UIElement*) { m_internal->setHidden(!on_branch()); };
+        m_tree->sigMouse = [this](const UIEventMouse* e, UIElement* sender) {
+            if (!on_branch())
+                cb_choose(e, sender);
+        };
+        m_internal->sigClick = bind(&PickPanel::cb_choose, this);
         getOkButton()->sigClick = bind(&PickPanel::cb_close, this);
         getCancelButton()->sigClick = bind(&PickPanel::cb_close, this);
     }
 
 private:
-    void cb_tree_mouse(const UIEventMouse*, UIElement*)
+    // Lists the node and the lights whose names hold the search text.
+    void fill()
+    {
+        m_tree->clear();
+        int node = m_tree->addItem("Node");
+        m_tree->addItem("position", node);
+        m_tree->addItem("rotation", node);
+        for (std::string name : {"Light", "Lamp.001"}) {
+            if (name.find(m_search->getText().c_str()) != std::string::npos)
+                m_tree->addItem(name.c_str());
+        }
+    }
+    bool on_branch() const
     {
         int item = m_tree->getCurrentItem();
-        if (m_tree->getItemNumChilds(item) > 0)
-            return;
+        return item >= 0 && m_tree->getItemNumChilds(item) > 0;
+    }
+    void cb_choose(const UIEventMouse*, UIElement*)
+    {
+        int item = m_tree->getCurrentItem();
         *m_ok = true;
         *m_result = m_tree->getItemText(item).c_str();
         for (int up = m_tree->getItemParent(item); up != -1; up = m_tree->getItemParent(up))
@@ -45,13 +72,20 @@ private:
 
     bool* m_ok;
     std::string* m_result;
+    UIEditLine* m_search;
     UITreeBox* m_tree;
+    UIButton* m_internal;
 };
 
 } // namespace
 
 class UIWidgetTest : public UIFixture {
 protected:
+    void SetUp() override
+    {
+        UIFixture::SetUp();
+        DataDir::set(KUVO_DATA_DIR); // the pickers' texts
+    }
     // Runs a picker modally as the editor does and returns whether a name was chosen.
     bool pick(std::string& result)
     {
@@ -77,13 +111,13 @@ TEST_F(UIWidgetTest, QueuedAnswersDriveTheModalPickerInOrder)
 {
     hook()->answerTreeItem("Node");
     hook()->answerTreeItem("Node.position");
-    hook()->answerTreeItem("Light"); // for the next picker
+    hook()->answerTreeItem("Lamp.001"); // for the next picker; the name holds a dot
     std::string result;
     EXPECT_TRUE(pick(result));
     EXPECT_EQ(result, "Node.position");
     EXPECT_EQ(hook()->pendingAnswers(), 1);
     EXPECT_TRUE(pick(result));
-    EXPECT_EQ(result, "Light");
+    EXPECT_EQ(result, "Lamp.001");
     result.clear();
     hook()->answerTreeItem("Node");
     hook()->answerOk();
@@ -91,6 +125,25 @@ TEST_F(UIWidgetTest, QueuedAnswersDriveTheModalPickerInOrder)
     hook()->answerCancel();
     EXPECT_FALSE(pick(result));
     EXPECT_EQ(result, "");
+}
+
+// A user clicks a branch once to show the extra button and presses it, or narrows the picker by
+// typing; a picture of the open picker is taken on the way.
+TEST_F(UIWidgetTest, ScriptsSelectPressSearchAndPictureAnOpenPicker)
+{
+    TempDir dir;
+    std::string result;
+    hook()->answerScreenshot(dir.file("picker.png").c_str());
+    hook()->answerSelectItem("Node");
+    hook()->answerButton("internal_node");
+    EXPECT_TRUE(pick(result));
+    EXPECT_EQ(result, "Node");
+    vec4 corner;
+    EXPECT_TRUE(hook()->readPixel(dir.file("picker.png").c_str(), 255, 383, corner)); // the picker's size
+    hook()->answerFind("Lamp");
+    hook()->answerTreeItem("Light"); // filtered out
+    EXPECT_FALSE(pick(result));
+    expectLogged("UIWidget::modality:no tree item \"Light\" in \"select_data_type\"");
 }
 
 // Nothing may block a headless run: a picker without an answer, or with one that does not fit
@@ -106,6 +159,12 @@ TEST_F(UIWidgetTest, AMissingOrUnfitAnswerClosesThePickerAndSaysSo)
     hook()->answerFile("/tmp/a.anim");
     EXPECT_FALSE(pick(result));
     expectLogged("UIWidget::modality:a file answer does not fit \"select_data_type\"");
+    hook()->answerButton("internal_node"); // hidden until a branch is current
+    EXPECT_FALSE(pick(result));
+    expectLogged("UIWidget::modality:no button \"internal_node\" shown in \"select_data_type\"");
+    hook()->answerScreenshot("/nonexistent/picker.png");
+    EXPECT_FALSE(pick(result));
+    expectLogged("cannot write screenshot \"/nonexistent/picker.png\"");
 }
 
 // The settings window opens centred at its panel's size; Escape closes it only when allowed, and a
