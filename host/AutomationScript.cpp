@@ -100,11 +100,21 @@ bool parsePointer(const std::vector<std::string>& words, ScriptCommand& out, std
     return true;
 }
 
+// What each answer that takes the rest of the line calls its argument, for the error without one.
+const std::map<std::string, std::string>& answerArguments()
+{
+    static const std::map<std::string, std::string> arguments = {
+        {"choose", "a dotted item path"}, {"select", "a dotted item path"}, {"press", "a button KEY"},
+        {"find", "a TEXT"},               {"screenshot", "a PATH"},         {"file", "a PATH"},
+    };
+    return arguments;
+}
+
 bool parseAnswer(const std::vector<std::string>& words, const std::string& rest, ScriptCommand& out,
                  std::string& reason)
 {
     if (words.size() < 2) {
-        reason = "answer needs choose, file, ok, cancel, yes, no or color";
+        reason = "answer needs choose, select, press, find, screenshot, file, ok, cancel, yes, no or color";
         return false;
     }
     out.text = words[1];
@@ -114,11 +124,12 @@ bool parseAnswer(const std::vector<std::string>& words, const std::string& rest,
         reason = "answer " + out.text + " takes no argument";
         return false;
     }
-    if (out.text == "choose" || out.text == "file") {
+    auto argument = answerArguments().find(out.text);
+    if (argument != answerArguments().end()) {
         out.argument = restAfterVerb(rest);
         if (!out.argument.empty())
             return true;
-        reason = "answer " + out.text + (out.text == "file" ? " needs a PATH" : " needs a dotted item path");
+        reason = "answer " + out.text + " needs " + argument->second;
         return false;
     }
     if (out.text == "color") {

@@ -13,7 +13,8 @@ struct ScriptCommand {
         DCLICK,           // dclick [@view] X Y
         DRAG,             // drag [@view] X1 Y1 X2 Y2 [ctrl|shift]
         TYPE,             // type TEXT: into the focused field
-        ANSWER,           // answer choose|file|ok|cancel|yes|no|color ...: queued for the next modal dialog
+        ANSWER,           // answer choose|select|press|find|screenshot|file|ok|cancel|yes|no|color ...: queued
+                          // for the next modal dialog
         EXPECT_TITLE,     // expect-title TEXT
         EXPECT_LOG,       // expect-log TEXT
         EXPECT_NO_ERRORS, // expect-no-errors
@@ -26,7 +27,8 @@ struct ScriptCommand {
     std::string view;          // CLICK, DCLICK, DRAG: "" for the window, else "lines", "rows", "timebar", "curves"
     std::vector<float> points; // CLICK/DCLICK: x y; DRAG: x1 y1 x2 y2; ANSWER color: r g b a
     std::string text;          // PRESS name, TYPE text, ANSWER kind, EXPECT_* text, SCREENSHOT path
-    std::string argument;      // ANSWER choose path or file path
+    std::string argument;      // ANSWER choose/select dotted path, press button key, find text, screenshot or
+                               // file path
     int count = 0;             // FRAMES
     int keyCode = 0;           // KEY: the engine key code
     bool ctrl = false;         // KEY and DRAG modifiers

@@ -180,6 +180,14 @@ bool ScriptRunner::answer(const ScriptCommand& c, std::string& reason)
     UIAutomation* automation = m_host.root->getAutomation();
     if (c.text == "choose")
         automation->answerTreeItem(c.argument.c_str());
+    else if (c.text == "select")
+        automation->answerSelectItem(c.argument.c_str());
+    else if (c.text == "press")
+        automation->answerButton(c.argument.c_str());
+    else if (c.text == "find")
+        automation->answerFind(c.argument.c_str());
+    else if (c.text == "screenshot")
+        automation->answerScreenshot(c.argument.c_str());
     else if (c.text == "file")
         automation->answerFile(c.argument.c_str());
     else if (c.text == "ok")

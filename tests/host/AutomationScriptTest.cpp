@@ -23,6 +23,10 @@ TEST_F(AutomationScriptTest, ParsesEveryCommandWithItsLineNumber)
                              "answer file data/samples/walk.anim\n"
                              "answer color 1 0.5 0 1\n"
                              "answer cancel\n"
+                             "answer select Node\n"
+                             "answer press internal_node\n"
+                             "answer find Lamp 0\n"
+                             "answer screenshot out/picker.png\n"
                              "expect-title Anim - New Track*\n"
                              "expect-log saved\n"
                              "expect-no-errors\n"
@@ -31,7 +35,7 @@ TEST_F(AutomationScriptTest, ParsesEveryCommandWithItsLineNumber)
                              "t.script"))
         << script.getError();
     const auto& c = script.getCommands();
-    ASSERT_EQ(c.size(), 16u);
+    ASSERT_EQ(c.size(), 20u);
     EXPECT_EQ(c[0].verb, ScriptCommand::FRAMES);
     EXPECT_EQ(c[0].count, 3);
     EXPECT_EQ(c[0].line, 2);
@@ -54,10 +58,15 @@ TEST_F(AutomationScriptTest, ParsesEveryCommandWithItsLineNumber)
     EXPECT_EQ(c[8].argument, "data/samples/walk.anim");
     EXPECT_EQ(c[9].points, (std::vector<float>{1, 0.5f, 0, 1}));
     EXPECT_EQ(c[10].text, "cancel");
-    EXPECT_EQ(c[11].text, "Anim - New Track*");
-    EXPECT_EQ(c[13].verb, ScriptCommand::EXPECT_NO_ERRORS);
-    EXPECT_EQ(c[14].text, "out/editor.png");
-    EXPECT_EQ(c[15].verb, ScriptCommand::QUIT);
+    EXPECT_EQ(c[11].text, "select");
+    EXPECT_EQ(c[11].argument, "Node");
+    EXPECT_EQ(c[12].argument, "internal_node");
+    EXPECT_EQ(c[13].argument, "Lamp 0"); // the rest of the line
+    EXPECT_EQ(c[14].argument, "out/picker.png");
+    EXPECT_EQ(c[15].text, "Anim - New Track*");
+    EXPECT_EQ(c[17].verb, ScriptCommand::EXPECT_NO_ERRORS);
+    EXPECT_EQ(c[18].text, "out/editor.png");
+    EXPECT_EQ(c[19].verb, ScriptCommand::QUIT);
 }
 
 // Scripts name keys as a user reads them; each must reach the editor as the toolkit's own key code.
@@ -99,6 +108,12 @@ TEST_F(AutomationScriptTest, ErrorsNameTheScriptLineAndProblem)
         {"answer maybe\n", "s.txt:1: unknown answer \"maybe\""},
         {"answer color 1 1 1\n", "s.txt:1: answer color needs R G B A"},
         {"answer file\n", "s.txt:1: answer file needs a PATH"},
+        {"answer\n",
+         "s.txt:1: answer needs choose, select, press, find, screenshot, file, ok, cancel, yes, no or color"},
+        {"answer select \n", "s.txt:1: answer select needs a dotted item path"},
+        {"answer press\n", "s.txt:1: answer press needs a button KEY"},
+        {"answer find\n", "s.txt:1: answer find needs a TEXT"},
+        {"answer screenshot\n", "s.txt:1: answer screenshot needs a PATH"},
         {"answer ok now\n", "s.txt:1: answer ok takes no argument"},
         {"key\n", "s.txt:1: key needs one key spec such as ctrl+k, delete, left or space"},
         {"screenshot\n", "s.txt:1: screenshot needs an argument"},
