@@ -9,10 +9,12 @@
 #include "AutomationScript.h"
 #include "TrackEditorPlugin.h"
 #include "editor/ButtonLookup.h"
+#include "editor/Locale.h"
 #include "editor/ToolButton.h"
 #include "kit/jLog.h"
 #include "ui/UIAutomation.h"
 #include "ui/UIButton.h"
+#include "ui/UICheckBox.h"
 #include "ui/UIHostBridge.h"
 #include "ui/UIRoot.h"
 
@@ -122,6 +124,10 @@ bool ScriptRunner::press(const std::string& name, std::string& reason)
         reason = "button \"" + name + "\" is disabled";
         return false;
     }
+    if (auto* box = dynamic_cast<UICheckBox*>(found)) {
+        box->click();
+        return true;
+    }
     static_cast<UIButton*>(found)->click();
     return true;
 }
@@ -183,7 +189,7 @@ bool ScriptRunner::answer(const ScriptCommand& c, std::string& reason)
     else if (c.text == "select")
         automation->answerSelectItem(c.argument.c_str());
     else if (c.text == "press")
-        automation->answerButton(c.argument.c_str());
+        automation->answerButton(tr(c.argument.c_str())); // scripts name buttons by translation key
     else if (c.text == "find")
         automation->answerFind(c.argument.c_str());
     else if (c.text == "screenshot")

@@ -3,6 +3,7 @@
 #include "editor/Locale.h"
 #include "editor/ToolButton.h"
 #include "ui/UIButton.h"
+#include "ui/UICheckBox.h"
 
 namespace {
 
@@ -16,6 +17,8 @@ bool namesButton(UIElement* element, const char* name)
     }
     if (auto* button = dynamic_cast<UIButton*>(element))
         return button->getText() == text;
+    if (auto* box = dynamic_cast<UICheckBox*>(element))
+        return box->getText() == text;
     return false;
 }
 

@@ -22,4 +22,6 @@ void UICheckBox::setText(const char* text)
 
 void UICheckBox::setChecked(bool checked) { static_cast<QCheckBox*>(nativeWidget(this))->setChecked(checked); }
 
+void UICheckBox::click() { static_cast<QCheckBox*>(nativeWidget(this))->click(); }
+
 bool UICheckBox::isChecked() const { return static_cast<const QCheckBox*>(nativeWidget(this))->isChecked(); }

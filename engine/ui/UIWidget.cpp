@@ -7,7 +7,6 @@
 #include <QVBoxLayout>
 
 #include "UINative.h"
-#include "editor/Locale.h"
 #include "kit/jLog.h"
 #include "ui/UIAutomation.h"
 #include "ui/UIButton.h"
@@ -112,15 +111,13 @@ bool answer_tree(UIElement* panel, const jString& title, const UIAnswer& answer)
     return answer.kind == UIAnswerKind::TreeItem ? tree->activateItem(item) : tree->setCurrentItem(item);
 }
 
-// Clicks the first shown button of the panel whose text is the translation of key (key itself
-// when it has none); false (logged) when no such button is shown.
-bool press_button(UIElement* panel, const jString& title, const char* key)
+// Clicks the first shown button of the panel with this text; false (logged) when none is shown.
+bool press_button(UIElement* panel, const jString& title, const char* text)
 {
-    const char* text = tr(key);
     auto shown = [text](UIButton* b) { return b->getText() == text && nativeWidget(b)->isVisible(); };
     UIButton* button = find_in<UIButton>(panel, shown);
     if (!button) {
-        jLog::error("%s:no button \"%s\" shown in \"%s\"", k_modality, key, title.c_str());
+        jLog::error("%s:no button \"%s\" shown in \"%s\"", k_modality, text, title.c_str());
         return false;
     }
     button->click();

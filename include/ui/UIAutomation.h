@@ -11,7 +11,7 @@ struct UIAutomationPrivate;
 enum class UIAnswerKind {
     TreeItem, // choose the tree item at a dotted path ("Node.position") and activate it
     TreeSelect, // make the tree item at a dotted path current without activating it
-    Button, // press the shown button whose text is the translation of a key (or the key itself)
+    Button, // press the shown button with this text
     Screenshot, // save what the dialog shows as a PNG file at a path
     Find, // type a text into the dialog's search box (its first edit line)
     Ok,
@@ -44,7 +44,7 @@ public:
     // handlers close it.
     void answerTreeItem(const char* dottedPath);
     void answerSelectItem(const char* dottedPath);
-    void answerButton(const char* key);
+    void answerButton(const char* text);
     void answerScreenshot(const char* path);
     void answerFind(const char* text);
     void answerOk();

@@ -13,6 +13,8 @@ public:
     const jString& getText() const { return m_text; }
     // Sets the state without raising any event.
     void setChecked(bool checked);
+    // Toggles the box as the user's click would (raises sigChanged).
+    void click();
     // True while the box is checked.
     bool isChecked() const;
 

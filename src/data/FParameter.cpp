@@ -34,6 +34,10 @@ bool FParameter::accepts(const TrackParameter* param) const
 
 bool FParameter::check_create(FTrack* track, const TrackParameter* param, const char* check) const
 {
+    if (getTrackParameter()) {
+        jLog::error("%s:%s", tags().create, "already bound");
+        return false;
+    }
     if (track && param && accepts(param))
         return true;
     jLog::error("%s:%s", tags().create, check);

@@ -43,7 +43,8 @@ public:
     virtual int getType() const = 0;
 
     // Binds to an existing engine parameter and builds the views' objects. Logs and returns false
-    // when track or param is null or param is of another kind, or when its type is not registered.
+    // when track or param is null or param is of another kind, when its type is not registered, or
+    // when this parameter is bound already (a second create would orphan the first binding).
     virtual bool create(FTrack* track, TrackParameter* param, const jString& name) = 0;
     // On a fresh parameter: makes an engine parameter of this kind (added to the track's engine
     // track when addToTrack) and binds to it. Logs "<fn>:track" and returns false when track is
@@ -64,6 +65,13 @@ public:
     // Appends the row, the key line and the curve (those it has) to the three lists.
     virtual void collectUI(jVector<UITrackRow*>& rows, jVector<UITrackLine*>& lines,
                            jVector<UITrackCurve*>& curves) = 0;
+    // Names the rows as reading the saved file back would, from the registration (or the material
+    // tag) the engine parameter was bound to since it was made; a parameter made by its type name
+    // ("Node.position") reads "position" from then on. Does nothing for an unregistered type.
+    virtual void retitle() = 0;
+    // The engine parameter whose enabled and curve switches the components' rows show and set,
+    // when the components share their compound's; null when each keeps its own.
+    virtual TrackParameter* getSharedSwitches() const { return nullptr; }
 
     // The scene node the parameter is bound to (a component asks its compound); -1 or empty when
     // there is none.
@@ -89,7 +97,8 @@ protected:
     virtual const FParameterTags& tags() const = 0;
     // Whether param is an engine parameter this kind can stand for; the base wants its own kind.
     virtual bool accepts(const TrackParameter* param) const;
-    // True when track and param are set and param is accepted; otherwise logs "<create>:<check>".
+    // True when track and param are set, param is accepted and this parameter is not bound yet;
+    // otherwise logs "<create>:<check>" (or "<create>:already bound").
     bool check_create(FTrack* track, const TrackParameter* param, const char* check) const;
     // The row text of a named parameter: the registration's name (or the engine parameter's display
     // name when the registration asks for it), cut to the part after the last '.'. Returns false

@@ -28,7 +28,7 @@ bool FParameterCompound::begin_create(FTrack* track, TrackParameter* param, cons
     return true;
 }
 
-void FParameterCompound::adopt(FParameterSingle* component, int index, const jString& rowText, const jString& subText)
+void FParameterCompound::adopt(FParameterSingle* component, int index)
 {
     m_components.append(component);
     if (!component)
@@ -36,12 +36,21 @@ void FParameterCompound::adopt(FParameterSingle* component, int index, const jSt
     component->setDetachOnRelease(false);
     component->setComponentIndex(index);
     component->setParent(this);
-    component->setRowText(rowText);
-    component->setRowSubText(subText);
+    label(component, index);
+    component->showSwitches();
     if (component->getRow())
         component->getRow()->setIndent(COMPONENT_INDENT);
     if (component->getLine())
         component->getLine()->setComponent(index);
+}
+
+void FParameterCompound::retitle()
+{
+    if (m_data->getName().empty() || !display_text(m_data, m_display))
+        return;
+    for (int i = 0; i < m_components.size(); ++i)
+        if (m_components[i])
+            label(m_components[i], i);
 }
 
 void FParameterCompound::sortKeys()

@@ -14,6 +14,7 @@ public:
     void applyKeys() override;
     void markDirty() override;
     void collectUI(jVector<UITrackRow*>& rows, jVector<UITrackLine*>& lines, jVector<UITrackCurve*>& curves) override;
+    void retitle() override;
     TrackParameter* getTrackParameter() const override { return m_data; }
 
     int getNumComponents() const { return m_components.size(); }
@@ -25,8 +26,11 @@ protected:
     // parameter, false (logged as "<create>:r") when a named parameter's type is not registered.
     bool begin_create(FTrack* track, TrackParameter* param, const jString& name, const char* check);
     // Makes component i a child of this parameter: it keeps its engine parameter when released,
-    // its row is indented under the compound's label and its key line knows which axis it shows.
-    void adopt(FParameterSingle* component, int index, const jString& rowText, const jString& subText);
+    // its row is indented and labelled under the compound's name, shows the switches it is to show
+    // and its key line knows which axis it shows.
+    void adopt(FParameterSingle* component, int index);
+    // Writes the compound's name (the display text) and the component's own into component i's row.
+    virtual void label(FParameterSingle* component, int index) const = 0;
     const jString& getDisplayText() const { return m_display; }
 
 private:

@@ -75,8 +75,6 @@ bool FParameterSingle::build_views(const jString& name, bool helloWorld, bool wi
     m_row->setName(helloWorld && text.empty() ? jString("Hello") : text);
     if (helloWorld && text.empty())
         m_row->setText("World");
-    m_row->setState(COLUMN_ENABLED, m_data->isEnabled());
-    m_row->setState(COLUMN_CURVE, m_data->isCurveShown());
     m_row->rowChanged().append(bind(&FParameterSingle::on_row_changed, this));
     m_line = make_line();
     m_line->setData(this);
@@ -91,24 +89,53 @@ bool FParameterSingle::build_views(const jString& name, bool helloWorld, bool wi
         rows->addRow(m_row);
     if (UITrackLinePanel* lines = UITrackLinePanel::get())
         lines->addLine(m_line);
-    if (m_curve && m_data->isCurveShown())
-        if (UITrackCurvePanel* curves = UITrackCurvePanel::get())
-            curves->showCurve(m_curve);
+    showSwitches();
     return true;
 }
 
+TrackParameter* FParameterSingle::switch_target() const
+{
+    TrackParameter* shared = getParent() ? getParent()->getSharedSwitches() : nullptr;
+    return shared ? shared : m_data;
+}
+
+void FParameterSingle::showSwitches()
+{
+    const TrackParameter* target = switch_target();
+    if (m_row) {
+        m_row->setState(COLUMN_ENABLED, target->isEnabled());
+        m_row->setState(COLUMN_CURVE, target->isCurveShown());
+    }
+    UITrackCurvePanel* curves = UITrackCurvePanel::get();
+    if (!curves || !m_curve)
+        return;
+    if (target->isCurveShown())
+        curves->showCurve(m_curve);
+    else
+        curves->hideCurve(m_curve);
+}
+
+// The switches belong to the switch target, so every row that shows them follows: a nested
+// track's "Name" and "Time" rows both show the nested track's.
 void FParameterSingle::on_row_changed(UITrackRow*&& row)
 {
-    m_data->setEnabled(row->getState(COLUMN_ENABLED));
-    const bool shown = row->getState(COLUMN_CURVE);
-    m_data->setCurveShown(shown);
-    if (UITrackCurvePanel* curves = UITrackCurvePanel::get(); curves && m_curve) {
-        if (shown)
-            curves->showCurve(m_curve);
-        else
-            curves->hideCurve(m_curve);
-    }
+    TrackParameter* target = switch_target();
+    target->setEnabled(row->getState(COLUMN_ENABLED));
+    target->setCurveShown(row->getState(COLUMN_CURVE));
+    jVector<UITrackRow*> rows;
+    jVector<UITrackLine*> lines;
+    jVector<UITrackCurve*> curves;
+    (target == m_data ? static_cast<FParameter*>(this) : getParent())->collectUI(rows, lines, curves);
+    for (UITrackRow* shown : rows)
+        static_cast<FParameterSingle*>(shown->getData())->showSwitches();
     MsgMngr::get()->notifyHelper(TRACK_MSG_PARAMETER_CHANGED);
+}
+
+void FParameterSingle::retitle()
+{
+    jString text;
+    if (!getParent() && !m_data->getName().empty() && display_text(m_data, text))
+        setRowText(text);
 }
 
 void FParameterSingle::setColor(const vec4& color)

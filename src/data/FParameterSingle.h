@@ -36,6 +36,9 @@ public:
     void onDelete() override;
     void markDirty() override;
     void collectUI(jVector<UITrackRow*>& rows, jVector<UITrackLine*>& lines, jVector<UITrackCurve*>& curves) override;
+    void retitle() override;
+    // Sets the row's "E" and "T" buttons and the curve's visibility from the switch target.
+    void showSwitches();
 
     const jVector<FKey*>& getKeys() const { return m_keys; }
     int getNumKeys() const { return m_keys.size(); }
@@ -70,6 +73,9 @@ protected:
     void free_keys(const char* tag);
 
 private:
+    // The engine parameter whose switches the row shows and sets: the compound's when the
+    // components share them (a nested track), else this parameter's own.
+    TrackParameter* switch_target() const;
     void on_row_changed(UITrackRow*&& row);
 
     jVector<float> m_key_times;

@@ -17,13 +17,18 @@ bool FParameterTrack::create(FTrack* track, TrackParameter* param, const jString
 {
     if (!begin_create(track, param, name, "track && param && param->getType() == TRACK_PARAMETER_TRACK"))
         return false;
-    const jString label = name.empty() ? jString("Anim") : getDisplayText();
     auto* nested = static_cast<TrackParameterTrack*>(param);
     FParameterStringFile* file = track->createParameterStringFile(nested->getNameParameter(), "Name");
     if (file)
         file->setFilter(".anim");
-    adopt(file, 0, "Name", label);
-    adopt(track->createParameterFloat(nested->getTimeParameter(), "Time"), 1, "Time", label);
+    adopt(file, 0);
+    adopt(track->createParameterFloat(nested->getTimeParameter(), "Time"), 1);
     setOwner(track);
     return true;
+}
+
+void FParameterTrack::label(FParameterSingle* component, int index) const
+{
+    component->setRowText(index == 0 ? "Name" : "Time");
+    component->setRowSubText(getDisplayText().empty() ? jString("Anim") : getDisplayText());
 }

@@ -13,12 +13,9 @@ public:
     {
         if (!begin_create(track, param, name, check_text()))
             return false;
-        static const char* const AXES[3] = {"X", "Y", "Z"};
         auto* vector = static_cast<Engine*>(param);
-        for (int i = 0; i < 3; ++i) {
-            FParameterSingle* component = make_component(track, vector->getComponent(i), AXES[i]);
-            adopt(component, i, getDisplayText(), AXES[i]);
-        }
+        for (int i = 0; i < 3; ++i)
+            adopt(make_component(track, vector->getComponent(i), AXES[i]), i);
         setOwner(track);
         return true;
     }
@@ -26,6 +23,15 @@ public:
     Engine* engine_parameter() const { return static_cast<Engine*>(getTrackParameter()); }
 
 protected:
+    static constexpr const char* AXES[3] = {"X", "Y", "Z"};
+
+    // Each axis row reads the vector's name with the axis beside it.
+    void label(FParameterSingle* component, int index) const override
+    {
+        component->setRowText(getDisplayText());
+        component->setRowSubText(AXES[index]);
+    }
+
     // The type check logged when create is handed the wrong parameter.
     virtual const char* check_text() const = 0;
     // Has the document make the editor parameter of one axis.

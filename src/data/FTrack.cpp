@@ -95,31 +95,45 @@ KUVO_FTRACK_CREATE(StringMaterial)
 
 #undef KUVO_FTRACK_CREATE
 
+template <class Visit>
+FParameter* FTrack::for_kind(int kind, Visit visit)
+{
+    switch (kind) {
+    case TRACK_PARAMETER_TOGGLE:
+        return visit(static_cast<FParameterToggle*>(nullptr), "FTrack::createParameterToggle");
+    case TRACK_PARAMETER_FLOAT:
+        return visit(static_cast<FParameterFloat*>(nullptr), "FTrack::createParameterFloat");
+    case TRACK_PARAMETER_DOUBLE:
+        return visit(static_cast<FParameterDouble*>(nullptr), "FTrack::createParameterDouble");
+    case TRACK_PARAMETER_COLOR:
+        return visit(static_cast<FParameterColor*>(nullptr), "FTrack::createParameterColor");
+    case TRACK_PARAMETER_VEC3:
+        return visit(static_cast<FParameterVec3*>(nullptr), "FTrack::createParameterVec3");
+    case TRACK_PARAMETER_DVEC3:
+        return visit(static_cast<FParameterDVec3*>(nullptr), "FTrack::createParameterDVec3");
+    case TRACK_PARAMETER_TRACK:
+        return visit(static_cast<FParameterTrack*>(nullptr), "FTrack::createParameterTrack");
+    case TRACK_PARAMETER_STRING_FILE:
+        return visit(static_cast<FParameterStringFile*>(nullptr), "FTrack::createParameterStringFile");
+    case TRACK_PARAMETER_STRING_MATERIAL:
+        return visit(static_cast<FParameterStringMaterial*>(nullptr), "FTrack::createParameterStringMaterial");
+    default:
+        return nullptr; // kinds the editor cannot show (opaque data) stay in the engine track untouched
+    }
+}
+
 FParameter* FTrack::create_for_kind(TrackParameter* param)
 {
-    const jString& name = param->getName();
-    switch (param->getType()) {
-    case TRACK_PARAMETER_TOGGLE:
-        return createParameterToggle(param, name);
-    case TRACK_PARAMETER_FLOAT:
-        return createParameterFloat(param, name);
-    case TRACK_PARAMETER_DOUBLE:
-        return createParameterDouble(param, name);
-    case TRACK_PARAMETER_COLOR:
-        return createParameterColor(param, name);
-    case TRACK_PARAMETER_VEC3:
-        return createParameterVec3(param, name);
-    case TRACK_PARAMETER_DVEC3:
-        return createParameterDVec3(param, name);
-    case TRACK_PARAMETER_TRACK:
-        return createParameterTrack(param, name);
-    case TRACK_PARAMETER_STRING_FILE:
-        return createParameterStringFile(param, name);
-    case TRACK_PARAMETER_STRING_MATERIAL:
-        return createParameterStringMaterial(param, name);
-    default:
-        return nullptr; // kinds the editor cannot show stay in the engine track untouched
-    }
+    return for_kind(param->getType(), [this, param]<class T>(T*, const char* tag) -> FParameter* {
+        return create_from<T>(param, param->getName(), tag);
+    });
+}
+
+FParameter* FTrack::createParameter(int kind, const jString& name)
+{
+    return for_kind(kind, [this, &name]<class T>(T*, const char* tag) -> FParameter* {
+        return create_new<T>(name, tag);
+    });
 }
 
 bool FTrack::load(Package* root, World* world)

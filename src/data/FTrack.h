@@ -68,6 +68,10 @@ public:
     FParameterStringFile* createParameterStringFile(const jString& name);
     FParameterStringMaterial* createParameterStringMaterial(const jString& name);
 
+    // Makes a new parameter of a kind (a TRACK_PARAMETER_TYPE) as the create function of that kind
+    // does; null for a kind the editor cannot show, or when it cannot be made (logged).
+    FParameter* createParameter(int kind, const jString& name);
+
     // Replaces the document with a parsed track file bound to world and makes an editor parameter
     // for every engine parameter of a kind the editor shows. Returns false when the engine refuses
     // the file (the reason is logged); the document is then empty.
@@ -88,6 +92,11 @@ private:
     T* create_new(const jString& name, const char* tag);
     template <class T>
     T* created(T* parameter, bool made, const char* tag);
+    // Calls visit with a null pointer of the editor parameter type of an engine kind and the
+    // allocation tag of its create functions; returns what visit returns, or null for a kind the
+    // editor does not show.
+    template <class Visit>
+    static FParameter* for_kind(int kind, Visit visit);
     FParameter* create_for_kind(TrackParameter* param);
 
     Track* m_track;

@@ -9,6 +9,7 @@
 #include "editor/ButtonLookup.h"
 #include "editor/ToolBar.h"
 #include "editor/ToolButton.h"
+#include "data/FParameterSingle.h"
 #include "kit/jTString.h"
 #include "msg/MsgMngr.h"
 #include "ui/SettingsPanel.h"
@@ -89,6 +90,7 @@ void TrackEditor::update(float dt)
 {
     if (m_playing)
         advance_time(dt);
+    update_node_panel();
     refresh_fields();
     if (m_rows && m_lines && m_rows->getScroll() && m_lines->getScroll())
         m_lines->getScroll()->setVScrollValue(m_rows->getScroll()->getVScrollValue());
@@ -113,10 +115,45 @@ void TrackEditor::advance_time(float dt)
     MsgMngr::get()->notifyHelper(TRACK_MSG_TIME_CHANGED);
 }
 
+// The node panel shows what the current row's parameter is bound to. Re-binding to a node means
+// nothing for a material parameter or a nested track, file or material name; the hierarchy switch
+// only for a material parameter.
+void TrackEditor::update_node_panel()
+{
+    if (!m_node_panel)
+        return; // released
+    const FParameter* param = selected_parameter();
+    if (!param) {
+        m_node_panel->setHidden(true);
+        return;
+    }
+    const TrackReg* reg = Track::GetRegByName(param->getTypeName());
+    const int kind = (param->getParent() ? param->getParent() : param)->getType();
+    const bool material = reg && reg->isForMaterial();
+    m_btn_select_node->setHidden(material || kind == TRACK_PARAMETER_TRACK || kind == TRACK_PARAMETER_STRING_FILE ||
+                                 kind == TRACK_PARAMETER_STRING_MATERIAL);
+    set_mat_hierarchy_ui_hidden(!material);
+    m_node_panel->setHidden(false);
+    m_node_name->refresh();
+    m_node_id->refresh();
+    m_node_type->refresh();
+    m_node_attribute->refresh();
+    m_hierarchy->refresh();
+}
+
 void TrackEditor::refresh_fields()
 {
     for (UIFloat* field : m_fields)
         field->refresh();
+}
+
+void TrackEditor::clear_selected()
+{
+    m_rows->setSelected(jSet<UITrackRow*>());
+    m_lines->setSelectedLines(jVector<UITrackLine*>());
+    m_lines->setSelectedKeys(jVector<UITrackLineKey*>());
+    m_curves->setSelectedCurves(jVector<UITrackCurve*>());
+    m_curves->setSelectedKeys(jVector<UITrackCurveKey*>());
 }
 
 bool TrackEditor::onKeyPress(const UIEventKey* e)
@@ -134,6 +171,7 @@ void TrackEditor::clear()
     AppData* data = AppData::get();
     if (!data->isEmpty())
         data->setTime(data->getBeginTime());
+    clear_selected();
     data->reset();
     set_window_modified(false);
     MsgMngr::get()->notifyHelper(TRACK_MSG_CLEARED);
@@ -167,9 +205,19 @@ void TrackEditor::release()
     for (UIFloat* field : m_fields)
         jDelete(field, "src/ui/TrackEditor", __LINE__, "TrackEditor::release");
     m_fields.release();
+    jDelete(m_node_name, "src/ui/TrackEditor", __LINE__, "TrackEditor::release");
+    jDelete(m_node_id, "src/ui/TrackEditor", __LINE__, "TrackEditor::release");
+    jDelete(m_node_type, "src/ui/TrackEditor", __LINE__, "TrackEditor::release");
+    jDelete(m_node_attribute, "src/ui/TrackEditor", __LINE__, "TrackEditor::release");
+    jDelete(m_hierarchy, "src/ui/TrackEditor", __LINE__, "TrackEditor::release");
+    m_node_name = m_node_type = m_node_attribute = nullptr;
+    m_node_id = nullptr;
+    m_hierarchy = nullptr;
+    m_mat_hierarchy_ui.release();
     UIWindow::release();
     m_rows = nullptr;
     m_lines = nullptr;
+    m_node_panel = nullptr;
     m_timebar_top = m_timebar_bottom = nullptr;
     jDelete(m_curves, "src/ui/TrackEditor", __LINE__, "TrackEditor::release");
     m_curves = nullptr;

@@ -1,14 +1,23 @@
 #pragma once
 
+#include "anim/TrackTypes.h"
 #include "kit/jString.h"
 #include "kit/jVector.h"
 #include "msg/MsgNode.h"
 #include "ui/UIWindow.h"
 
+class FParameter;
+class Node;
 class SettingsPanel;
 class ToolBar;
 class ToolButton;
+class TrackParameter;
+class UIBool;
+class UIButton;
 class UIFloat;
+class UIString;
+template <class I>
+class UIIntBase;
 class UIRoot;
 class UISpliter;
 class UITimeBar;
@@ -57,6 +66,15 @@ public:
     UIElement* findView(const char* name) const;
 
 private:
+    // What the node pickers returned: the chosen node and, inside a prefab, the internal node.
+    struct NodeChoice {
+        bool chosen = false;
+        bool internal = false;
+        int node = -1;
+        int internalId = -1;
+        jString internalName;
+    };
+
     bool is_window_modified() const { return m_modified; }
     void update_window_name();
     void set_window_modified(bool modified);
@@ -65,6 +83,7 @@ private:
 
     void init_layout();
     void init_top_left();
+    void init_node_panel(UIElement* parent);
     void init_top_right();
     void init_bottom();
     void show_document();
@@ -81,7 +100,38 @@ private:
     void update_select_track();
     void on_timebar_range_changed(const UIEventChanged* e, UIElement* sender);
     void on_timebar_cur_time_changed(const UIEventChanged* e, UIElement* sender);
+    void cb_track_lines_size_changed(const UIEventChanged* e, UIElement* sender);
+    void cb_track_table_size_changed(const UIEventChanged* e, UIElement* sender);
 
+    void update_node_panel();
+    void clear_selected();
+
+    // Binding parameters to nodes and materials (TrackEditorBinding.cpp).
+    void cb_select_node(const UIEventMouse* e, UIElement* sender);
+    void change_node(FParameter* param);
+    void change_material(FParameter* param);
+    TrackParameter* gen_param(TRACK_PARAMETER_TYPE kind, const jString& type, FParameter** out);
+    void select_node_helper(const jString& type);
+    void select_material_helper(const jString& type);
+    void set_mat_hierarchy_ui_hidden(bool hidden);
+    bool pick_node(const jString& type, NodeChoice& choice);
+    bool pick_internal_node(Node* node, const jString& type, NodeChoice& choice, const char* function);
+    TrackParameter* binding_target(FParameter* param, int kind, const char* function) const;
+    // The parameter of the row panel's current row, or null.
+    FParameter* selected_parameter() const;
+    // The node a parameter is bound to: by id, else by its saved name, else by id in the current
+    // world; null without a world.
+    Node* find_bound_node(int id, const jString& name) const;
+    const jString& getNodeName() const;
+    int getNodeID() const;
+    const jString& getNodeTypeString() const;
+    const jString& getTrackDataType() const;
+    bool isMaterialHierarchy() const;
+    bool isForMaterail() const;
+    void setMaterialHierarchy(bool hierarchy);
+
+    void cb_new_track(const UIEventMouse* e, UIElement* sender);
+    void cb_del_track(const UIEventMouse* e, UIElement* sender);
     void cb_load_track(const UIEventMouse* e, UIElement* sender);
     void cb_save_track(const UIEventMouse* e, UIElement* sender);
     void cb_clear_track(const UIEventMouse* e, UIElement* sender);
@@ -99,6 +149,20 @@ private:
     UIElement* m_right = nullptr;
     UIElement* m_bottom = nullptr;
     UISpliter* m_columns = nullptr;
+    UISpliter* m_left_bands = nullptr;
+    UISpliter* m_right_bands = nullptr;
+    ToolBar* m_track_bar = nullptr;
+    UIElement* m_node_panel = nullptr;
+    UIButton* m_btn_select_node = nullptr;
+    UIString* m_node_name = nullptr;
+    UIIntBase<int>* m_node_id = nullptr;
+    UIString* m_node_type = nullptr;
+    UIString* m_node_attribute = nullptr;
+    UIBool* m_hierarchy = nullptr;
+    jVector<UIElement*> m_mat_hierarchy_ui;
+    // The last texts the node-info accessors composed; they return references into these.
+    mutable jString m_node_name_text;
+    mutable jString m_node_type_text;
     UITimeBar* m_timebar_top = nullptr;
     UITimeBar* m_timebar_bottom = nullptr;
     UITrackRowPanel* m_rows = nullptr;

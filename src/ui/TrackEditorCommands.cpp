@@ -1,5 +1,5 @@
-// The Track Editor's file and playback commands: the callbacks of the load, save, clear, settings,
-// begin, play, end and loop buttons.
+// The Track Editor's track and playback commands: the callbacks of the new-parameter,
+// delete-parameter, load, save, clear, settings, begin, play, end and loop buttons.
 #include "ui/TrackEditor.h"
 
 #include "TrackEditorMsg.h"
@@ -7,10 +7,15 @@
 #include "data/AppData.h"
 #include "data/FTrack.h"
 #include "editor/DialogFileEx.h"
+#include "data/FParameterSingle.h"
 #include "editor/Locale.h"
+#include "editor/MsgBox.h"
 #include "editor/ToolButton.h"
+#include "kit/jLog.h"
 #include "msg/MsgMngr.h"
+#include "ui/PickerDialog.h"
 #include "ui/SettingsPanel.h"
+#include "ui/TrackTypeSelectPanel.h"
 #include "ui/UIWidget.h"
 #include "ui/Widget.h"
 
@@ -26,6 +31,53 @@ jString withTrackExtension(const jString& file)
 }
 
 } // namespace
+
+void TrackEditor::cb_new_track(const UIEventMouse*, UIElement*)
+{
+    bool chosen = false;
+    jString type;
+    auto* panel = jNew<TrackTypeSelectPanel>("src/ui/TrackEditor", __LINE__, "TrackEditor::cb_new_track", getRoot(),
+                                             &chosen, &type);
+    runPickerDialog(getRoot(), panel, "select_data_type", "TrackEditor::cb_new_track");
+    if (!chosen)
+        return;
+    const TrackReg* reg = Track::GetRegByName(type);
+    if (!reg) {
+        jLog::error("%s:%s", "TrackEditor::cb_new_track", "r");
+        return;
+    }
+    if (reg->isForNode()) {
+        select_node_helper(type);
+        return;
+    }
+    if (reg->isForMaterial()) {
+        select_material_helper(type);
+        return;
+    }
+    // A global setting or a nested track: bound to no node.
+    FParameter* made = AppData::get()->getTrack()->createParameter(reg->getType(), type);
+    if (made && AppData::get()->getTrack()->getEngineTrack()->bindNode(made->getTrackParameter(), m_world, -1,
+                                                                       jString(), -1, jString(), type)) {
+        made->retitle();
+        MsgMngr::get()->notifyHelper(TRACK_MSG_PARAMETER_NEW);
+    }
+}
+
+// A component row stands for its whole compound, which owns it: deleting an axis deletes the vector
+// with all its axes (never the axis alone, which would free it twice), asked once.
+void TrackEditor::cb_del_track(const UIEventMouse*, UIElement*)
+{
+    clear_selected();
+    FTrack* document = AppData::get()->getTrack();
+    jSet<FParameter*> doomed;
+    for (FParameterSingle* selected : document->getSelectedParameters())
+        doomed.insert(selected->getParent() ? selected->getParent() : selected);
+    if (doomed.empty() || !msgBox(tr("delete_config"), tr("warning"), getRoot(), true))
+        return;
+    for (FParameter* parameter : doomed)
+        AppData::get()->destoryParameter(parameter);
+    MsgMngr::get()->notifyHelper(TRACK_MSG_PARAMETER_DELETED);
+}
 
 void TrackEditor::cb_load_track(const UIEventMouse*, UIElement*)
 {

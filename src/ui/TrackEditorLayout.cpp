@@ -1,7 +1,8 @@
-// The widget tree of the Track Editor window: a top row, two columns in a splitter (the row tree on
-// the left; the file toolbar, a time bar and the key lines on the right) and a bottom row with the
-// range fields, a second time bar and the playback controls. The two columns start their rows at
-// the same height, so each key line sits beside its row.
+// The widget tree of the Track Editor window: a top row, two columns in a splitter and a bottom row
+// with the range fields, a second time bar and the playback controls. Each column is a toolbar over
+// two bands in a splitter of its own: on the left the node panel over the row tree, on the right the
+// file commands over a time bar and the key lines. The two band splitters keep equal heights, so
+// each key line sits beside its row.
 #include "ui/TrackEditor.h"
 
 #include "TrackEditorMsg.h"
@@ -10,6 +11,7 @@
 #include "editor/ToolBar.h"
 #include "editor/ToolButton.h"
 #include "ui/UIFactory.h"
+#include "ui/UIGridLayout.h"
 #include "ui/UIHLayout.h"
 #include "ui/UILabel.h"
 #include "ui/UISpliter.h"
@@ -22,11 +24,18 @@
 namespace {
 
 constexpr int TOOLBAR_FONT_SIZE = 16;
+// Both columns' toolbars take this height, so that their band splitters start level.
+constexpr int TOOLBAR_HEIGHT = 32;
 // Wide enough for the longest text of a float time, such as "-12.345678", without scrolling.
 constexpr int FIELD_WIDTH = 92;
-// The height of the bands above the row tree and the key lines (the toolbar and the time bar).
-constexpr int HEADER_HEIGHT = 72;
+// The height of the time bar above the key lines, and of the space above the row tree beside it.
+constexpr int TIMEBAR_HEIGHT = 40;
 constexpr int BOTTOM_TIMEBAR_HEIGHT = 32;
+// The upper band (node panel, file commands) and the lower band (rows, key lines) share the
+// columns' height in this ratio at first.
+constexpr float UPPER_BAND_WEIGHT = 1.0f;
+constexpr float LOWER_BAND_WEIGHT = 2.0f;
+constexpr int UPPER_BAND_MIN_HEIGHT = 128;
 constexpr float NEW_TRACK_LENGTH = 10.0f;
 constexpr const char* GUI = "data/core/editor/gui/";
 
@@ -39,6 +48,33 @@ template <class T>
 T* make(const char* tag, UIRoot* root)
 {
     return jNew<T>("src/ui/TrackEditor", __LINE__, tag, root);
+}
+
+UILabel* addLabel(UIElement* parent, const char* text)
+{
+    auto* label = jNew<UILabel>("src/ui/TrackEditor", __LINE__, "TrackEditor::init_layout", parent->getRoot(), text);
+    parent->addChild(label, UI_EXPAND_NONE, -1);
+    return label;
+}
+
+// Makes a vertical splitter of two bands and adds it to column.
+UISpliter* addBands(UIElement* column, UIElement* upper, UIElement* lower)
+{
+    auto* bands = jNew<UISpliter>("src/ui/TrackEditor", __LINE__, "TrackEditor::init_layout", column->getRoot(),
+                                  UI_SPLITER_VERTICAL);
+    upper->setHeightWeight(UPPER_BAND_WEIGHT);
+    lower->setHeightWeight(LOWER_BAND_WEIGHT);
+    bands->addChild(upper, UI_EXPAND_BOTH, -1);
+    bands->addChild(lower, UI_EXPAND_BOTH, -1);
+    column->addChild(bands, UI_EXPAND_BOTH, -1);
+    return bands;
+}
+
+// Copies the height weights of one band splitter's parts to the other's.
+void copyBands(const UIElement* from, UIElement* to)
+{
+    for (int i = 0; i < from->getNumChilds() && i < to->getNumChilds(); ++i)
+        to->getChild(i)->setHeightWeight(from->getChild(i)->getHeightWeight());
 }
 
 // Adds a label and a number field bound to the data hub; the field posts message after an edit.
@@ -91,34 +127,96 @@ UITimeBar* TrackEditor::make_timebar(const char* tag)
 
 void TrackEditor::init_top_left()
 {
-    auto* header = make<UIVLayout>("TrackEditor::init_top_left", getRoot());
-    header->setFixHeight(HEADER_HEIGHT);
-    m_left->addChild(header, UI_EXPAND_ACROSS, -1);
+    m_track_bar = jNew<ToolBar>("src/ui/TrackEditor", __LINE__, "TrackEditor::init_top_left", getRoot(),
+                                TOOLBAR_FONT_SIZE);
+    m_track_bar->addButton(icon("new_track").c_str(), bind(&TrackEditor::cb_new_track, this));
+    m_track_bar->addButton(icon("del_track").c_str(), bind(&TrackEditor::cb_del_track, this));
+    m_track_bar->setFixHeight(TOOLBAR_HEIGHT);
+    m_left->addChild(m_track_bar, UI_EXPAND_ACROSS, -1);
+
+    auto* upper = make<UIVLayout>("TrackEditor::init_top_left", getRoot());
+    upper->setMinHeight(UPPER_BAND_MIN_HEIGHT);
+    init_node_panel(upper);
+    auto* lower = make<UIVLayout>("TrackEditor::init_top_left", getRoot());
+    auto* beside_timebar = make<UIVLayout>("TrackEditor::init_top_left", getRoot());
+    beside_timebar->setFixHeight(TIMEBAR_HEIGHT);
+    lower->addChild(beside_timebar, UI_EXPAND_ACROSS, -1);
     jVector<UITrackRow::RowData> columns;
     columns.append({tr("E"), false});
     columns.append({tr("T"), false});
     m_rows = jNew<UITrackRowPanel>("src/ui/TrackEditor", __LINE__, "TrackEditor::init_top_left", getRoot(), columns);
-    m_left->addChild(m_rows, UI_EXPAND_BOTH, -1);
+    lower->addChild(m_rows, UI_EXPAND_BOTH, -1);
+    m_left_bands = addBands(m_left, upper, lower);
+    m_left_bands->sigSizeChanged = bind(&TrackEditor::cb_track_table_size_changed, this);
+}
+
+// The node-info grid of the current row's parameter, the hierarchy switch of a material binding and
+// the button that binds the parameter to another node; hidden while no row is current.
+void TrackEditor::init_node_panel(UIElement* parent)
+{
+    m_node_panel = make<UIVLayout>("TrackEditor::init_node_panel", getRoot());
+    auto* grid = jNew<UIGridLayout>("src/ui/TrackEditor", __LINE__, "TrackEditor::init_node_panel", getRoot(), 2);
+    grid->setColumnRatio(1, 2.0f);
+    m_node_panel->addChild(grid, UI_EXPAND_ACROSS, -1);
+    const char* tag = "TrackEditor::init_node_panel";
+    addLabel(grid, tr("name"));
+    m_node_name = jNew<UIString>("src/ui/TrackEditor", __LINE__, tag, this, nullptr, &TrackEditor::getNodeName, grid,
+                                 0, tr("name"));
+    addLabel(grid, tr("id"));
+    m_node_id = jNew<UIIntBase<int>>("src/ui/TrackEditor", __LINE__, tag, this, nullptr, &TrackEditor::getNodeID,
+                                     grid, 0, tr("id"));
+    addLabel(grid, tr("type"));
+    m_node_type = jNew<UIString>("src/ui/TrackEditor", __LINE__, tag, this, nullptr, &TrackEditor::getNodeTypeString,
+                                 grid, 0, tr("type"));
+    addLabel(grid, tr("attribute"));
+    m_node_attribute = jNew<UIString>("src/ui/TrackEditor", __LINE__, tag, this, nullptr,
+                                      &TrackEditor::getTrackDataType, grid, 0, tr("attribute"));
+    // The switch carries its own caption, so a script (and a screen reader) finds it by its text.
+    m_mat_hierarchy_ui.append(addLabel(grid, ""));
+    m_hierarchy = jNew<UIBool>("src/ui/TrackEditor", __LINE__, tag, this, &TrackEditor::setMaterialHierarchy,
+                               &TrackEditor::isMaterialHierarchy, grid, TRACK_MSG_OPTION_CHANGED,
+                               tr("apply_hierarchy"));
+    m_mat_hierarchy_ui.append(m_hierarchy->getEditor());
+    m_btn_select_node = jNew<UIButton>("src/ui/TrackEditor", __LINE__, tag, getRoot(), tr("select_node"));
+    m_btn_select_node->setTooltip(tr("tip_select_node"));
+    m_btn_select_node->sigClick = bind(&TrackEditor::cb_select_node, this);
+    m_node_panel->addChild(m_btn_select_node, UI_EXPAND_NONE, -1);
+    m_node_panel->setHidden(true);
+    parent->addChild(m_node_panel, UI_EXPAND_BOTH, -1);
 }
 
 void TrackEditor::init_top_right()
 {
-    auto* header = make<UIVLayout>("TrackEditor::init_top_right", getRoot());
-    header->setFixHeight(HEADER_HEIGHT);
-    m_right->addChild(header, UI_EXPAND_ACROSS, -1);
     m_file_bar = jNew<ToolBar>("src/ui/TrackEditor", __LINE__, "TrackEditor::init_top_right", getRoot(),
                                TOOLBAR_FONT_SIZE);
     m_file_bar->addTextButton(tr("load"), bind(&TrackEditor::cb_load_track, this));
     ToolButton* save = m_file_bar->addTextButton(tr("save"), bind(&TrackEditor::cb_save_track, this));
     save->setShortcut('S', true, false, false);
     m_file_bar->addTextButton(tr("clear"), bind(&TrackEditor::cb_clear_track, this));
-    header->addChild(m_file_bar, UI_EXPAND_ACROSS, -1);
+    m_file_bar->setFixHeight(TOOLBAR_HEIGHT);
+    m_right->addChild(m_file_bar, UI_EXPAND_ACROSS, -1);
 
+    auto* upper = make<UIVLayout>("TrackEditor::init_top_right", getRoot());
+    upper->setMinHeight(UPPER_BAND_MIN_HEIGHT);
     m_curves = jNew<UITrackCurvePanel>("src/ui/TrackEditor", __LINE__, "TrackEditor::init_top_right");
+    auto* lower = make<UIVLayout>("TrackEditor::init_top_right", getRoot());
     m_timebar_top = make_timebar("TrackEditor::init_top_right");
-    header->addChild(m_timebar_top, UI_EXPAND_BOTH, -1);
+    m_timebar_top->setFixHeight(TIMEBAR_HEIGHT);
+    lower->addChild(m_timebar_top, UI_EXPAND_ACROSS, -1);
     m_lines = jNew<UITrackLinePanel>("src/ui/TrackEditor", __LINE__, "TrackEditor::init_top_right", getRoot());
-    m_right->addChild(m_lines, UI_EXPAND_BOTH, -1);
+    lower->addChild(m_lines, UI_EXPAND_BOTH, -1);
+    m_right_bands = addBands(m_right, upper, lower);
+    m_right_bands->sigSizeChanged = bind(&TrackEditor::cb_track_lines_size_changed, this);
+}
+
+void TrackEditor::cb_track_lines_size_changed(const UIEventChanged*, UIElement*)
+{
+    copyBands(m_right_bands, m_left_bands);
+}
+
+void TrackEditor::cb_track_table_size_changed(const UIEventChanged*, UIElement*)
+{
+    copyBands(m_left_bands, m_right_bands);
 }
 
 void TrackEditor::init_bottom()

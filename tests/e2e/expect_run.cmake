@@ -2,7 +2,8 @@
 # wrote. Variables: COMMAND (the words joined by "|"), STATUS (the expected exit status), OUTPUT (a regular
 # expression the combined stdout and stderr must match, optional), FILE (a file the run must
 # leave behind, optional), COPY_FROM (a file copied to FILE before the run, optional), FILE_MATCHES
-# (a regular expression FILE's content must match after the run, optional), PLUGIN_DIR
+# (a regular expression FILE's content must match after the run, optional), FILE_EXCLUDES (one it
+# must not match, optional), PLUGIN_DIR
 # (KUVO_PLUGIN_DIR for the run, optional).
 if(DEFINED PLUGIN_DIR)
   set(ENV{KUVO_PLUGIN_DIR} "${PLUGIN_DIR}")
@@ -29,6 +30,12 @@ if(DEFINED FILE_MATCHES)
   file(READ "${FILE}" content)
   if(NOT content MATCHES "${FILE_MATCHES}")
     message(FATAL_ERROR "${FILE} does not match \"${FILE_MATCHES}\":\n${content}")
+  endif()
+endif()
+if(DEFINED FILE_EXCLUDES)
+  file(READ "${FILE}" content)
+  if(content MATCHES "${FILE_EXCLUDES}")
+    message(FATAL_ERROR "${FILE} matches \"${FILE_EXCLUDES}\":\n${content}")
   endif()
 endif()
 message(STATUS "${all}")

@@ -167,6 +167,13 @@ TEST_F(FParameterTest, ParametersWithoutEngineParameterOrDocumentAreRefused)
     EXPECT_FALSE(loose->createNew(nullptr, "Loose", true));
     expectLogged("FParameterFloat::createNew:track");
     EXPECT_EQ(engine()->getNumParameters(), 0);
+    // Binding twice would orphan the first engine parameter: the second is refused and freed.
+    FParameterFloat* made = doc()->createParameterFloat("Made");
+    TrackParameter* first = made->getTrackParameter();
+    EXPECT_FALSE(made->createNew(doc(), "Again", true));
+    expectLogged("FParameterFloat::create:already bound");
+    EXPECT_EQ(made->getTrackParameter(), first);
+    EXPECT_EQ(engine()->getNumParameters(), 1);
     auto* toggle = jNew<FParameterToggle>("tests/module/FParameterTest", __LINE__, "test");
     EXPECT_EQ(toggle->createKey(1.0f), nullptr);
     expectLogged("FParameterToggle::createKey:m_data");
@@ -233,7 +240,19 @@ TEST_F(FParameterTest, RowSwitchesDriveTheEngineAndTheCurvePanel)
     EXPECT_TRUE(vector->isEnabled(VEC3_SWIZZLE_X));
     crateZ->getRow()->toggleColumn(1);
     EXPECT_FALSE(crateZ->isCurveShown());
-    EXPECT_EQ(messages(), std::vector<int>(3, TRACK_MSG_PARAMETER_CHANGED));
+
+    // A nested track's parts are not saved on their own: both rows switch the nested track.
+    FParameterSingle* name = single(21);
+    FParameterSingle* time = single(22);
+    TrackParameter* nested = name->getParent()->getTrackParameter();
+    time->getRow()->toggleColumn(0);
+    EXPECT_FALSE(nested->isEnabled());
+    EXPECT_FALSE(name->getRow()->getState(0));
+    name->getRow()->toggleColumn(1);
+    EXPECT_TRUE(nested->isCurveShown());
+    EXPECT_TRUE(time->getRow()->getState(1));
+    EXPECT_TRUE(curves.isShown(time->getCurve()));
+    EXPECT_EQ(messages(), std::vector<int>(5, TRACK_MSG_PARAMETER_CHANGED));
 }
 
 // An axis answers for the node and material its vector is bound to.

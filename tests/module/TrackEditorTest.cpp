@@ -4,14 +4,20 @@
 #include "ModuleFixture.h"
 #include "TrackEditorMsg.h"
 #include "anim/Track.h"
+#include "anim/TrackParameter.h"
 #include "data/FKeyFloat.h"
 #include "data/FParameterFloat.h"
+#include "editor/ButtonLookup.h"
 #include "editor/ToolButton.h"
 #include "msg/MsgMngr.h"
 #include "scene/Node.h"
 #include "scene/World.h"
 #include "ui/UIAutomation.h"
+#include "ui/UIButton.h"
 #include "ui/UICanvas.h"
+#include "ui/UICheckBox.h"
+#include "ui/UIEditLine.h"
+#include "ui/UIGridLayout.h"
 #include "ui/UIScrollBox.h"
 #include "ui/UITimeBar.h"
 #include "ui/UITrackLine.h"
@@ -61,6 +67,62 @@ protected:
         m_editor->update(FRAME);
         settle();
         m_editor->update(FRAME);
+    }
+    // Queues the answers of a picker session: "choose A.b", "select A", "press key", "find text",
+    // "ok", "cancel", "yes" or "no".
+    void answer(const std::vector<std::string>& answers)
+    {
+        UIAutomation* automation = root()->getAutomation();
+        for (const std::string& a : answers) {
+            const size_t space = a.find(' ');
+            const std::string verb = a.substr(0, space);
+            const std::string arg = space == std::string::npos ? "" : a.substr(space + 1);
+            if (verb == "choose")
+                automation->answerTreeItem(arg.c_str());
+            else if (verb == "select")
+                automation->answerSelectItem(arg.c_str());
+            else if (verb == "press")
+                automation->answerButton(arg.c_str());
+            else if (verb == "ok" || verb == "yes")
+                verb == "ok" ? automation->answerOk() : automation->answerYes();
+            else
+                verb == "no" ? automation->answerNo() : automation->answerCancel();
+        }
+    }
+    // Makes row i current and selected as a click would.
+    void selectRow(int i)
+    {
+        rows()->select(rows()->getRows()[i]);
+        MsgMngr::get()->notifyHelper(TRACK_MSG_ROW_SELECTION);
+        frame();
+    }
+    // What the node panel shows: the texts of its fields, or nothing while it is hidden.
+    std::vector<std::string> nodeInfo() const
+    {
+        const UIElement* grid = find<UIGridLayout>(m_editor);
+        std::vector<std::string> texts;
+        for (int i = 0; grid && !grid->getParent()->isHidden() && i < grid->getNumChilds(); ++i)
+            if (const auto* field = dynamic_cast<const UIEditLine*>(grid->getChild(i)))
+                texts.push_back(field->getText().c_str());
+        return texts;
+    }
+    template <class T>
+    static const T* find(const UIElement* e)
+    {
+        if (const auto* found = dynamic_cast<const T*>(e))
+            return found;
+        for (int i = 0; i < e->getNumChilds(); ++i)
+            if (const T* found = find<T>(e->getChild(i)))
+                return found;
+        return nullptr;
+    }
+    bool shown(const char* name) const
+    {
+        const UIElement* e = ButtonLookup::find(m_editor, name);
+        for (; e; e = e->getParent())
+            if (e->isHidden())
+                return false;
+        return true;
     }
     UITimeBar* bar() const { return static_cast<UITimeBar*>(m_editor->findView("timebar")->getParent()); }
     UITrackRowPanel* rows() const { return UITrackRowPanel::get(); }
@@ -314,4 +376,101 @@ TEST_F(TrackEditorTest, ASelectionInOneViewIsEveryViews)
     EXPECT_EQ(doc()->getSelectedParameters().size(), 1);
     EXPECT_TRUE(doc()->getSelectedParameters().contains(x));
     EXPECT_NE(title().find("*"), -1);
+}
+
+// Each way of adding a parameter, answered as a user would: the parameter is bound to what the
+// pickers chose, and its rows read as they will when the file is opened again. Cancelling any
+// picker, or choosing a material parameter no track can animate, adds nothing and changes nothing.
+TEST_F(TrackEditorTest, NewParametersAreBoundToWhatThePickersChose)
+{
+    struct Case {
+        std::vector<std::string> answers;
+        const char* type; // null: nothing is added
+        int node, internal;
+        const char* row;
+    };
+    const Case cases[] = {
+        {{"choose Node.position", "choose Crate"}, "Node.position", 20, -1, "position"},
+        {{"choose Light.color", "choose Spot"}, "Light.color", 5, -1, "color"},
+        {{"choose Camera.fov", "choose __EDITOR_CAMERA__"}, "Camera.fov", World::EDITOR_CAMERA_ID, -1, "fov"},
+        {{"choose Node.enabled", "select Lamp.001", "press internal_node", "choose LampBulb"}, "Node.enabled", 13, 15,
+         "enabled"},
+        {{"choose Render.exposure"}, "Render.exposure", -1, -1, "exposure"},
+        {{"choose Track.play"}, "Track.play", -1, -1, "Name"},
+        {{"choose Material.float", "choose surface.metal", "choose roughness"}, "Material.float", -1, -1, "roughness"},
+        {{"choose Material.vec3", "choose surface", "choose specular_tint"}, "Material.vec3", -1, -1, "specular_tint"},
+        {{"cancel"}, nullptr, 0, 0, nullptr},
+        {{"choose Node", "ok"}, nullptr, 0, 0, nullptr},
+        {{"choose Node.position", "cancel"}, nullptr, 0, 0, nullptr},
+        {{"choose Node.position", "select Lamp", "press internal_node", "cancel"}, nullptr, 0, 0, nullptr},
+        {{"choose Material.float", "cancel"}, nullptr, 0, 0, nullptr},
+        {{"choose Material.float", "choose surface", "cancel"}, nullptr, 0, 0, nullptr},
+        {{"choose Material.float", "choose surface", "choose uv_scale", "ok"}, nullptr, 0, 0, nullptr},
+    };
+    m_editor->setWorld(demoWorld());
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.answers.front() + " ... " + c.answers.back());
+        AppData::get()->reset();
+        clearMessages();
+        answer(c.answers);
+        button("new_track")->click();
+        EXPECT_EQ(root()->getAutomation()->pendingAnswers(), 0);
+        if (!c.type) {
+            EXPECT_TRUE(AppData::get()->isEmpty());
+            EXPECT_TRUE(messages().empty());
+            continue;
+        }
+        ASSERT_EQ(engine()->getNumParameters(), 1);
+        const TrackParameter* made = engine()->getParameter(0);
+        EXPECT_EQ(made->getTypeName(), c.type);
+        EXPECT_EQ(made->getNodeID(), c.node);
+        EXPECT_EQ(made->getInternalNodeID(), c.internal);
+        EXPECT_EQ(single(0)->getRow()->getName(), c.row);
+        EXPECT_EQ(messages(), std::vector<int>{TRACK_MSG_PARAMETER_NEW});
+    }
+    EXPECT_EQ(engine()->getParameter(0)->getMaterialName(), "surface");
+}
+
+// The node panel shows the current row's binding. "select_node" binds the row's parameter (a vector
+// through any of its axes) to another node; deleting asks first and takes a vector with all its axes.
+TEST_F(TrackEditorTest, TheCurrentRowsParameterIsShownReboundAndDeleted)
+{
+    loadDemo();
+    frame();
+    EXPECT_TRUE(nodeInfo().empty());
+    selectRow(1);
+    EXPECT_EQ(nodeInfo(), (std::vector<std::string>{"Crate", "20", "ObjectMesh", "Node.position"}));
+    EXPECT_TRUE(shown("select_node"));
+    EXPECT_FALSE(shown("apply_hierarchy"));
+    clearMessages();
+    answer({"choose Pillar"});
+    static_cast<UIButton*>(ButtonLookup::find(m_editor, "select_node"))->click();
+    frame();
+    EXPECT_EQ(doc()->getParameters()[0]->getTrackParameter()->getNodeID(), 2);
+    EXPECT_EQ(nodeInfo()[0], "Pillar");
+    EXPECT_EQ(messages(), std::vector<int>{TRACK_MSG_BINDING_CHANGED});
+
+    selectRow(16); // the metal's roughness
+    EXPECT_EQ(nodeInfo(), (std::vector<std::string>{"roughness", "-1", "Material", "Material.float"}));
+    EXPECT_FALSE(shown("select_node"));
+    ASSERT_TRUE(shown("apply_hierarchy"));
+    static_cast<UICheckBox*>(ButtonLookup::find(m_editor, "apply_hierarchy"))->click();
+    EXPECT_TRUE(single(16)->isMaterialHierarchy());
+
+    const int before = engine()->getNumParameters();
+    selectRow(2); // an axis of the crate's position
+    answer({"no"});
+    button("del_track")->click();
+    EXPECT_EQ(engine()->getNumParameters(), before);
+    answer({"yes"});
+    clearMessages();
+    button("del_track")->click();
+    EXPECT_EQ(engine()->getNumParameters(), before - 1);
+    EXPECT_EQ(doc()->getSingleParameters().size(), 20);
+    EXPECT_EQ(rows()->getRows().size(), 20);
+    EXPECT_EQ(messages(), std::vector<int>{TRACK_MSG_PARAMETER_DELETED});
+    frame();
+    EXPECT_TRUE(nodeInfo().empty());
+    button("del_track")->click(); // nothing selected: nothing asked, nothing deleted
+    EXPECT_EQ(engine()->getNumParameters(), before - 1);
 }

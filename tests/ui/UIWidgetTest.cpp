@@ -1,6 +1,4 @@
 #include "UIFixture.h"
-#include "editor/DataDir.h"
-#include "editor/Locale.h"
 #include "kit/jAllocator.h"
 #include "ui/DialogColor.h"
 #include "ui/UIAutomation.h"
@@ -26,7 +24,7 @@ public:
         addChild(m_search, UI_EXPAND_ACROSS);
         m_tree = jNew<UITreeBox>("tests/ui", __LINE__, "PickPanel", root);
         addChild(m_tree, UI_EXPAND_BOTH);
-        m_internal = jNew<UIButton>("tests/ui", __LINE__, "PickPanel", root, tr("internal_node"));
+        m_internal = jNew<UIButton>("tests/ui", __LINE__, "PickPanel", root, "Internal node");
         m_internal->setHidden(true);
         getButtonRow()->addChild(m_internal);
         fill();
@@ -81,11 +79,6 @@ private:
 
 class UIWidgetTest : public UIFixture {
 protected:
-    void SetUp() override
-    {
-        UIFixture::SetUp();
-        DataDir::set(KUVO_DATA_DIR); // the pickers' texts
-    }
     // Runs a picker modally as the editor does and returns whether a name was chosen.
     bool pick(std::string& result)
     {
@@ -135,7 +128,7 @@ TEST_F(UIWidgetTest, ScriptsSelectPressSearchAndPictureAnOpenPicker)
     std::string result;
     hook()->answerScreenshot(dir.file("picker.png").c_str());
     hook()->answerSelectItem("Node");
-    hook()->answerButton("internal_node");
+    hook()->answerButton("Internal node");
     EXPECT_TRUE(pick(result));
     EXPECT_EQ(result, "Node");
     vec4 corner;
@@ -159,9 +152,9 @@ TEST_F(UIWidgetTest, AMissingOrUnfitAnswerClosesThePickerAndSaysSo)
     hook()->answerFile("/tmp/a.anim");
     EXPECT_FALSE(pick(result));
     expectLogged("UIWidget::modality:a file answer does not fit \"select_data_type\"");
-    hook()->answerButton("internal_node"); // hidden until a branch is current
+    hook()->answerButton("Internal node"); // hidden until a branch is current
     EXPECT_FALSE(pick(result));
-    expectLogged("UIWidget::modality:no button \"internal_node\" shown in \"select_data_type\"");
+    expectLogged("UIWidget::modality:no button \"Internal node\" shown in \"select_data_type\"");
     hook()->answerScreenshot("/nonexistent/picker.png");
     EXPECT_FALSE(pick(result));
     expectLogged("cannot write screenshot \"/nonexistent/picker.png\"");
