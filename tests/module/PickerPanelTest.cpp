@@ -1,7 +1,10 @@
 #include <string>
 #include <vector>
 
-#include "ModuleFixture.h"
+#include "LinePanelFixture.h"
+#include "TrackEditorMsg.h"
+#include "data/FKeyString.h"
+#include "data/FParameterStringMaterial.h"
 #include "editor/Locale.h"
 #include "scene/Engine.h"
 #include "scene/World.h"
@@ -249,4 +252,29 @@ TEST_F(PickerPanelTest, APrefabIsBlueAndOffersItsInternalNodes)
         EXPECT_EQ(node, -1);
         EXPECT_EQ(shown()->getParent(), nullptr); // closed
     }
+}
+
+using PickerKeyTest = LinePanelFixture;
+
+// A double click on a named material key clears it; on an empty one it picks a material for the
+// key, and a cancelled pick leaves the key empty.
+TEST_F(PickerKeyTest, AnEmptyMaterialKeyPicksAMaterial)
+{
+    ASSERT_TRUE(loadSample("demo.anim"));
+    clearMessages();
+    auto* parameter = static_cast<FParameterStringMaterial*>(single(13));
+    ASSERT_EQ(parameter->getTypeName(), "Object.material");
+    auto* key = static_cast<FKeyString*>(parameter->getKey(0));
+    const struct {
+        std::vector<std::string> answers;
+        const char* value;
+    } cases[] = {{{}, ""}, {{"Cancel"}, ""}, {{"surface.brick.brick_mossy"}, "brick_mossy"}, {{}, ""}};
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.value);
+        queue(root()->getAutomation(), c.answers);
+        key->getLineKey()->onDClick();
+        EXPECT_EQ(key->getValue(), c.value);
+        EXPECT_EQ(parameter->engine_parameter()->getKey(0).value, c.value);
+    }
+    EXPECT_EQ(messages(), std::vector<int>(3, TRACK_MSG_KEYS_CHANGED));
 }
