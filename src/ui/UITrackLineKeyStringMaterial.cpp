@@ -1,7 +1,11 @@
 #include "ui/UITrackLineKeyStringMaterial.h"
 
 #include "data/FKeyString.h"
-#include "kit/jLog.h"
+#include "data/FParameterSingle.h"
+#include "kit/jAllocator.h"
+#include "ui/MaterialSelectPanel.h"
+#include "ui/PickerDialog.h"
+#include "ui/UITrackLinePanel.h"
 
 void UITrackLineKeyStringMaterial::onDClick()
 {
@@ -9,7 +13,15 @@ void UITrackLineKeyStringMaterial::onDClick()
         set_text(jString());
         return;
     }
-    // Picking a material for an empty key needs the material picker, which the editor does not
-    // have yet; the key is left as it is.
-    jLog::warning("%s:%s", "UITrackLineKeyStringMaterial::onDClick", "no material picker");
+    UITrackLinePanel* panel = UITrackLinePanel::get();
+    if (!panel)
+        return;
+    bool chosen = false;
+    jString material;
+    auto* picker = jNew<MaterialSelectPanel>("src/ui/UITrackLineKeyStringMaterial", __LINE__,
+                                             "UITrackLineKeyStringMaterial::onDClick", panel->getRoot(),
+                                             getKey()->getParameter()->getTypeName(), &chosen, &material);
+    runPickerDialog(panel->getRoot(), picker, "select_material", "UITrackLineKeyStringMaterial::onDClick");
+    if (chosen)
+        set_text(material);
 }
