@@ -24,6 +24,7 @@ PickerPanel::PickerPanel(UIRoot* root)
     setPreferredSize(PREFERRED_WIDTH, PREFERRED_HEIGHT);
     auto* searchRow = jNew<UIHLayout>(FILE_TAG, __LINE__, "PickerPanel::PickerPanel", root, 4, 0);
     searchRow->setFixHeight(SEARCH_ROW_HEIGHT);
+    searchRow->setContentAligns(UI_ALIGN_CENTER);
     addChild(searchRow, UI_EXPAND_ACROSS);
     searchRow->addChild(jNew<UILabel>(FILE_TAG, __LINE__, "PickerPanel::PickerPanel", root, tr("find")));
     searchRow->addChild(m_search, UI_EXPAND_BOTH);

@@ -8,6 +8,7 @@
 #include "data/FKeyFloat.h"
 #include "data/FParameterFloat.h"
 #include "editor/ButtonLookup.h"
+#include "editor/Locale.h"
 #include "editor/ToolButton.h"
 #include "msg/MsgMngr.h"
 #include "scene/Node.h"
@@ -82,7 +83,7 @@ protected:
             else if (verb == "select")
                 automation->answerSelectItem(arg.c_str());
             else if (verb == "press")
-                automation->answerButton(arg.c_str());
+                automation->answerButton(tr(arg.c_str()));
             else if (verb == "ok" || verb == "yes")
                 verb == "ok" ? automation->answerOk() : automation->answerYes();
             else
@@ -388,24 +389,27 @@ TEST_F(TrackEditorTest, NewParametersAreBoundToWhatThePickersChose)
         const char* type; // null: nothing is added
         int node, internal;
         const char* row;
+        const char* material;
     };
     const Case cases[] = {
-        {{"choose Node.position", "choose Crate"}, "Node.position", 20, -1, "position"},
-        {{"choose Light.color", "choose Spot"}, "Light.color", 5, -1, "color"},
-        {{"choose Camera.fov", "choose __EDITOR_CAMERA__"}, "Camera.fov", World::EDITOR_CAMERA_ID, -1, "fov"},
+        {{"choose Node.position", "choose Crate"}, "Node.position", 20, -1, "position", ""},
+        {{"choose Light.color", "choose Spot"}, "Light.color", 5, -1, "color", ""},
+        {{"choose Camera.fov", "choose __EDITOR_CAMERA__"}, "Camera.fov", World::EDITOR_CAMERA_ID, -1, "fov", ""},
         {{"choose Node.enabled", "select Lamp.001", "press internal_node", "choose LampBulb"}, "Node.enabled", 13, 15,
-         "enabled"},
-        {{"choose Render.exposure"}, "Render.exposure", -1, -1, "exposure"},
-        {{"choose Track.play"}, "Track.play", -1, -1, "Name"},
-        {{"choose Material.float", "choose surface.metal", "choose roughness"}, "Material.float", -1, -1, "roughness"},
-        {{"choose Material.vec3", "choose surface", "choose specular_tint"}, "Material.vec3", -1, -1, "specular_tint"},
-        {{"cancel"}, nullptr, 0, 0, nullptr},
-        {{"choose Node", "ok"}, nullptr, 0, 0, nullptr},
-        {{"choose Node.position", "cancel"}, nullptr, 0, 0, nullptr},
-        {{"choose Node.position", "select Lamp", "press internal_node", "cancel"}, nullptr, 0, 0, nullptr},
-        {{"choose Material.float", "cancel"}, nullptr, 0, 0, nullptr},
-        {{"choose Material.float", "choose surface", "cancel"}, nullptr, 0, 0, nullptr},
-        {{"choose Material.float", "choose surface", "choose uv_scale", "ok"}, nullptr, 0, 0, nullptr},
+         "enabled", ""},
+        {{"choose Render.exposure"}, "Render.exposure", -1, -1, "exposure", ""},
+        {{"choose Track.play"}, "Track.play", -1, -1, "Name", ""},
+        {{"choose Material.float", "choose surface.metal", "choose roughness"}, "Material.float", -1, -1, "roughness",
+         "metal"},
+        {{"choose Material.vec3", "choose surface", "choose specular_tint"}, "Material.vec3", -1, -1, "specular_tint",
+         "surface"},
+        {{"cancel"}, nullptr, 0, 0, nullptr, nullptr},
+        {{"choose Node", "ok"}, nullptr, 0, 0, nullptr, nullptr},
+        {{"choose Node.position", "cancel"}, nullptr, 0, 0, nullptr, nullptr},
+        {{"choose Node.position", "select Lamp", "press internal_node", "cancel"}, nullptr, 0, 0, nullptr, nullptr},
+        {{"choose Material.float", "cancel"}, nullptr, 0, 0, nullptr, nullptr},
+        {{"choose Material.float", "choose surface", "cancel"}, nullptr, 0, 0, nullptr, nullptr},
+        {{"choose Material.float", "choose surface", "choose uv_scale", "ok"}, nullptr, 0, 0, nullptr, nullptr},
     };
     m_editor->setWorld(demoWorld());
     for (const Case& c : cases) {
@@ -425,10 +429,10 @@ TEST_F(TrackEditorTest, NewParametersAreBoundToWhatThePickersChose)
         EXPECT_EQ(made->getTypeName(), c.type);
         EXPECT_EQ(made->getNodeID(), c.node);
         EXPECT_EQ(made->getInternalNodeID(), c.internal);
+        EXPECT_EQ(made->getMaterialName(), c.material);
         EXPECT_EQ(single(0)->getRow()->getName(), c.row);
         EXPECT_EQ(messages(), std::vector<int>{TRACK_MSG_PARAMETER_NEW});
     }
-    EXPECT_EQ(engine()->getParameter(0)->getMaterialName(), "surface");
 }
 
 // The node panel shows the current row's binding. "select_node" binds the row's parameter (a vector
