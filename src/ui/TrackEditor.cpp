@@ -120,9 +120,11 @@ void TrackEditor::advance_time(float dt)
 // only for a material parameter.
 void TrackEditor::update_node_panel()
 {
-    if (!m_node_panel)
-        return; // released
     const FParameter* param = selected_parameter();
+    if (!m_node_panel || (param == m_node_panel_shows && !m_node_panel_stale))
+        return;
+    m_node_panel_shows = param;
+    m_node_panel_stale = false;
     if (!param) {
         m_node_panel->setHidden(true);
         return;

@@ -160,6 +160,10 @@ private:
     UIString* m_node_attribute = nullptr;
     UIBool* m_hierarchy = nullptr;
     jVector<UIElement*> m_mat_hierarchy_ui;
+    // The parameter the node panel shows, and whether its binding changed since it was shown; the
+    // panel reads the binding again only then (a missing node is logged once, not every frame).
+    const FParameter* m_node_panel_shows = nullptr;
+    bool m_node_panel_stale = true;
     // The last texts the node-info accessors composed; they return references into these.
     mutable jString m_node_name_text;
     mutable jString m_node_type_text;

@@ -46,34 +46,30 @@ void pick(UIRoot* root, const char* titleKey, const char* tag, Args&&... args)
 }
 
 // The parameter kind that animates a material parameter of this type code and component count, or
-// -1 after telling the user (or the log) why none does.
+// -1 after telling the user (a vector of another size) or the log why none does.
 int materialKind(int code, int components, UIRoot* root)
 {
-    const char* function = "TrackEditor::select_material_helper";
-    switch (code) {
-    case MaterialParameter::VECTOR:
-        if (components == 1)
-            return TRACK_PARAMETER_FLOAT;
-        if (components == 3 || components == 4)
-            return components == 3 ? TRACK_PARAMETER_VEC3 : TRACK_PARAMETER_COLOR;
+    const int kind = TrackReg::MaterialParameterKind(code, components);
+    if (kind >= 0)
+        return kind;
+    if (code == MaterialParameter::VECTOR) {
         msgBox(tr("not_supported"), tr("warning"), root, false);
         return -1;
-    case MaterialParameter::COLOR:
-    case MaterialParameter::COLOR_HDR:
-        if (components == 3 || components == 4)
-            return components == 3 ? TRACK_PARAMETER_VEC3 : TRACK_PARAMETER_COLOR;
-        break;
-    case MaterialParameter::SLIDER:
-    case MaterialParameter::ANGLE:
-        return TRACK_PARAMETER_FLOAT;
-    case MaterialParameter::DIRECTION:
-        return TRACK_PARAMETER_VEC3;
-    default:
-        jLog::fatal("%s:material param type not supported \"%d\"", function, code);
-        break;
     }
+    const char* function = "TrackEditor::select_material_helper";
+    if (code != MaterialParameter::COLOR && code != MaterialParameter::COLOR_HDR)
+        jLog::fatal("%s:material param type not supported \"%d\"", function, code);
     jLog::error("%s:%s", function, "0");
     return -1;
+}
+
+// The registration of a type name; null, logged as "<function>:r", when the type is not registered.
+const TrackReg* registration(const jString& type, const char* function)
+{
+    const TrackReg* reg = Track::GetRegByName(type);
+    if (!reg)
+        jLog::error("%s:%s", function, "r");
+    return reg;
 }
 
 // The node an unbound parameter stands for is the world itself: its registration names the
@@ -144,17 +140,15 @@ void TrackEditor::change_node(FParameter* param)
 {
     const char* function = "TrackEditor::change_node";
     const jString type = param->getTypeName();
-    const TrackReg* reg = Track::GetRegByName(type);
     NodeChoice choice;
     if (!pick_node(type, choice))
         return;
     Node* node = m_world ? m_world->getNodeByID(choice.node) : nullptr;
     if (choice.internal && !pick_internal_node(node, type, choice, function))
         return;
-    if (!reg) {
-        jLog::error("%s:%s", function, "r");
+    const TrackReg* reg = registration(type, function);
+    if (!reg)
         return;
-    }
     TrackParameter* engine = binding_target(param, reg->getType(), function);
     if (!engine)
         return;
@@ -173,16 +167,11 @@ void TrackEditor::change_material(FParameter* param)
 {
     const char* function = "TrackEditor::change_material";
     const jString type = param->getTypeName();
-    const TrackReg* reg = Track::GetRegByName(type);
     bool chosen = false;
     jString material;
-    pick<MaterialSelectPanel>(getRoot(), "select_node", "TrackEditor::change_material", type, &chosen, &material);
-    if (!chosen)
+    pick<MaterialSelectPanel>(getRoot(), "select_node", function, type, &chosen, &material);
+    if (!chosen || !registration(type, function))
         return;
-    if (!reg) {
-        jLog::error("%s:%s", function, "r");
-        return;
-    }
     TrackParameter* engine = binding_target(param, param->getType(), function);
     if (!engine)
         return;
@@ -209,11 +198,9 @@ TrackParameter* TrackEditor::gen_param(TRACK_PARAMETER_TYPE kind, const jString&
 void TrackEditor::select_node_helper(const jString& type)
 {
     const char* function = "TrackEditor::select_node_helper";
-    const TrackReg* reg = Track::GetRegByName(type);
-    if (!reg) {
-        jLog::error("%s:%s", function, "r");
+    const TrackReg* reg = registration(type, function);
+    if (!reg)
         return;
-    }
     NodeChoice choice;
     if (!pick_node(type, choice))
         return;
@@ -239,10 +226,8 @@ void TrackEditor::select_node_helper(const jString& type)
 void TrackEditor::select_material_helper(const jString& type)
 {
     const char* function = "TrackEditor::select_material_helper";
-    if (!Track::GetRegByName(type)) {
-        jLog::error("%s:%s", function, "r");
+    if (!registration(type, function))
         return;
-    }
     bool chosen = false;
     jString name;
     pick<MaterialSelectPanel>(getRoot(), "select_material", function, type, &chosen, &name);

@@ -76,6 +76,7 @@ void TrackEditor::processMsg(UiMsg* msg)
     case TRACK_MSG_OPTION_CHANGED:
     case TRACK_MSG_BINDING_CHANGED:
     case TRACK_MSG_PARAMETER_CHANGED:
+        m_node_panel_stale = true;
         set_window_modified(true);
         break;
     case TRACK_MSG_KEYS_CHANGED:
@@ -107,9 +108,11 @@ void TrackEditor::processMsg(UiMsg* msg)
         set_window_modified(false);
         break;
     case TRACK_MSG_LOADED:
+        m_node_panel_stale = true;
         on_track_loaded();
         break;
     default: // TRACK_MSG_CLEARED is the host's
+        m_node_panel_stale = true;
         break;
     }
 }

@@ -410,6 +410,7 @@ TEST_F(TrackEditorTest, NewParametersAreBoundToWhatThePickersChose)
         {{"choose Material.float", "cancel"}, nullptr, 0, 0, nullptr, nullptr},
         {{"choose Material.float", "choose surface", "cancel"}, nullptr, 0, 0, nullptr, nullptr},
         {{"choose Material.float", "choose surface", "choose uv_scale", "ok"}, nullptr, 0, 0, nullptr, nullptr},
+        {{"choose Material.float", "choose glass", "choose cull_mode"}, nullptr, 0, 0, nullptr, nullptr},
     };
     m_editor->setWorld(demoWorld());
     for (const Case& c : cases) {
@@ -433,6 +434,7 @@ TEST_F(TrackEditorTest, NewParametersAreBoundToWhatThePickersChose)
         EXPECT_EQ(single(0)->getRow()->getName(), c.row);
         EXPECT_EQ(messages(), std::vector<int>{TRACK_MSG_PARAMETER_NEW});
     }
+    expectLogged("TrackEditor::select_material_helper:material param type not supported \"5\"");
 }
 
 // The node panel shows the current row's binding. "select_node" binds the row's parameter (a vector
