@@ -1,9 +1,11 @@
 #include "ui/UIWidget.h"
 
+#include <QApplication>
 #include <QCloseEvent>
 #include <QDialog>
 #include <QEventLoop>
 #include <QKeyEvent>
+#include <QPointer>
 #include <QVBoxLayout>
 
 #include "UINative.h"
@@ -202,6 +204,8 @@ void UIWidget::modality()
         return;
     }
     QWidget* w = nativeWidget(this);
+    // The window that was active gets the activation (and with it the keyboard focus) back.
+    QPointer<QWidget> before = QApplication::activeWindow();
     w->setWindowModality(Qt::ApplicationModal);
     w->show();
     QEventLoop loop;
@@ -215,6 +219,8 @@ void UIWidget::modality()
         loop.exec();
     state()->loop = nullptr;
     w->setWindowModality(Qt::NonModal);
+    if (before && before != w)
+        before->activateWindow();
 }
 
 void UIWidget::close()

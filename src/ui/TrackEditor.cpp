@@ -160,8 +160,10 @@ void TrackEditor::clear_selected()
 
 bool TrackEditor::onKeyPress(const UIEventKey* e)
 {
-    if (e->key == UI_KEY_DELETE)
+    if (e->key == UI_KEY_DELETE) {
+        delete_key();
         MsgMngr::get()->notifyHelper(TRACK_MSG_KEYS_DELETED);
+    }
     return UIWindow::onKeyPress(e);
 }
 

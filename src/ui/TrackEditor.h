@@ -45,7 +45,8 @@ public:
     void update(float dt) override;
     // Closes the settings dialog and releases the widget tree.
     void release() override;
-    // The delete key (260) posts 204; every key then goes on to the window's elements.
+    // The delete key (260) deletes the selected keys and posts 204; every key then goes on to the
+    // window's elements.
     bool onKeyPress(const UIEventKey* e) override;
     // Brings the title, the modified mark and the played time up to date after a host message.
     void processMsg(UiMsg* msg) override;
@@ -84,6 +85,7 @@ private:
     void init_layout();
     void init_top_left();
     void init_node_panel(UIElement* parent);
+    void init_key_bar(UIElement* bar);
     void init_top_right();
     void init_bottom();
     void show_document();
@@ -93,6 +95,7 @@ private:
     void on_track_loaded();
     void on_keys_changed();
     void on_range_changed();
+    void refresh_settings();
     void on_time_changed();
     void on_key_made(UiMsg* msg);
     void on_selection_lists();
@@ -104,7 +107,22 @@ private:
     void cb_track_table_size_changed(const UIEventChanged* e, UIElement* sender);
 
     void update_node_panel();
+
+    // Key commands and the key fields (TrackEditorKeys.cpp).
+    void cb_make_key(const UIEventMouse* e, UIElement* sender);
+    void cb_del_key(const UIEventMouse* e, UIElement* sender);
+    void cb_key_const(const UIEventMouse* e, UIElement* sender);
+    void cb_key_linear(const UIEventMouse* e, UIElement* sender);
+    void cb_key_smooth(const UIEventMouse* e, UIElement* sender);
+    void cb_key_break(const UIEventMouse* e, UIElement* sender);
+    void cb_key_auto(const UIEventMouse* e, UIElement* sender);
+    void delete_key();
     void clear_selected();
+    void setSelectedKeysType(TRACK_KEY_TYPE kind);
+    float getSelectedKeysValue() const;
+    void setSelectedKeysValue(float value);
+    float getSelectedKeysTime() const;
+    void setSelectedKeysTime(float t);
 
     // Binding parameters to nodes and materials (TrackEditorBinding.cpp).
     void cb_select_node(const UIEventMouse* e, UIElement* sender);
@@ -173,6 +191,7 @@ private:
     UITrackLinePanel* m_lines = nullptr;
     UITrackCurvePanel* m_curves = nullptr;
     ToolBar* m_file_bar = nullptr;
+    ToolBar* m_key_bar = nullptr;
     ToolBar* m_settings_bar = nullptr;
     ToolBar* m_play_bar = nullptr;
     ToolButton* m_btn_loop = nullptr;

@@ -28,13 +28,14 @@ constexpr int TOOLBAR_FONT_SIZE = 16;
 constexpr int TOOLBAR_HEIGHT = 32;
 // Wide enough for the longest text of a float time, such as "-12.345678", without scrolling.
 constexpr int FIELD_WIDTH = 92;
+constexpr int KEY_FIELD_WIDTH = 64;
 // The height of the time bar above the key lines, and of the space above the row tree beside it.
 constexpr int TIMEBAR_HEIGHT = 40;
 constexpr int BOTTOM_TIMEBAR_HEIGHT = 32;
 // The upper band (node panel, file commands) and the lower band (rows, key lines) share the
 // columns' height in this ratio at first.
 constexpr float UPPER_BAND_WEIGHT = 1.0f;
-constexpr float LOWER_BAND_WEIGHT = 2.0f;
+constexpr float LOWER_BAND_WEIGHT = 3.0f;
 constexpr int UPPER_BAND_MIN_HEIGHT = 128;
 constexpr float NEW_TRACK_LENGTH = 10.0f;
 constexpr const char* GUI = "data/core/editor/gui/";
@@ -77,16 +78,24 @@ void copyBands(const UIElement* from, UIElement* to)
         to->getChild(i)->setHeightWeight(from->getChild(i)->getHeightWeight());
 }
 
-// Adds a label and a number field bound to the data hub; the field posts message after an edit.
+// Adds a label and a number field width pixels wide, named name and bound to an owner's getter and
+// setter; the field posts message after an edit (none when 0).
+template <class C, class S, class G>
+UIFloat* addField(UIElement* row, const char* key, C* owner, S setter, G getter, int message, const char* name,
+                  int width)
+{
+    addLabel(row, tr(key));
+    auto* field = jNew<UIFloat>("src/ui/TrackEditor", __LINE__, "TrackEditor::init_layout", owner, setter, getter, row,
+                                message, name);
+    field->getEditor()->setFixWidth(width);
+    return field;
+}
+
+// A number field of the data hub in the bottom row.
 template <class S, class G>
 UIFloat* addHubField(UIElement* row, const char* key, S setter, G getter, int message)
 {
-    row->addChild(jNew<UILabel>("src/ui/TrackEditor", __LINE__, "TrackEditor::init_bottom", row->getRoot(), tr(key)),
-                  UI_EXPAND_NONE, -1);
-    auto* field = jNew<UIFloat>("src/ui/TrackEditor", __LINE__, "TrackEditor::init_bottom", AppData::get(), setter,
-                                getter, row, message, "");
-    field->getEditor()->setFixWidth(FIELD_WIDTH);
-    return field;
+    return addField(row, key, AppData::get(), setter, getter, message, "", FIELD_WIDTH);
 }
 
 } // namespace
@@ -187,14 +196,18 @@ void TrackEditor::init_node_panel(UIElement* parent)
 
 void TrackEditor::init_top_right()
 {
+    auto* bar = make<UIHLayout>("TrackEditor::init_top_right", getRoot());
+    bar->setContentAligns(UI_ALIGN_CENTER);
+    bar->setFixHeight(TOOLBAR_HEIGHT);
+    m_right->addChild(bar, UI_EXPAND_ACROSS, -1);
+    init_key_bar(bar);
     m_file_bar = jNew<ToolBar>("src/ui/TrackEditor", __LINE__, "TrackEditor::init_top_right", getRoot(),
                                TOOLBAR_FONT_SIZE);
     m_file_bar->addTextButton(tr("load"), bind(&TrackEditor::cb_load_track, this));
     ToolButton* save = m_file_bar->addTextButton(tr("save"), bind(&TrackEditor::cb_save_track, this));
     save->setShortcut('S', true, false, false);
     m_file_bar->addTextButton(tr("clear"), bind(&TrackEditor::cb_clear_track, this));
-    m_file_bar->setFixHeight(TOOLBAR_HEIGHT);
-    m_right->addChild(m_file_bar, UI_EXPAND_ACROSS, -1);
+    bar->addChild(m_file_bar, UI_EXPAND_NONE, -1);
 
     auto* upper = make<UIVLayout>("TrackEditor::init_top_right", getRoot());
     upper->setMinHeight(UPPER_BAND_MIN_HEIGHT);
@@ -207,6 +220,32 @@ void TrackEditor::init_top_right()
     lower->addChild(m_lines, UI_EXPAND_BOTH, -1);
     m_right_bands = addBands(m_right, upper, lower);
     m_right_bands->sigSizeChanged = bind(&TrackEditor::cb_track_lines_size_changed, this);
+}
+
+// The key commands and the selected keys' time ("t") and value. The view-fitting buttons wait,
+// disabled, for the curve view they fit.
+void TrackEditor::init_key_bar(UIElement* bar)
+{
+    m_key_bar = jNew<ToolBar>("src/ui/TrackEditor", __LINE__, "TrackEditor::init_key_bar", getRoot(),
+                              TOOLBAR_FONT_SIZE);
+    for (const char* arrange : {"arrange_x", "arrange_y", "arrange_xy"})
+        m_key_bar->addButton(icon(arrange).c_str(), UISlot<UIEventMouse>())->setEnabled(false);
+    m_key_bar->addSpacer();
+    m_key_bar->addButton(icon("key_remove").c_str(), bind(&TrackEditor::cb_del_key, this));
+    m_key_bar->addButton(icon("key").c_str(), bind(&TrackEditor::cb_make_key, this))->setShortcut('K', true, false, false);
+    m_key_bar->addSpacer();
+    m_key_bar->addButton(icon("key_constant").c_str(), bind(&TrackEditor::cb_key_const, this));
+    m_key_bar->addButton(icon("key_linear").c_str(), bind(&TrackEditor::cb_key_linear, this));
+    m_key_bar->addButton(icon("key_smooth").c_str(), bind(&TrackEditor::cb_key_smooth, this));
+    m_key_bar->addButton(icon("key_break").c_str(), bind(&TrackEditor::cb_key_break, this));
+    m_key_bar->addButton(icon("key_auto").c_str(), bind(&TrackEditor::cb_key_auto, this));
+    m_key_bar->addSpacer();
+    bar->addChild(m_key_bar, UI_EXPAND_NONE, -1);
+    // The commands post their own messages.
+    m_fields.append(addField(bar, "time", this, &TrackEditor::setSelectedKeysTime, &TrackEditor::getSelectedKeysTime,
+                             0, "t", KEY_FIELD_WIDTH));
+    m_fields.append(addField(bar, "value", this, &TrackEditor::setSelectedKeysValue,
+                             &TrackEditor::getSelectedKeysValue, 0, "", KEY_FIELD_WIDTH));
 }
 
 void TrackEditor::cb_track_lines_size_changed(const UIEventChanged*, UIElement*)

@@ -14,6 +14,7 @@
 #include "editor/ToolButton.h"
 #include "msg/MsgMngr.h"
 #include "msg/UiMsg.h"
+#include "ui/SettingsPanel.h"
 #include "ui/UITimeBar.h"
 #include "ui/UITrackCurve.h"
 #include "ui/UITrackCurveKey.h"
@@ -110,9 +111,11 @@ void TrackEditor::processMsg(UiMsg* msg)
     case TRACK_MSG_LOADED:
         m_node_panel_stale = true;
         on_track_loaded();
+        refresh_settings();
         break;
     default: // TRACK_MSG_CLEARED is the host's
         m_node_panel_stale = true;
+        refresh_settings();
         break;
     }
 }
@@ -153,6 +156,13 @@ void TrackEditor::on_track_loaded()
     set_window_modified(false);
 }
 
+// An open settings window shows the document's times: a load or a clear replaced them.
+void TrackEditor::refresh_settings()
+{
+    if (m_settings_panel)
+        m_settings_panel->refresh();
+}
+
 void TrackEditor::on_range_changed()
 {
     const AppData* data = AppData::get();
@@ -191,6 +201,10 @@ void TrackEditor::on_key_made(UiMsg* msg)
     auto* withKey = dynamic_cast<UiMsgPTR*>(msg);
     auto* key = withKey ? static_cast<FKey*>(withKey->getPtr()) : nullptr;
     if (key && key->getParameter()) {
+        // The key commands act on the key sets: they must hold what the views show selected.
+        for (FParameterSingle* parameter : AppData::get()->getTrack()->getSingleParameters())
+            parameter->getKeySet().clear();
+        key->getParameter()->getKeySet().insert(key);
         ViewLists lists;
         lists.addKey(key);
         m_lines->setCurrentLine(lists.lines.empty() ? nullptr : lists.lines[0]);

@@ -5,6 +5,7 @@
 #include "TrackEditorMsg.h"
 #include "anim/Track.h"
 #include "anim/TrackParameter.h"
+#include "anim/TrackParameterFloat.h"
 #include "data/FKeyFloat.h"
 #include "data/FParameterFloat.h"
 #include "editor/ButtonLookup.h"
@@ -18,6 +19,7 @@
 #include "ui/UICanvas.h"
 #include "ui/UICheckBox.h"
 #include "ui/UIEditLine.h"
+#include "ui/UIEditLineWheel.h"
 #include "ui/UIGridLayout.h"
 #include "ui/UIScrollBox.h"
 #include "ui/UITimeBar.h"
@@ -116,6 +118,25 @@ protected:
             if (const T* found = find<T>(e->getChild(i)))
                 return found;
         return nullptr;
+    }
+    // Types text into key field i (0: time, 1: value) as a user would, and presses Enter.
+    void typeInto(int i, const char* text)
+    {
+        std::vector<const UIEditLineWheel*> fields;
+        collect(m_editor, fields);
+        int x = 0, y = 0;
+        root()->getAutomation()->elementPoint(fields[i], fields[i]->getWidth() - 12, fields[i]->getHeight() / 2, x, y);
+        ASSERT_TRUE(root()->getAutomation()->click(x, y));
+        ASSERT_TRUE(root()->getAutomation()->typeText(text));
+        ASSERT_TRUE(root()->getAutomation()->keyPress(UI_KEY_ENTER));
+    }
+    template <class T>
+    static void collect(const UIElement* e, std::vector<const T*>& found)
+    {
+        if (const auto* t = dynamic_cast<const T*>(e))
+            found.push_back(t);
+        for (int i = 0; i < e->getNumChilds(); ++i)
+            collect(e->getChild(i), found);
     }
     bool shown(const char* name) const
     {
@@ -479,4 +500,51 @@ TEST_F(TrackEditorTest, TheCurrentRowsParameterIsShownReboundAndDeleted)
     EXPECT_TRUE(nodeInfo().empty());
     button("del_track")->click(); // nothing selected: nothing asked, nothing deleted
     EXPECT_EQ(engine()->getNumParameters(), before - 1);
+}
+
+// The key commands act on the keys the user sees selected and reach the engine at once: Ctrl+K
+// makes a key at the current time on every selected row (twice: two keys at one time), the new key
+// is the only one selected, the type buttons shape it, the fields move it and set its value, and
+// Delete frees it.
+TEST_F(TrackEditorTest, KeyCommandsActOnTheSelectedKeysAndReachTheEngine)
+{
+    loadDemo();
+    FParameterSingle* intensity = single(11);
+    const auto* engineKeys = static_cast<const TrackParameterFloat*>(intensity->getTrackParameter());
+    const int before = intensity->getNumKeys();
+    AppData::get()->setTime(0.5f);
+    selectRow(11);
+    clearMessages();
+    button("key")->click();
+    button("key")->click();
+    ASSERT_EQ(intensity->getNumKeys(), before + 2);
+    EXPECT_EQ(engineKeys->getNumKeys(), before + 2);
+    EXPECT_EQ(messages(), (std::vector<int>{TRACK_MSG_KEY_MADE, TRACK_MSG_KEY_MADE}));
+    ASSERT_EQ(intensity->getKeySet().size(), 1);
+    FKey* made = *intensity->getKeySet().begin();
+    EXPECT_FLOAT_EQ(made->getTime(), 0.5f);
+    EXPECT_EQ(lines()->getSelectedKeys().size(), 1);
+
+    auto engineKey = [&]() { return engineKeys->getKey(intensity->getKeys().find(made)); };
+    const char* buttons[] = {"key_constant", "key_linear", "key_smooth", "key_break", "key_auto"};
+    for (int kind = 0; kind < 5; ++kind) {
+        SCOPED_TRACE(buttons[kind]);
+        button(buttons[kind])->click();
+        EXPECT_EQ(static_cast<FKeyFloat*>(made)->getKeyType(), kind);
+        EXPECT_EQ(engineKey().type, kind);
+    }
+    EXPECT_EQ(messages().back(), TRACK_MSG_KEYS_CHANGED);
+
+    typeInto(0, "9"); // past the track's end
+    EXPECT_FLOAT_EQ(made->getTime(), engine()->getEndTime());
+    EXPECT_FLOAT_EQ(engineKey().time, engine()->getEndTime());
+    typeInto(1, "2.5");
+    EXPECT_FLOAT_EQ(engineKey().value, 2.5f);
+
+    UIEventKey del;
+    del.key = UI_KEY_DELETE;
+    m_editor->onKeyPress(&del);
+    EXPECT_EQ(intensity->getNumKeys(), before + 1);
+    EXPECT_EQ(engineKeys->getNumKeys(), before + 1);
+    EXPECT_TRUE(lines()->getSelectedKeys().empty());
 }
