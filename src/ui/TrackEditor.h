@@ -67,6 +67,8 @@ public:
     UIElement* findView(const char* name) const;
 
 private:
+    friend class TrackEditorTest; // reads the settings window, a top-level window of its own
+
     // What the node pickers returned: the chosen node and, inside a prefab, the internal node.
     struct NodeChoice {
         bool chosen = false;

@@ -15,6 +15,7 @@
 #include "scene/Node.h"
 #include "scene/World.h"
 #include "ui/UIAutomation.h"
+#include "ui/SettingsPanel.h"
 #include "ui/UIButton.h"
 #include "ui/UICanvas.h"
 #include "ui/UICheckBox.h"
@@ -137,6 +138,16 @@ protected:
             found.push_back(t);
         for (int i = 0; i < e->getNumChilds(); ++i)
             collect(e->getChild(i), found);
+    }
+    // The texts of the settings window's fields (start, end), once it was opened.
+    std::vector<std::string> settingsTexts() const
+    {
+        std::vector<const UIEditLineWheel*> fields;
+        collect(m_editor->m_settings_panel, fields);
+        std::vector<std::string> texts;
+        for (const UIEditLineWheel* field : fields)
+            texts.push_back(field->getText().c_str());
+        return texts;
     }
     bool shown(const char* name) const
     {
@@ -265,6 +276,17 @@ TEST_F(TrackEditorTest, ClearEmptiesTheDocumentAndTheViewsAndAnEmptyTrackCannotP
     m_editor->onKeyPress(&key);
     EXPECT_EQ(messages(), (std::vector<int>{TRACK_MSG_TIME_CHANGED, TRACK_MSG_KEYS_DELETED}));
     EXPECT_EQ(title(), "Anim - New Track*");
+}
+
+// An open settings window follows the document: a load or a clear replaces the times it shows.
+TEST_F(TrackEditorTest, TheSettingsWindowShowsTheTimesOfTheDocument)
+{
+    button("setting")->click();
+    EXPECT_EQ(settingsTexts(), (std::vector<std::string>{"0", "10"}));
+    loadDemo();
+    EXPECT_EQ(settingsTexts(), (std::vector<std::string>{"0", "6"}));
+    button("clear")->click();
+    EXPECT_EQ(settingsTexts(), (std::vector<std::string>{"0", "10"}));
 }
 
 // An unchanged file is not saved; a new track takes the chosen name with the track extension added,
@@ -547,4 +569,25 @@ TEST_F(TrackEditorTest, KeyCommandsActOnTheSelectedKeysAndReachTheEngine)
     EXPECT_EQ(intensity->getNumKeys(), before + 1);
     EXPECT_EQ(engineKeys->getNumKeys(), before + 1);
     EXPECT_TRUE(lines()->getSelectedKeys().empty());
+
+    // A material key met first in the walk stops the type buttons there, posting nothing.
+    single(13)->getKeySet().insert(single(13)->getKey(0));
+    auto* roughness = static_cast<FKeyFloat*>(single(16)->getKey(0));
+    single(16)->getKeySet().insert(roughness);
+    const int kind = roughness->getKeyType();
+    clearMessages();
+    button(kind == TRACK_KEY_CONSTANT ? "key_linear" : "key_constant")->click();
+    EXPECT_EQ(roughness->getKeyType(), kind);
+    EXPECT_TRUE(messages().empty());
+
+    // On several rows, every new key is selected.
+    jSet<UITrackRow*> axes;
+    for (int i = 0; i < 3; ++i)
+        axes.insert(rows()->getRows()[i]);
+    rows()->setSelected(axes);
+    MsgMngr::get()->notifyHelper(TRACK_MSG_ROW_SELECTION);
+    button("key")->click();
+    EXPECT_EQ(lines()->getSelectedKeys().size(), 3);
+    EXPECT_EQ(single(0)->getKeySet().size() + single(1)->getKeySet().size() + single(2)->getKeySet().size(), 3);
+    EXPECT_TRUE(single(16)->getKeySet().empty());
 }
