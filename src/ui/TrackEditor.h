@@ -139,9 +139,10 @@ private:
     TrackParameter* binding_target(FParameter* param, int kind, const char* function) const;
     // The parameter of the row panel's current row, or null.
     FParameter* selected_parameter() const;
-    // The node a parameter is bound to: by id, else by its saved name, else by id in the current
-    // world; null without a world.
-    Node* find_bound_node(int id, const jString& name) const;
+    // The node a bound parameter names: by id, else by its saved name, else by id in the current
+    // world; null without a world, or when none is found (logged under function as an error, or as
+    // a warning).
+    const Node* find_bound_node(const FParameter* param, const char* function, bool error) const;
     const jString& getNodeName() const;
     int getNodeID() const;
     const jString& getNodeTypeString() const;

@@ -318,13 +318,8 @@ const jString& TrackEditor::getNodeName() const
         const FParameter* bound = param->getParent() ? param->getParent() : param; // an axis: its vector
         return bound->getTrackParameter()->getMaterialTag();
     }
-    const Node* node = find_bound_node(id, param->getNodeName());
-    if (node)
-        return node->getName();
-    if (m_world)
-        jLog::error("%s:can not find node by id \"%d\" and name \"%s\"", "TrackEditor::getNodeName", id,
-                    param->getNodeName().c_str());
-    return jString::null();
+    const Node* node = find_bound_node(param, "TrackEditor::getNodeName", true);
+    return node ? node->getName() : jString::null();
 }
 
 const jString& TrackEditor::getNodeTypeString() const
@@ -341,23 +336,24 @@ const jString& TrackEditor::getNodeTypeString() const
             m_node_type_text = m_node_type_text.substr(0, dot);
         return m_node_type_text;
     }
-    const Node* node = find_bound_node(id, param->getNodeName());
-    if (node) {
-        m_node_type_text = node->getTypeName();
-        return m_node_type_text;
-    }
-    if (m_world)
-        jLog::warning("%s:can not find node by id \"%d\" and name \"%s\"", "TrackEditor::getNodeTypeString", id,
-                      param->getNodeName().c_str());
-    return jString::null();
+    const Node* node = find_bound_node(param, "TrackEditor::getNodeTypeString", false);
+    m_node_type_text = node ? node->getTypeName() : "";
+    return node ? m_node_type_text : jString::null();
 }
 
-Node* TrackEditor::find_bound_node(int id, const jString& name) const
+const Node* TrackEditor::find_bound_node(const FParameter* param, const char* function, bool error) const
 {
     if (!m_world)
         return nullptr;
-    Node* node = m_world->getNodeByID(id);
+    const int id = param->getNodeIndex();
+    const Node* node = m_world->getNodeByID(id);
     if (!node)
-        node = m_world->getNodeByName(name);
-    return node ? node : Node::GetNode(id);
+        node = m_world->getNodeByName(param->getNodeName());
+    if (!node)
+        node = Node::GetNode(id);
+    if (!node && error)
+        jLog::error("%s:can not find node by id \"%d\" and name \"%s\"", function, id, param->getNodeName().c_str());
+    else if (!node)
+        jLog::warning("%s:can not find node by id \"%d\" and name \"%s\"", function, id, param->getNodeName().c_str());
+    return node;
 }
