@@ -48,7 +48,6 @@ TrackEditor::TrackEditor(UIRoot* root)
 
 TrackEditor::~TrackEditor()
 {
-    jDelete(m_curves, "src/ui/TrackEditor", __LINE__, "TrackEditor::~TrackEditor");
     if (s_instance == this)
         s_instance = nullptr;
 }
@@ -223,6 +222,5 @@ void TrackEditor::release()
     m_lines = nullptr;
     m_node_panel = nullptr;
     m_timebar_top = m_timebar_bottom = nullptr;
-    jDelete(m_curves, "src/ui/TrackEditor", __LINE__, "TrackEditor::release");
     m_curves = nullptr;
 }

@@ -63,7 +63,8 @@ public:
     void setToBegin();
     // Returns the toolbar button whose icon file stem or translation key is name, or null.
     ToolButton* findButton(const char* name) const;
-    // Returns the canvas of a view by name ("lines", "rows", "timebar"), or null for another name.
+    // Returns the canvas of a view by name ("lines", "rows", "timebar", "curves"), or null for another
+    // name.
     UIElement* findView(const char* name) const;
 
 private:
@@ -111,6 +112,9 @@ private:
     void update_node_panel();
 
     // Key commands and the key fields (TrackEditorKeys.cpp).
+    void cb_arrange_x(const UIEventMouse* e, UIElement* sender);
+    void cb_arrange_y(const UIEventMouse* e, UIElement* sender);
+    void cb_arrange_xy(const UIEventMouse* e, UIElement* sender);
     void cb_make_key(const UIEventMouse* e, UIElement* sender);
     void cb_del_key(const UIEventMouse* e, UIElement* sender);
     void cb_key_const(const UIEventMouse* e, UIElement* sender);

@@ -211,7 +211,8 @@ void TrackEditor::init_top_right()
 
     auto* upper = make<UIVLayout>("TrackEditor::init_top_right", getRoot());
     upper->setMinHeight(UPPER_BAND_MIN_HEIGHT);
-    m_curves = jNew<UITrackCurvePanel>("src/ui/TrackEditor", __LINE__, "TrackEditor::init_top_right");
+    m_curves = jNew<UITrackCurvePanel>("src/ui/TrackEditor", __LINE__, "TrackEditor::init_top_right", getRoot());
+    upper->addChild(m_curves, UI_EXPAND_BOTH, -1);
     auto* lower = make<UIVLayout>("TrackEditor::init_top_right", getRoot());
     m_timebar_top = make_timebar("TrackEditor::init_top_right");
     m_timebar_top->setFixHeight(TIMEBAR_HEIGHT);
@@ -222,14 +223,14 @@ void TrackEditor::init_top_right()
     m_right_bands->sigSizeChanged = bind(&TrackEditor::cb_track_lines_size_changed, this);
 }
 
-// The key commands and the selected keys' time ("t") and value. The view-fitting buttons wait,
-// disabled, for the curve view they fit.
+// The curve view's framing, the key commands and the selected keys' time ("t") and value.
 void TrackEditor::init_key_bar(UIElement* bar)
 {
     m_key_bar = jNew<ToolBar>("src/ui/TrackEditor", __LINE__, "TrackEditor::init_key_bar", getRoot(),
                               TOOLBAR_FONT_SIZE);
-    for (const char* arrange : {"arrange_x", "arrange_y", "arrange_xy"})
-        m_key_bar->addButton(icon(arrange).c_str(), UISlot<UIEventMouse>())->setEnabled(false);
+    m_key_bar->addButton(icon("arrange_x").c_str(), bind(&TrackEditor::cb_arrange_x, this));
+    m_key_bar->addButton(icon("arrange_y").c_str(), bind(&TrackEditor::cb_arrange_y, this));
+    m_key_bar->addButton(icon("arrange_xy").c_str(), bind(&TrackEditor::cb_arrange_xy, this));
     m_key_bar->addSpacer();
     m_key_bar->addButton(icon("key_remove").c_str(), bind(&TrackEditor::cb_del_key, this));
     m_key_bar->addButton(icon("key").c_str(), bind(&TrackEditor::cb_make_key, this))->setShortcut('K', true, false, false);
@@ -246,6 +247,21 @@ void TrackEditor::init_key_bar(UIElement* bar)
                              0, "t", KEY_FIELD_WIDTH));
     m_fields.append(addField(bar, "value", this, &TrackEditor::setSelectedKeysValue,
                              &TrackEditor::getSelectedKeysValue, 0, "", KEY_FIELD_WIDTH));
+}
+
+void TrackEditor::cb_arrange_x(const UIEventMouse*, UIElement*)
+{
+    m_curves->arrange(true, false);
+}
+
+void TrackEditor::cb_arrange_y(const UIEventMouse*, UIElement*)
+{
+    m_curves->arrange(false, true);
+}
+
+void TrackEditor::cb_arrange_xy(const UIEventMouse*, UIElement*)
+{
+    m_curves->arrange(true, true);
 }
 
 void TrackEditor::cb_track_lines_size_changed(const UIEventChanged*, UIElement*)

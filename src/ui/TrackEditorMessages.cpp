@@ -135,6 +135,7 @@ void TrackEditor::on_track_limits_changed()
         bar->setTime(clampTo(data->getTime(), data->getBeginTime(), data->getEndTime()));
     }
     m_lines->setDirty();
+    m_curves->refit();
     MsgMngr::get()->notifyHelper(TRACK_MSG_RANGE_CHANGED);
     set_window_modified(true);
 }
@@ -151,6 +152,7 @@ void TrackEditor::on_track_loaded()
         bar->setTime(AppData::get()->getTime());
     }
     m_lines->setDirty();
+    m_curves->refit();
     m_btn_loop->setChecked(track && track->isLoop());
     m_play_bar->updateButtons();
     set_window_modified(false);

@@ -24,6 +24,8 @@ UIElement* TrackEditor::findView(const char* name) const
         return m_rows->getCanvas();
     if (view == "timebar" && m_timebar_top)
         return m_timebar_top->getCanvas();
+    if (view == "curves" && m_curves)
+        return m_curves->getCanvas();
     return nullptr;
 }
 

@@ -226,7 +226,7 @@ TEST_F(FParameterTest, DeletingAParameterFreesItsEngineParameterOnce)
 // The row's E and T buttons switch the engine parameter and show its curve, each posting a change.
 TEST_F(FParameterTest, RowSwitchesDriveTheEngineAndTheCurvePanel)
 {
-    UITrackCurvePanel curves;
+    UITrackCurvePanel curves(root());
     ASSERT_TRUE(loadSample("demo.anim"));
     FParameterSingle* crateZ = single(2);
     auto* vector = static_cast<TrackParameterVec3*>(crateZ->getParent()->getTrackParameter());

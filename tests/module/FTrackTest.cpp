@@ -27,7 +27,7 @@ protected:
 // the palette in creation order, and the curves shown in the file join the curve panel.
 TEST_F(FTrackTest, DemoGivesEachParameterItsRowColourAndCurve)
 {
-    UITrackCurvePanel curves;
+    UITrackCurvePanel curves(root());
     ASSERT_TRUE(loadSample("demo.anim"));
     ASSERT_EQ(doc()->getParameters().size(), 5); // four vec3 and one nested track
     ASSERT_EQ(singles().size(), 23);
