@@ -67,6 +67,10 @@ private:
     void press_key(UITrackLine* line, UITrackLineKey* key, bool extend);
     void drag_box(int x, int y);
     void drag_keys(int x);
+    // The time the pressed key may take when the pointer asks for wanted.
+    float held_time(float wanted) const;
+    // Moves the selected keys so that the pressed key is at target, into the engine.
+    void move_block(float target);
     void auto_scroll(int x);
     void on_dclick(int x, int y);
     void clear_box();

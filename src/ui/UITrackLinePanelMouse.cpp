@@ -5,9 +5,11 @@
 #include <algorithm>
 
 #include "TrackEditorMsg.h"
+#include "anim/Track.h"
 #include "data/AppData.h"
 #include "data/FKey.h"
 #include "data/FParameterSingle.h"
+#include "data/FTrack.h"
 #include "kit/KeyState.h"
 #include "kit/jLog.h"
 #include "msg/MsgMngr.h"
@@ -30,6 +32,12 @@ constexpr float AUTO_SCROLL_SPEED = 4.0f;
 constexpr int MARK_HALF_WIDTH = 6;
 constexpr int MARK_TOP = 8;
 constexpr int MARK_BOTTOM = 22;
+
+// The engine track of the document: its begin and end times are the limits keys are held within.
+const Track* engineTrack()
+{
+    return AppData::get()->getTrack()->getEngineTrack();
+}
 
 template <class T>
 void copyInto(jSet<T>& to, const jSet<T>& from)
@@ -211,8 +219,8 @@ void UITrackLinePanel::drag_box(int x, int y)
     send_selection_lists();
 }
 
-// The selected keys move together by the pointer's travel in time since the press; the block is
-// held inside the visible range as a whole, so every key keeps its offset to the pressed key.
+// The selected keys move together by the pointer's travel in time since the press, every key keeping
+// its offset to the pressed key.
 void UITrackLinePanel::drag_keys(int x)
 {
     if (!m_current_key || !m_current_key->getKey())
@@ -221,14 +229,30 @@ void UITrackLinePanel::drag_keys(int x)
     const float begin = hub->getBeginTime(), end = hub->getEndTime();
     int px = m_press_x, py = m_press_y;
     m_canvas->screenToLocal(px, py);
+    const float wanted = m_press_time + pixelToTime(x, begin, end, m_width) - pixelToTime(px, begin, end, m_width);
+    move_block(held_time(wanted));
+}
+
+// The track's time limits hold the block as a whole, not the visible range: keys out of view move
+// with the block and never make it jump. A block that already reaches past a limit (the limits were
+// narrowed under it) may move back in but no further out than where it was pressed.
+float UITrackLinePanel::held_time(float wanted) const
+{
+    const Track* track = engineTrack();
     const float pressed = m_current_key->getTime();
     float lowest = 0.0f, highest = 0.0f;
     for (UITrackLineKey* key : m_selected_keys) {
         lowest = std::min(lowest, key->getTime() - pressed);
         highest = std::max(highest, key->getTime() - pressed);
     }
-    const float wanted = m_press_time + pixelToTime(x, begin, end, m_width) - pixelToTime(px, begin, end, m_width);
-    const float target = std::clamp(wanted, begin - lowest, std::max(begin - lowest, end - highest));
+    const float least = std::min(track->getBeginTime() - lowest, m_press_time);
+    const float most = std::max(track->getEndTime() - highest, m_press_time);
+    return std::clamp(wanted, least, most);
+}
+
+void UITrackLinePanel::move_block(float target)
+{
+    const float pressed = m_current_key->getTime();
     jSet<FParameterSingle*> touched;
     for (UITrackLineKey* key : m_selected_keys) {
         FKey* k = key->getKey();

@@ -2,6 +2,7 @@
 
 #include "LinePanelFixture.h"
 #include "TrackEditorMsg.h"
+#include "anim/Track.h"
 #include "anim/TrackParameterColor.h"
 #include "anim/TrackParameterFloat.h"
 #include "ui/UITrackLine.h"
@@ -92,8 +93,8 @@ TEST_F(UITrackLinePanelTest, BoxTakesKeysWhoseMarkAreaItTouches)
 }
 
 // A press that moves three pixels is still a click; dragged keys move together into the engine, the
-// block as a whole staying inside the range.
-TEST_F(UITrackLinePanelTest, DragMovesSelectedKeysTogetherInsideTheRange)
+// block as a whole staying inside the track's limits.
+TEST_F(UITrackLinePanelTest, DragMovesSelectedKeysTogetherInsideTheTrackLimits)
 {
     loadPulse();
     click(0, 1);              // bulb 0.5 s
@@ -131,6 +132,38 @@ TEST_F(UITrackLinePanelTest, DragMovesSelectedKeysTogetherInsideTheRange)
     EXPECT_EQ(bulb->getKey(0).time, 0.0f);
     EXPECT_EQ(bulb->getKey(1).time, 0.0f);
     EXPECT_EQ(bulb->getKey(4).time, 2.0f);
+}
+
+// Keys outside the view move with the block and keep their offsets: the track's limits hold the
+// block, not the view, and a pointer that goes back brings it back. A block that already reaches past
+// a limit goes no further out.
+TEST_F(UITrackLinePanelTest, DragMovesKeysOutsideTheViewWithTheBlock)
+{
+    loadPulse();
+    engine()->setEndTime(3.0f);
+    UITrackLineKey* bulbKey = mark(0, 2); // 1 s
+    UITrackLineKey* glowKey = mark(1, 2); // 2 s, then out of the view at 2.5 s
+    click(0, 2);
+    click(1, 2, UI_MOD_CTRL);
+    glowKey->getKey()->setTime(2.5f);
+    press(xOf(1.0f), 15);
+    move(xOf(1.0f) + 4, 15);
+    EXPECT_NEAR(glowKey->getTime(), 2.5f + 4.0f / 300.0f, 1e-5f);
+    move(xOf(1.0f) + 300, 15); // a second later: the glow key stops the block at the track's end
+    EXPECT_NEAR(glowKey->getTime(), 3.0f, 1e-5f);
+    move(xOf(1.0f) - 120, 15);
+    release(xOf(1.0f) - 120, 15);
+    EXPECT_NEAR(bulbKey->getTime(), 0.6f, 1e-5f);
+    EXPECT_NEAR(static_cast<const TrackParameterColor*>(single(1)->getTrackParameter())->getKey(2).time, 2.1f, 1e-5f);
+
+    engine()->setEndTime(1.5f); // the glow key now lies past the end
+    redraw();
+    press(xOf(0.6f), 15);
+    move(xOf(0.6f) + 30, 15);
+    EXPECT_NEAR(bulbKey->getTime(), 0.6f, 1e-5f);
+    move(xOf(0.6f) - 30, 15);
+    EXPECT_NEAR(glowKey->getTime(), 2.0f, 1e-5f);
+    release(xOf(0.6f) - 30, 15);
 }
 
 // A press during a gesture is swallowed; a move after a release outside the panel ends it.
