@@ -55,7 +55,9 @@ public:
     UIScrollBox* getScroll() const { return m_scroll; }
     UICanvas* getCanvas() const { return m_canvas; }
 
-    // The pixel of time t in the visible range [begin, end] on a canvas width pixels wide, and back.
+    // The pixel of time t in the visible range [begin, end] on a canvas width pixels wide, and back:
+    // x = (t - begin) * (width - 12) / (end - begin) + 6. An inverted range maps as its ordered form;
+    // a range without width maps every time to x = 6 and every x to its one time.
     static int timeToPixel(float t, float begin, float end, int width);
     static float pixelToTime(int x, float begin, float end, int width);
 

@@ -6,6 +6,7 @@
 #include "anim/TrackParameterColor.h"
 #include "anim/TrackParameterFloat.h"
 #include "ui/UITrackLine.h"
+#include "ui/UITrackLineColor.h"
 
 using UITrackLinePanelTest = LinePanelFixture;
 
@@ -164,6 +165,37 @@ TEST_F(UITrackLinePanelTest, DragMovesKeysOutsideTheViewWithTheBlock)
     move(xOf(0.6f) - 30, 15);
     EXPECT_NEAR(glowKey->getTime(), 2.0f, 1e-5f);
     release(xOf(0.6f) - 30, 15);
+}
+
+// A view with no width shows every key at the left edge and maps every pixel to its one time; an
+// inverted view shows as its ordered form. Drawing and dragging stay on the canvas and on numbers.
+TEST_F(UITrackLinePanelTest, EmptyAndInvertedViewsMapLikeTheirOrderedForm)
+{
+    loadPulse();
+    AppData::get()->setBeginTime(1.0f);
+    AppData::get()->setEndTime(1.0f);
+    panel()->setDirty(); // as the window does when the range changes
+    redraw();
+    EXPECT_EQ(canvas()->getPolygonIntersection(6, 15), mark(0, 0)->getHitPolygon());
+    press(6, 15);
+    move(200, 15);
+    release(200, 15);
+    EXPECT_EQ(mark(0, 0)->getTime(), 0.0f);
+
+    AppData::get()->setBeginTime(1.25f);
+    AppData::get()->setEndTime(0.5f);
+    panel()->setDirty();
+    redraw();
+    EXPECT_EQ(canvas()->getPolygonIntersection(6, 15), mark(0, 1)->getHitPolygon());   // 0.5 s
+    EXPECT_EQ(canvas()->getPolygonIntersection(406, 15), mark(0, 2)->getHitPolygon()); // 1 s
+    bool found = false;
+    const auto* glow = static_cast<const TrackParameterColor*>(single(1)->getTrackParameter());
+    const auto* strip = static_cast<const UITrackLineColor*>(single(1)->getLine());
+    EXPECT_TRUE(near(strip->getStripPixel(0), glow->getTrackValue(0.5f, found), 1e-6f));
+    press(6, 15);
+    move(206, 15); // a third of the view later
+    release(206, 15);
+    EXPECT_EQ(mark(0, 1)->getTime(), 0.75f);
 }
 
 // A press during a gesture is swallowed; a move after a release outside the panel ends it.
