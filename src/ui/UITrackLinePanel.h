@@ -12,7 +12,8 @@ class UITrackLineKey;
 // The key lines beside the row tree: one line per parameter row, 22 pixels apart, with a mark per
 // key placed by its time in the visible range of the data hub. Keys are selected with a click, a
 // modifier-click or a rubber-band box and dragged in time as one block; a double click edits the
-// key under the pointer. The panel holds lines the parameters own; there is one panel at a time.
+// key under the pointer, or makes a key on an empty spot of a line. The panel holds lines the
+// parameters own; there is one panel at a time.
 class UITrackLinePanel : public UIVLayout {
 public:
     explicit UITrackLinePanel(UIRoot* root);
@@ -75,6 +76,9 @@ private:
     void move_block(float target);
     void auto_scroll(int x);
     void on_dclick(int x, int y);
+    void make_key(int x, int y);
+    // The mark whose hit area is at the canvas point, or null.
+    UITrackLineKey* mark_at(int x, int y) const;
     void clear_box();
     void refresh_marks();
     void send_selection();

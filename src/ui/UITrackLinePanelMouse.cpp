@@ -1,5 +1,6 @@
 // The key line panel's mouse gestures: selecting keys (click, modifier-click, rubber-band box),
-// dragging the selected keys in time as one block, and double-clicking a key to edit it.
+// dragging the selected keys in time as one block, double-clicking a key to edit it and an empty spot
+// of a line to make a key there.
 #include "ui/UITrackLinePanel.h"
 
 #include <algorithm>
@@ -88,24 +89,23 @@ bool UITrackLinePanel::onMouseDown(const UIEventMouse* e)
     to_canvas(e, x, y);
     if (m_mode != MODE_NONE)
         return true;
-    const int polygon = m_canvas->getPolygonIntersection(x, y);
-    UITrackLine* hitLine = nullptr;
-    UITrackLineKey* hitKey = nullptr;
-    for (int i = 0; i < m_lines.size() && !hitKey && polygon != INVALID_INDEX; ++i) {
-        if (m_lines[i]->getBandPolygon() == polygon)
-            hitLine = m_lines[i];
-        for (UITrackLineKey* key : m_lines[i]->getKeys())
-            if (key->getHitPolygon() == polygon) {
-                hitKey = key;
-                hitLine = m_lines[i];
-                break;
-            }
-    }
-    if (hitKey)
-        press_key(hitLine, hitKey, e->isMultiSelect());
+    if (UITrackLineKey* hitKey = mark_at(x, y))
+        press_key(hitKey->getLine(), hitKey, e->isMultiSelect());
     else
         start_box(e->isMultiSelect());
     return true;
+}
+
+UITrackLineKey* UITrackLinePanel::mark_at(int x, int y) const
+{
+    const int polygon = m_canvas->getPolygonIntersection(x, y);
+    if (polygon == INVALID_INDEX)
+        return nullptr;
+    for (UITrackLine* line : m_lines)
+        for (UITrackLineKey* key : line->getKeys())
+            if (key->getHitPolygon() == polygon)
+                return key;
+    return nullptr;
 }
 
 void UITrackLinePanel::start_box(bool extend)
@@ -315,17 +315,34 @@ bool UITrackLinePanel::onMouseDClick(const UIEventMouse* e)
 
 void UITrackLinePanel::on_dclick(int x, int y)
 {
-    const int polygon = m_canvas->getPolygonIntersection(x, y);
-    if (polygon == INVALID_INDEX)
+    UITrackLineKey* key = mark_at(x, y);
+    if (!key) {
+        make_key(x, y);
         return;
-    for (UITrackLine* line : m_lines)
-        for (UITrackLineKey* key : line->getKeys())
-            if (key->getHitPolygon() == polygon) {
-                if (!key->getKey()) {
-                    jLog::error("%s:%s", "UITrackLinePanel::on_dclick", "key->getKey()");
-                    return;
-                }
-                key->onDClick();
-                return;
-            }
+    }
+    if (!key->getKey()) {
+        jLog::error("%s:%s", "UITrackLinePanel::on_dclick", "key->getKey()");
+        return;
+    }
+    key->onDClick();
+}
+
+// A double click on an empty spot of a line makes a key on it, at the pointer's time held within the
+// track's limits, holding the value the parameter has there. Sorting the keys, writing them to the
+// engine and posting 203 (the window then selects the key alone) make it one edit.
+void UITrackLinePanel::make_key(int x, int y)
+{
+    const int row = y / UITrackLine::ROW_PITCH;
+    if (y < 0 || row >= m_lines.size() || !m_lines[row]->getData())
+        return;
+    FParameterSingle* parameter = m_lines[row]->getData();
+    const AppData* hub = AppData::get();
+    const Track* track = engineTrack();
+    const float t = pixelToTime(x, hub->getBeginTime(), hub->getEndTime(), m_width);
+    FKey* key = parameter->makeKeyAt(std::min(std::max(t, track->getBeginTime()), track->getEndTime()));
+    if (!key)
+        return;
+    parameter->sortKeys();
+    parameter->applyKeys();
+    MsgMngr::get()->notifyHelperPtr(TRACK_MSG_KEY_MADE, key);
 }

@@ -5,6 +5,8 @@
 #include "anim/Track.h"
 #include "anim/TrackParameterColor.h"
 #include "anim/TrackParameterFloat.h"
+#include "data/FKeyFloat.h"
+#include "data/FParameterStringFile.h"
 #include "ui/UITrackLine.h"
 #include "ui/UITrackLineColor.h"
 
@@ -196,6 +198,33 @@ TEST_F(UITrackLinePanelTest, EmptyAndInvertedViewsMapLikeTheirOrderedForm)
     move(206, 15); // a third of the view later
     release(206, 15);
     EXPECT_EQ(mark(0, 1)->getTime(), 0.75f);
+}
+
+// A double click on an empty spot of a line makes a key there in one edit, holding the value the
+// parameter has at that time. On a mark it edits the mark; below the last line and on a file line it
+// makes nothing.
+TEST_F(UITrackLinePanelTest, DoubleClickOnAnEmptySpotMakesAKeyThere)
+{
+    loadPulse();
+    bool found = false;
+    const auto* bulb = static_cast<const TrackParameterFloat*>(single(0)->getTrackParameter());
+    const auto* glow = static_cast<const TrackParameterColor*>(single(1)->getTrackParameter());
+    const float value = bulb->getTrackValue(0.25f, found);
+    const vec4 colour = glow->getTrackValue(0.5f, found);
+    EXPECT_TRUE(dclick(xOf(0.25f), 15));
+    EXPECT_EQ(static_cast<const FKeyFloat*>(single(0)->getKey(1))->getTangents(), vec4());
+    EXPECT_EQ(bulb->getKey(1).time, 0.25f);
+    EXPECT_EQ(bulb->getKey(1).value, value);
+    dclick(xOf(0.5f), ROW + 15);
+    EXPECT_TRUE(near(glow->getKey(1).value, colour, 1e-6f));
+    dclick(xOf(1.0f), 15);           // on a float key's mark: nothing to edit
+    dclick(xOf(1.25f), 2 * ROW + 15); // below the last line
+    EXPECT_EQ(single(0)->getNumKeys(), 6);
+    FParameterStringFile* mesh = doc()->createParameterStringFile("Mesh");
+    redraw();
+    dclick(xOf(1.0f), 2 * ROW + 15);
+    EXPECT_EQ(mesh->getNumKeys(), 0);
+    EXPECT_EQ(messages(), (std::vector<int>{TRACK_MSG_KEY_MADE, TRACK_MSG_KEY_MADE}));
 }
 
 // A press during a gesture is swallowed; a move after a release outside the panel ends it.
