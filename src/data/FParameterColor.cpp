@@ -12,3 +12,9 @@ vec4 FParameterColor::value_at(float) const
 {
     return engine_parameter()->getValue();
 }
+
+bool FParameterColor::value_there(float t, vec4& value) const
+{
+    value = played_value(t);
+    return true;
+}

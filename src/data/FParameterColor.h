@@ -14,6 +14,8 @@ public:
 protected:
     // A new key takes the parameter's current colour.
     vec4 value_at(float t) const override;
+    // A key made by a double click takes the colour the engine evaluates there.
+    bool value_there(float t, vec4& value) const override;
     const FParameterTags& tags() const override;
     const char* check_text() const override { return "track && param && param->getType() == TRACK_PARAMETER_COLOR"; }
 };

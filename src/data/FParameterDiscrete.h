@@ -55,6 +55,16 @@ public:
         return createKey(t, value_at(t));
     }
 
+    // A key holding the value value_there gives at t; null for the kinds it gives none (strings)
+    // and, logged as createKey, without an engine parameter.
+    FKey* makeKeyAt(float t) override
+    {
+        Value value{};
+        if (getTrackParameter() && !value_there(t, value))
+            return nullptr;
+        return createKey(t, value);
+    }
+
     void applyKeys() override
     {
         Engine* engine = engine_parameter();
@@ -73,6 +83,15 @@ protected:
     virtual const char* check_text() const = 0;
     // The value a key made at t takes; the base gives an empty value.
     virtual Value value_at(float) const { return Value{}; }
+    // The value a key made by makeKeyAt at t holds; false (the base) for kinds that make none.
+    virtual bool value_there(float, Value&) const { return false; }
+    // The value the engine evaluates at t, or the live value where the parameter has no keys.
+    Value played_value(float t) const
+    {
+        bool found = false;
+        const auto value = engine_parameter()->getTrackValue(t, found);
+        return found ? Value(value) : Value(engine_parameter()->getValue());
+    }
 
     UITrackLine* make_line() const override
     {

@@ -60,6 +60,9 @@ public:
         return createKey(t, value, tangents, 1);
     }
 
+    // A linear key on the curve's value at t with flat tangents.
+    FKey* makeKeyAt(float t) override { return createKey(t, vec4()); }
+
     void applyKeys() override
     {
         Engine* engine = engine_parameter();

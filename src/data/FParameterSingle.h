@@ -49,6 +49,13 @@ public:
     void appendKey(FKey* key);
     // Takes key out of the key list (later keys move down); false when it is not there.
     bool removeKey(FKey* key);
+    // Makes a key at time t holding the value the parameter has there, as a double click on an empty
+    // spot of its key line asks: a float or double key takes the curve's value with flat tangents, a
+    // colour or switch key the value the engine evaluates (the live value where the parameter has no
+    // keys yet). The key is appended unsorted; the caller sorts the keys and writes them to the engine.
+    // Returns null for the kinds that make no key so (file and material names) and when the value
+    // cannot be read.
+    virtual FKey* makeKeyAt(float t) = 0;
     // Adds keys to the marked set; a key already there is left alone.
     void markKeys(const jVector<FKey*>& keys);
     // The time of the key before t: the first key's time before it, the time of the key at or

@@ -10,7 +10,11 @@ const FParameterTags& FParameterToggle::tags() const
 
 bool FParameterToggle::value_at(float t) const
 {
-    bool found = false;
-    const int value = engine_parameter()->getTrackValue(t, found);
-    return found ? value != 0 : engine_parameter()->getValue();
+    return played_value(t);
+}
+
+bool FParameterToggle::value_there(float t, bool& value) const
+{
+    value = value_at(t);
+    return true;
 }

@@ -5,6 +5,7 @@
 #include "data/FParameterSingle.h"
 #include "ui/UICanvas.h"
 #include "ui/UIRect.h"
+#include "ui/UITrackLinePanel.h"
 
 namespace {
 
@@ -43,8 +44,11 @@ void UITrackLineColor::render(int y, int width, bool selected)
     if (!getCanvas() || width <= 2 * SIDE_MARGIN)
         return;
     const AppData* hub = AppData::get();
+    const float begin = hub->getBeginTime(), end = hub->getEndTime();
+    // Each pixel of the strip takes the time the marks' mapping gives its column.
+    const float first = UITrackLinePanel::pixelToTime(SIDE_MARGIN, begin, end, width);
     setStripWidth(width - 2 * SIDE_MARGIN);
-    refreshStrip((hub->getEndTime() - hub->getBeginTime()) / float(width - 2 * SIDE_MARGIN), hub->getBeginTime());
+    refreshStrip(UITrackLinePanel::pixelToTime(SIDE_MARGIN + 1, begin, end, width) - first, first);
     draw_strip(y);
 }
 

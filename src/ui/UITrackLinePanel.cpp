@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <climits>
+#include <cmath>
 
 #include "data/AppData.h"
 #include "kit/jAllocator.h"
@@ -20,6 +21,25 @@ constexpr int SIDE_MARGIN = 6;
 // Pixels between the marks of two keys below which only the first is drawn: a mark is this wide,
 // so a drawn mark stands for the keys its area covers, which the pointer cannot tell apart anyway.
 constexpr int MIN_MARK_SPACING = 12;
+
+// Pixels beyond this distance from the margin are far off any canvas; holding the mapping there
+// keeps a key far outside a narrow range within what an int can hold.
+constexpr float PIXEL_LIMIT = 1.0e6f;
+
+// The visible range in its ordered form over the pixels between the side margins. A range without
+// width, or a canvas without room between its margins, is flat: every time maps to the left margin
+// and every pixel to the range's one time, so no mapping divides by zero.
+struct TimeScale {
+    float begin;
+    float span;
+    float room;
+
+    TimeScale(float from, float to, int width)
+        : begin(std::min(from, to)), span(std::abs(to - from)), room(float(width - 2 * SIDE_MARGIN))
+    {
+    }
+    bool flat() const { return span <= 0.0f || room <= 0.0f; }
+};
 
 const vec4 BACKGROUND{0.1f, 0.1f, 0.1f, 1.0f};
 const vec4 BOX_FILL{0.5f, 0.5f, 0.8f, 0.25f};
@@ -75,12 +95,18 @@ void UITrackLinePanel::release()
 
 int UITrackLinePanel::timeToPixel(float t, float begin, float end, int width)
 {
-    return int((t - begin) * float(width - 2 * SIDE_MARGIN) / (end - begin) + SIDE_MARGIN);
+    const TimeScale scale(begin, end, width);
+    if (scale.flat())
+        return SIDE_MARGIN;
+    return int(std::clamp((t - scale.begin) * scale.room / scale.span, -PIXEL_LIMIT, PIXEL_LIMIT) + SIDE_MARGIN);
 }
 
 float UITrackLinePanel::pixelToTime(int x, float begin, float end, int width)
 {
-    return float(x - SIDE_MARGIN) * (end - begin) / float(width - 2 * SIDE_MARGIN) + begin;
+    const TimeScale scale(begin, end, width);
+    if (scale.flat())
+        return scale.begin;
+    return float(x - SIDE_MARGIN) * scale.span / scale.room + scale.begin;
 }
 
 void UITrackLinePanel::addLine(UITrackLine* line)

@@ -12,7 +12,8 @@ class UITrackLineKey;
 // The key lines beside the row tree: one line per parameter row, 22 pixels apart, with a mark per
 // key placed by its time in the visible range of the data hub. Keys are selected with a click, a
 // modifier-click or a rubber-band box and dragged in time as one block; a double click edits the
-// key under the pointer. The panel holds lines the parameters own; there is one panel at a time.
+// key under the pointer, or makes a key on an empty spot of a line. The panel holds lines the
+// parameters own; there is one panel at a time.
 class UITrackLinePanel : public UIVLayout {
 public:
     explicit UITrackLinePanel(UIRoot* root);
@@ -55,7 +56,9 @@ public:
     UIScrollBox* getScroll() const { return m_scroll; }
     UICanvas* getCanvas() const { return m_canvas; }
 
-    // The pixel of time t in the visible range [begin, end] on a canvas width pixels wide, and back.
+    // The pixel of time t in the visible range [begin, end] on a canvas width pixels wide, and back:
+    // x = (t - begin) * (width - 12) / (end - begin) + 6. An inverted range maps as its ordered form;
+    // a range without width maps every time to x = 6 and every x to its one time.
     static int timeToPixel(float t, float begin, float end, int width);
     static float pixelToTime(int x, float begin, float end, int width);
 
@@ -67,8 +70,15 @@ private:
     void press_key(UITrackLine* line, UITrackLineKey* key, bool extend);
     void drag_box(int x, int y);
     void drag_keys(int x);
+    // The time the pressed key may take when the pointer asks for wanted.
+    float held_time(float wanted) const;
+    // Moves the selected keys so that the pressed key is at target, into the engine.
+    void move_block(float target);
     void auto_scroll(int x);
     void on_dclick(int x, int y);
+    void make_key(int x, int y);
+    // The mark whose hit area is at the canvas point, or null.
+    UITrackLineKey* mark_at(int x, int y) const;
     void clear_box();
     void refresh_marks();
     void send_selection();

@@ -1,13 +1,16 @@
 // The key line panel's mouse gestures: selecting keys (click, modifier-click, rubber-band box),
-// dragging the selected keys in time as one block, and double-clicking a key to edit it.
+// dragging the selected keys in time as one block, double-clicking a key to edit it and an empty spot
+// of a line to make a key there.
 #include "ui/UITrackLinePanel.h"
 
 #include <algorithm>
 
 #include "TrackEditorMsg.h"
+#include "anim/Track.h"
 #include "data/AppData.h"
 #include "data/FKey.h"
 #include "data/FParameterSingle.h"
+#include "data/FTrack.h"
 #include "kit/KeyState.h"
 #include "kit/jLog.h"
 #include "msg/MsgMngr.h"
@@ -30,6 +33,12 @@ constexpr float AUTO_SCROLL_SPEED = 4.0f;
 constexpr int MARK_HALF_WIDTH = 6;
 constexpr int MARK_TOP = 8;
 constexpr int MARK_BOTTOM = 22;
+
+// The engine track of the document: its begin and end times are the limits keys are held within.
+const Track* engineTrack()
+{
+    return AppData::get()->getTrack()->getEngineTrack();
+}
 
 template <class T>
 void copyInto(jSet<T>& to, const jSet<T>& from)
@@ -80,24 +89,23 @@ bool UITrackLinePanel::onMouseDown(const UIEventMouse* e)
     to_canvas(e, x, y);
     if (m_mode != MODE_NONE)
         return true;
-    const int polygon = m_canvas->getPolygonIntersection(x, y);
-    UITrackLine* hitLine = nullptr;
-    UITrackLineKey* hitKey = nullptr;
-    for (int i = 0; i < m_lines.size() && !hitKey && polygon != INVALID_INDEX; ++i) {
-        if (m_lines[i]->getBandPolygon() == polygon)
-            hitLine = m_lines[i];
-        for (UITrackLineKey* key : m_lines[i]->getKeys())
-            if (key->getHitPolygon() == polygon) {
-                hitKey = key;
-                hitLine = m_lines[i];
-                break;
-            }
-    }
-    if (hitKey)
-        press_key(hitLine, hitKey, e->isMultiSelect());
+    if (UITrackLineKey* hitKey = mark_at(x, y))
+        press_key(hitKey->getLine(), hitKey, e->isMultiSelect());
     else
         start_box(e->isMultiSelect());
     return true;
+}
+
+UITrackLineKey* UITrackLinePanel::mark_at(int x, int y) const
+{
+    const int polygon = m_canvas->getPolygonIntersection(x, y);
+    if (polygon == INVALID_INDEX)
+        return nullptr;
+    for (UITrackLine* line : m_lines)
+        for (UITrackLineKey* key : line->getKeys())
+            if (key->getHitPolygon() == polygon)
+                return key;
+    return nullptr;
 }
 
 void UITrackLinePanel::start_box(bool extend)
@@ -211,8 +219,8 @@ void UITrackLinePanel::drag_box(int x, int y)
     send_selection_lists();
 }
 
-// The selected keys move together by the pointer's travel in time since the press; the block is
-// held inside the visible range as a whole, so every key keeps its offset to the pressed key.
+// The selected keys move together by the pointer's travel in time since the press, every key keeping
+// its offset to the pressed key.
 void UITrackLinePanel::drag_keys(int x)
 {
     if (!m_current_key || !m_current_key->getKey())
@@ -221,14 +229,30 @@ void UITrackLinePanel::drag_keys(int x)
     const float begin = hub->getBeginTime(), end = hub->getEndTime();
     int px = m_press_x, py = m_press_y;
     m_canvas->screenToLocal(px, py);
+    const float wanted = m_press_time + pixelToTime(x, begin, end, m_width) - pixelToTime(px, begin, end, m_width);
+    move_block(held_time(wanted));
+}
+
+// The track's time limits hold the block as a whole, not the visible range: keys out of view move
+// with the block and never make it jump. A block that already reaches past a limit (the limits were
+// narrowed under it) may move back in but no further out than where it was pressed.
+float UITrackLinePanel::held_time(float wanted) const
+{
+    const Track* track = engineTrack();
     const float pressed = m_current_key->getTime();
     float lowest = 0.0f, highest = 0.0f;
     for (UITrackLineKey* key : m_selected_keys) {
         lowest = std::min(lowest, key->getTime() - pressed);
         highest = std::max(highest, key->getTime() - pressed);
     }
-    const float wanted = m_press_time + pixelToTime(x, begin, end, m_width) - pixelToTime(px, begin, end, m_width);
-    const float target = std::clamp(wanted, begin - lowest, std::max(begin - lowest, end - highest));
+    const float least = std::min(track->getBeginTime() - lowest, m_press_time);
+    const float most = std::max(track->getEndTime() - highest, m_press_time);
+    return std::clamp(wanted, least, most);
+}
+
+void UITrackLinePanel::move_block(float target)
+{
+    const float pressed = m_current_key->getTime();
     jSet<FParameterSingle*> touched;
     for (UITrackLineKey* key : m_selected_keys) {
         FKey* k = key->getKey();
@@ -291,17 +315,34 @@ bool UITrackLinePanel::onMouseDClick(const UIEventMouse* e)
 
 void UITrackLinePanel::on_dclick(int x, int y)
 {
-    const int polygon = m_canvas->getPolygonIntersection(x, y);
-    if (polygon == INVALID_INDEX)
+    UITrackLineKey* key = mark_at(x, y);
+    if (!key) {
+        make_key(x, y);
         return;
-    for (UITrackLine* line : m_lines)
-        for (UITrackLineKey* key : line->getKeys())
-            if (key->getHitPolygon() == polygon) {
-                if (!key->getKey()) {
-                    jLog::error("%s:%s", "UITrackLinePanel::on_dclick", "key->getKey()");
-                    return;
-                }
-                key->onDClick();
-                return;
-            }
+    }
+    if (!key->getKey()) {
+        jLog::error("%s:%s", "UITrackLinePanel::on_dclick", "key->getKey()");
+        return;
+    }
+    key->onDClick();
+}
+
+// A double click on an empty spot of a line makes a key on it, at the pointer's time held within the
+// track's limits, holding the value the parameter has there. Sorting the keys, writing them to the
+// engine and posting 203 (the window then selects the key alone) make it one edit.
+void UITrackLinePanel::make_key(int x, int y)
+{
+    const int row = y / UITrackLine::ROW_PITCH;
+    if (y < 0 || row >= m_lines.size() || !m_lines[row]->getData())
+        return;
+    FParameterSingle* parameter = m_lines[row]->getData();
+    const AppData* hub = AppData::get();
+    const Track* track = engineTrack();
+    const float t = pixelToTime(x, hub->getBeginTime(), hub->getEndTime(), m_width);
+    FKey* key = parameter->makeKeyAt(std::min(std::max(t, track->getBeginTime()), track->getEndTime()));
+    if (!key)
+        return;
+    parameter->sortKeys();
+    parameter->applyKeys();
+    MsgMngr::get()->notifyHelperPtr(TRACK_MSG_KEY_MADE, key);
 }

@@ -2,9 +2,13 @@
 
 #include "LinePanelFixture.h"
 #include "TrackEditorMsg.h"
+#include "anim/Track.h"
 #include "anim/TrackParameterColor.h"
 #include "anim/TrackParameterFloat.h"
+#include "data/FKeyFloat.h"
+#include "data/FParameterStringFile.h"
 #include "ui/UITrackLine.h"
+#include "ui/UITrackLineColor.h"
 
 using UITrackLinePanelTest = LinePanelFixture;
 
@@ -92,8 +96,8 @@ TEST_F(UITrackLinePanelTest, BoxTakesKeysWhoseMarkAreaItTouches)
 }
 
 // A press that moves three pixels is still a click; dragged keys move together into the engine, the
-// block as a whole staying inside the range.
-TEST_F(UITrackLinePanelTest, DragMovesSelectedKeysTogetherInsideTheRange)
+// block as a whole staying inside the track's limits.
+TEST_F(UITrackLinePanelTest, DragMovesSelectedKeysTogetherInsideTheTrackLimits)
 {
     loadPulse();
     click(0, 1);              // bulb 0.5 s
@@ -131,6 +135,96 @@ TEST_F(UITrackLinePanelTest, DragMovesSelectedKeysTogetherInsideTheRange)
     EXPECT_EQ(bulb->getKey(0).time, 0.0f);
     EXPECT_EQ(bulb->getKey(1).time, 0.0f);
     EXPECT_EQ(bulb->getKey(4).time, 2.0f);
+}
+
+// Keys outside the view move with the block and keep their offsets: the track's limits hold the
+// block, not the view, and a pointer that goes back brings it back. A block that already reaches past
+// a limit goes no further out.
+TEST_F(UITrackLinePanelTest, DragMovesKeysOutsideTheViewWithTheBlock)
+{
+    loadPulse();
+    engine()->setEndTime(3.0f);
+    UITrackLineKey* bulbKey = mark(0, 2); // 1 s
+    UITrackLineKey* glowKey = mark(1, 2); // 2 s, then out of the view at 2.5 s
+    click(0, 2);
+    click(1, 2, UI_MOD_CTRL);
+    glowKey->getKey()->setTime(2.5f);
+    press(xOf(1.0f), 15);
+    move(xOf(1.0f) + 4, 15);
+    EXPECT_NEAR(glowKey->getTime(), 2.5f + 4.0f / 300.0f, 1e-5f);
+    move(xOf(1.0f) + 300, 15); // a second later: the glow key stops the block at the track's end
+    EXPECT_NEAR(glowKey->getTime(), 3.0f, 1e-5f);
+    move(xOf(1.0f) - 120, 15);
+    release(xOf(1.0f) - 120, 15);
+    EXPECT_NEAR(bulbKey->getTime(), 0.6f, 1e-5f);
+    EXPECT_NEAR(static_cast<const TrackParameterColor*>(single(1)->getTrackParameter())->getKey(2).time, 2.1f, 1e-5f);
+
+    engine()->setEndTime(1.5f); // the glow key now lies past the end
+    redraw();
+    press(xOf(0.6f), 15);
+    move(xOf(0.6f) + 30, 15);
+    EXPECT_NEAR(bulbKey->getTime(), 0.6f, 1e-5f);
+    move(xOf(0.6f) - 30, 15);
+    EXPECT_NEAR(glowKey->getTime(), 2.0f, 1e-5f);
+    release(xOf(0.6f) - 30, 15);
+}
+
+// A view with no width shows every key at the left edge and maps every pixel to its one time; an
+// inverted view shows as its ordered form. Drawing and dragging stay on the canvas and on numbers.
+TEST_F(UITrackLinePanelTest, EmptyAndInvertedViewsMapLikeTheirOrderedForm)
+{
+    loadPulse();
+    AppData::get()->setBeginTime(1.0f);
+    AppData::get()->setEndTime(1.0f);
+    panel()->setDirty(); // as the window does when the range changes
+    redraw();
+    EXPECT_EQ(canvas()->getPolygonIntersection(6, 15), mark(0, 0)->getHitPolygon());
+    press(6, 15);
+    move(200, 15);
+    release(200, 15);
+    EXPECT_EQ(mark(0, 0)->getTime(), 0.0f);
+
+    AppData::get()->setBeginTime(1.25f);
+    AppData::get()->setEndTime(0.5f);
+    panel()->setDirty();
+    redraw();
+    EXPECT_EQ(canvas()->getPolygonIntersection(6, 15), mark(0, 1)->getHitPolygon());   // 0.5 s
+    EXPECT_EQ(canvas()->getPolygonIntersection(406, 15), mark(0, 2)->getHitPolygon()); // 1 s
+    bool found = false;
+    const auto* glow = static_cast<const TrackParameterColor*>(single(1)->getTrackParameter());
+    const auto* strip = static_cast<const UITrackLineColor*>(single(1)->getLine());
+    EXPECT_TRUE(near(strip->getStripPixel(0), glow->getTrackValue(0.5f, found), 1e-6f));
+    press(6, 15);
+    move(206, 15); // a third of the view later
+    release(206, 15);
+    EXPECT_EQ(mark(0, 1)->getTime(), 0.75f);
+}
+
+// A double click on an empty spot of a line makes a key there in one edit, holding the value the
+// parameter has at that time. On a mark it edits the mark; below the last line and on a file line it
+// makes nothing.
+TEST_F(UITrackLinePanelTest, DoubleClickOnAnEmptySpotMakesAKeyThere)
+{
+    loadPulse();
+    bool found = false;
+    const auto* bulb = static_cast<const TrackParameterFloat*>(single(0)->getTrackParameter());
+    const auto* glow = static_cast<const TrackParameterColor*>(single(1)->getTrackParameter());
+    const float value = bulb->getTrackValue(0.25f, found);
+    const vec4 colour = glow->getTrackValue(0.5f, found);
+    EXPECT_TRUE(dclick(xOf(0.25f), 15));
+    EXPECT_EQ(static_cast<const FKeyFloat*>(single(0)->getKey(1))->getTangents(), vec4());
+    EXPECT_EQ(bulb->getKey(1).time, 0.25f);
+    EXPECT_EQ(bulb->getKey(1).value, value);
+    dclick(xOf(0.5f), ROW + 15);
+    EXPECT_TRUE(near(glow->getKey(1).value, colour, 1e-6f));
+    dclick(xOf(1.0f), 15);           // on a float key's mark: nothing to edit
+    dclick(xOf(1.25f), 2 * ROW + 15); // below the last line
+    EXPECT_EQ(single(0)->getNumKeys(), 6);
+    FParameterStringFile* mesh = doc()->createParameterStringFile("Mesh");
+    redraw();
+    dclick(xOf(1.0f), 2 * ROW + 15);
+    EXPECT_EQ(mesh->getNumKeys(), 0);
+    EXPECT_EQ(messages(), (std::vector<int>{TRACK_MSG_KEY_MADE, TRACK_MSG_KEY_MADE}));
 }
 
 // A press during a gesture is swallowed; a move after a release outside the panel ends it.
