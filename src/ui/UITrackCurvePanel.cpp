@@ -47,7 +47,8 @@ UITrackCurvePanel::UITrackCurvePanel(UIRoot* root)
     addChild(m_scroll, UI_EXPAND_BOTH, -1);
     m_canvas = jNew<UICanvas>(FILE_TAG, __LINE__, "UITrackCurvePanel::UITrackCurvePanel", root);
     m_scroll->addChild(m_canvas, UI_EXPAND_BOTH, -1);
-    m_grid = jNew<UITrackCurveGrid>(FILE_TAG, __LINE__, "UITrackCurvePanel::UITrackCurvePanel", m_canvas);
+    m_grid = jNew<UITrackCurveGrid>(FILE_TAG, __LINE__, "UITrackCurvePanel::UITrackCurvePanel");
+    m_grid->attach(m_canvas);
     m_box_polygon = m_canvas->addPolygon(ORDER_BOX);
     m_box_line = m_canvas->addLine(ORDER_BOX + 1);
     m_canvas->setPolygonColor(m_box_polygon, BOX_FILL);
@@ -70,7 +71,7 @@ UITrackCurvePanel* UITrackCurvePanel::get()
 void UITrackCurvePanel::release()
 {
     for (UITrackCurve* curve : m_shown)
-        curve->forgetRender();
+        curve->clearShapes();
     m_shown.clear();
     m_selected_curves.clear();
     m_selected_keys.clear();
@@ -97,7 +98,7 @@ void UITrackCurvePanel::hideCurve(UITrackCurve* curve)
 {
     if (!m_shown.removeValue(curve))
         return;
-    curve->forgetRender();
+    curve->clearShapes();
     m_selected_curves.erase(curve);
     for (UITrackCurveKey* key : curve->getKeys())
         forgetKey(key);
@@ -157,12 +158,15 @@ void UITrackCurvePanel::update(float dt)
 void UITrackCurvePanel::render()
 {
     const AppData* hub = AppData::get();
-    const bool moved = m_mapping.getBegin() != hub->getBeginTime() || m_mapping.getEnd() != hub->getEndTime();
+    const bool moved = m_mapping.getBeginTime() != double(hub->getBeginTime()) ||
+                       m_mapping.getEndTime() != double(hub->getEndTime());
     if (moved)
         m_mapping.setTimeRange(hub->getBeginTime(), hub->getEndTime());
     const bool all = m_dirty || moved;
-    if (all || m_grid->isStale(m_mapping, hub->getTime()))
-        m_grid->render(m_mapping, hub->getTime());
+    if (all || m_grid_time != hub->getTime()) {
+        m_grid_time = hub->getTime();
+        m_grid->render(m_mapping, m_grid_time);
+    }
     int x0 = 0, y0 = 0, w = 0, h = 0;
     m_scroll->getVisibleArea(x0, y0, w, h);
     for (UITrackCurve* curve : m_shown) {

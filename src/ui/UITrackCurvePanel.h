@@ -93,6 +93,7 @@ private:
     double m_press_value = 0.0;
     int m_width = -1;
     int m_height = -1;
+    float m_grid_time = -1.0f; // the current time the grid shows
     int m_box_line = -1;
     int m_box_polygon = -1;
 };
