@@ -61,11 +61,21 @@ public:
     // into the segment (scale is 1 / its length).
     static void timing(double out, double in, double scale, double& ax, double& bx, double& cx)
     {
-        double h1 = std::clamp(out * scale, 0.0, 1.0);
-        double h2 = 1.0 + std::clamp(in * scale, -1.0, 0.0);
+        double h1 = 0.0, h2 = 0.0;
+        handleTimes(out, in, scale, h1, h2);
         cx = 3.0 * h1;
         bx = 3.0 * (h2 - 2.0 * h1);
         ax = 1.0 + 3.0 * (h1 - h2);
+    }
+
+    // Fills the normalised times (0 at the first key, 1 at the second) of a Bezier segment's two
+    // handles from their time offsets: out, the out handle's from the first key, and in, the in
+    // handle's (negative) from the second, each clamped into the segment (scale is 1 / its length),
+    // a handle pointing the wrong way in time onto its own key.
+    static void handleTimes(double out, double in, double scale, double& h1, double& h2)
+    {
+        h1 = std::clamp(out * scale, 0.0, 1.0);
+        h2 = 1.0 + std::clamp(in * scale, -1.0, 0.0);
     }
 
     // Returns a handle's value offset dv for a handle that reaches reach into a segment of length

@@ -78,6 +78,14 @@ public:
 
     Engine* engine_parameter() const { return static_cast<Engine*>(getTrackParameter()); }
 
+    // The value the engine gives the parameter at t: its curve's where it has keys, else the bound
+    // object's (an axis reads its element of the vector's); 0 when it cannot be read (logged).
+    Value valueAt(float t) const
+    {
+        Value value = 0;
+        return value_at(t, value) ? value : 0;
+    }
+
 protected:
     // The value the engine gives the parameter at t; false (logged) when it cannot be read.
     virtual bool value_at(float t, Value& value) const = 0;

@@ -1,14 +1,18 @@
 #pragma once
 
 #include "kit/jMath.h"
+#include "kit/jSet.h"
 #include "kit/jVector.h"
 
 class FParameterSingle;
+class UICanvas;
 class UITrackCurveKey;
+class UITrackCurveMapping;
 
 // The value-over-time curve of a float or double parameter: its colour, the value bounds it is
 // drawn within, and one point per key in time order. The parameter owns it; the curve panel lists
-// the curves it shows.
+// the curves it shows and gives them its canvas, on which a curve draws itself (a polyline in its
+// colour, as the engine evaluates the parameter) and its keys' points.
 class UITrackCurve {
 public:
     UITrackCurve() = default;
@@ -27,21 +31,55 @@ public:
     virtual bool isDirty() const { return m_dirty; }
     virtual void setDirty(bool dirty) { m_dirty = dirty; }
     virtual jVector<UITrackCurveKey*>& getKeys() { return m_keys; }
-    // Leaves the curve panel's lists (when it is shown there).
+    // Leaves the curve panel's lists (when it is shown there) and takes its shapes off the canvas.
     virtual void clearRender();
 
     // Adds a point (the caller then sorts); the point learns its curve.
     void addKey(UITrackCurveKey* key);
-    // Takes a point out; false when it is not there.
+    // Takes a point out, with its shapes off the canvas; false when it is not there.
     bool removeKey(UITrackCurveKey* key);
     // Orders the points by their keys' times.
     void sortKeys();
 
+    // Draws on canvas from now on, making the polyline there (after taking every shape off the
+    // canvas drawn on before; null leaves no canvas); the points make their shapes when they are
+    // first drawn.
+    void attach(UICanvas* canvas);
+    UICanvas* getCanvas() const { return m_canvas; }
+    // Draws the curve across the canvas columns x0 to x1 of mapping (nothing without a canvas or
+    // a parameter): the polyline of the engine parameter's compiled curve (UITrackCurvePolyline;
+    // the parameter's value at the data hub's time as a flat line when it has no keys), 1.5
+    // pixels wide, brighter when one of its points is in selected; then the point of every key
+    // within those columns (the others are hidden), with the handles of the selected ones on
+    // their Bezier sides where the engine places them: the key's tangents clamped into their
+    // segments as TrackCurveKernel clamps them. Leaves the curve clean.
+    void render(const UITrackCurveMapping& mapping, int x0, int x1, const jSet<UITrackCurveKey*>& selected);
+    // Takes the polyline and every point's shapes off the canvas and forgets it.
+    void clearShapes();
+    // The canvas id of the polyline, -1 when not attached.
+    int getPolyline() const { return m_polyline; }
+    // The polyline the last render drew, in canvas pixels.
+    const jVector<vec3>& getPoints() const { return m_points; }
+
 private:
+    // The colour of the polyline while one of the curve's points is selected: each channel half
+    // way to white.
+    vec4 bright_color() const;
+    bool has_selected(const jSet<UITrackCurveKey*>& selected) const;
+    template <class Parameter>
+    void render_as(const Parameter* parameter, const UITrackCurveMapping& mapping, int x0, int x1,
+                   const jSet<UITrackCurveKey*>& selected);
+    template <class Engine>
+    void render_keys(const Engine* engine, const UITrackCurveMapping& mapping, int x0, int x1,
+                     const jSet<UITrackCurveKey*>& selected);
+
     FParameterSingle* m_data = nullptr;
     vec4 m_color{1.0f, 1.0f, 1.0f, 1.0f};
     float m_min = 0.0f;
     float m_max = 0.0f;
     bool m_dirty = true;
     jVector<UITrackCurveKey*> m_keys;
+    UICanvas* m_canvas = nullptr;
+    int m_polyline = -1;
+    jVector<vec3> m_points;
 };

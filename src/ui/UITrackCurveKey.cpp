@@ -1,7 +1,30 @@
 #include "ui/UITrackCurveKey.h"
 
+#include <cmath>
+#include <numbers>
+
 #include "data/FKey.h"
+#include "ui/UICanvas.h"
+#include "ui/UIRect.h"
 #include "ui/UITrackCurve.h"
+
+namespace {
+
+const vec4 SELECTED_COLOR{1.0f, 1.0f, 1.0f, 1.0f};
+const vec4 HANDLE_LINE_COLOR{0.7f, 0.7f, 0.7f, 1.0f};
+const vec4 HANDLE_DOT_COLOR{0.85f, 0.85f, 0.85f, 1.0f};
+
+// Over the curves (UITrackCurve draws at 10): handle lines, their dots, and the marks on top, so
+// that a press on a key finds its mark first.
+constexpr int ORDER_HANDLE_LINE = 11;
+constexpr int ORDER_HANDLE_DOT = 12;
+constexpr int ORDER_MARK = 13;
+
+constexpr float MARK_HALF = 3.5f;
+constexpr float DOT_RADIUS = 3.0f;
+constexpr int DOT_CORNERS = 8;
+
+} // namespace
 
 void UITrackCurveKey::clearRender()
 {
@@ -13,4 +36,77 @@ void UITrackCurveKey::clearRender()
 float UITrackCurveKey::getTime() const
 {
     return m_key ? m_key->getTime() : 0.0f;
+}
+
+int UITrackCurveKey::getHandlePolygon(int side) const
+{
+    return valid(side) ? m_handle_dots[side] : INVALID_INDEX;
+}
+
+vec3 UITrackCurveKey::getHandlePoint(int side) const
+{
+    return valid(side) ? m_handle_points[side] : vec3();
+}
+
+void UITrackCurveKey::render(const vec3& point, const vec4& color, bool selected, const vec3* in, const vec3* out)
+{
+    if (!m_curve || !m_curve->getCanvas())
+        return;
+    draw_mark(point, color, selected);
+    draw_handle(SIDE_IN, point, in);
+    draw_handle(SIDE_OUT, point, out);
+}
+
+void UITrackCurveKey::draw_mark(const vec3& point, const vec4& color, bool selected)
+{
+    UICanvas* canvas = m_curve->getCanvas();
+    if (m_mark == INVALID_INDEX)
+        m_mark = canvas->addPolygon(ORDER_MARK);
+    const UIRect square(point.x - MARK_HALF, point.y - MARK_HALF, point.x + MARK_HALF, point.y + MARK_HALF);
+    canvas->setPolygonPoints(m_mark, square.corners, 4);
+    canvas->setPolygonColor(m_mark, selected ? SELECTED_COLOR : color);
+}
+
+void UITrackCurveKey::draw_handle(int side, const vec3& point, const vec3* handle)
+{
+    if (!handle) {
+        remove_handle(side);
+        return;
+    }
+    UICanvas* canvas = m_curve->getCanvas();
+    if (m_handle_dots[side] == INVALID_INDEX) {
+        m_handle_lines[side] = canvas->addLine(ORDER_HANDLE_LINE);
+        m_handle_dots[side] = canvas->addPolygon(ORDER_HANDLE_DOT);
+        canvas->setLineColor(m_handle_lines[side], HANDLE_LINE_COLOR);
+        canvas->setPolygonColor(m_handle_dots[side], HANDLE_DOT_COLOR);
+    }
+    const vec3 line[2] = {point, *handle};
+    canvas->setLinePoints(m_handle_lines[side], line, 2, false);
+    vec3 dot[DOT_CORNERS];
+    for (int i = 0; i < DOT_CORNERS; ++i) {
+        const float angle = 2.0f * std::numbers::pi_v<float> * float(i) / float(DOT_CORNERS);
+        dot[i] = vec3(handle->x + DOT_RADIUS * std::cos(angle), handle->y + DOT_RADIUS * std::sin(angle), 0.0f);
+    }
+    canvas->setPolygonPoints(m_handle_dots[side], dot, DOT_CORNERS);
+    m_handle_points[side] = *handle;
+}
+
+void UITrackCurveKey::remove_handle(int side)
+{
+    UICanvas* canvas = m_curve ? m_curve->getCanvas() : nullptr;
+    if (canvas && m_handle_dots[side] != INVALID_INDEX) {
+        canvas->removeLine(m_handle_lines[side]);
+        canvas->removePolygon(m_handle_dots[side]);
+    }
+    m_handle_lines[side] = m_handle_dots[side] = INVALID_INDEX;
+}
+
+void UITrackCurveKey::hide()
+{
+    UICanvas* canvas = m_curve ? m_curve->getCanvas() : nullptr;
+    if (canvas && m_mark != INVALID_INDEX)
+        canvas->removePolygon(m_mark);
+    m_mark = INVALID_INDEX;
+    remove_handle(SIDE_IN);
+    remove_handle(SIDE_OUT);
 }
