@@ -34,7 +34,7 @@ constexpr int TIMEBAR_HEIGHT = 40;
 constexpr int BOTTOM_TIMEBAR_HEIGHT = 32;
 // The upper band (node panel, file commands) and the lower band (rows, key lines) share the
 // columns' height in this ratio at first.
-constexpr float UPPER_BAND_WEIGHT = 1.0f;
+constexpr float UPPER_BAND_WEIGHT = 2.0f;
 constexpr float LOWER_BAND_WEIGHT = 3.0f;
 constexpr int UPPER_BAND_MIN_HEIGHT = 128;
 constexpr float NEW_TRACK_LENGTH = 10.0f;

@@ -3,7 +3,8 @@
 #include <cmath>
 #include <numbers>
 
-#include "data/FKey.h"
+#include "data/FKeyDouble.h"
+#include "data/FKeyFloat.h"
 #include "ui/UICanvas.h"
 #include "ui/UIRect.h"
 #include "ui/UITrackCurve.h"
@@ -36,6 +37,26 @@ void UITrackCurveKey::clearRender()
 float UITrackCurveKey::getTime() const
 {
     return m_key ? m_key->getTime() : 0.0f;
+}
+
+double UITrackCurveKey::getValue() const
+{
+    if (const auto* f = dynamic_cast<const FKeyFloat*>(m_key))
+        return f->getValue();
+    if (const auto* d = dynamic_cast<const FKeyDouble*>(m_key))
+        return d->getValue();
+    return 0.0;
+}
+
+void UITrackCurveKey::setTimeAndValue(float time, double value)
+{
+    if (!m_key)
+        return;
+    m_key->setTime(time);
+    if (auto* f = dynamic_cast<FKeyFloat*>(m_key))
+        f->setValue(float(value));
+    else if (auto* d = dynamic_cast<FKeyDouble*>(m_key))
+        d->setValue(value);
 }
 
 int UITrackCurveKey::getHandlePolygon(int side) const

@@ -27,6 +27,11 @@ public:
     virtual void clearRender();
     // The time of the key the point shows (points sort by it).
     float getTime() const;
+    // The value of the key (a float or double key), 0 for other keys.
+    double getValue() const;
+    // Moves the key to a time and a value (narrowed to float for a float key); the caller sorts
+    // and writes the parameter's keys to the engine.
+    void setTimeAndValue(float time, double value);
 
     // Draws on the curve's canvas (nothing when the curve has none), making the shapes it lacks:
     // the mark centred on point (canvas pixels) filled with color, or white when selected; the in

@@ -7,6 +7,7 @@
 #include "anim/TrackParameter.h"
 #include "anim/TrackParameterFloat.h"
 #include "data/FKeyFloat.h"
+#include "data/FParameterSingle.h"
 #include "data/FParameterFloat.h"
 #include "editor/ButtonLookup.h"
 #include "editor/Locale.h"
@@ -24,6 +25,9 @@
 #include "ui/UIGridLayout.h"
 #include "ui/UIScrollBox.h"
 #include "ui/UITimeBar.h"
+#include "ui/UITrackCurve.h"
+#include "ui/UITrackCurveKey.h"
+#include "ui/UITrackCurvePanel.h"
 #include "ui/UITrackLine.h"
 #include "ui/UITrackLineKey.h"
 #include "ui/UITrackLinePanel.h"
@@ -590,4 +594,60 @@ TEST_F(TrackEditorTest, KeyCommandsActOnTheSelectedKeysAndReachTheEngine)
     EXPECT_EQ(lines()->getSelectedKeys().size(), 3);
     EXPECT_EQ(single(0)->getKeySet().size() + single(1)->getKeySet().size() + single(2)->getKeySet().size(), 3);
     EXPECT_TRUE(single(16)->getKeySet().empty());
+}
+
+// The curve view shares its key selection with the key lines both ways, drags the selected keys in
+// time and value as one block that the engine follows, frames what the buttons ask, and zooms
+// about the pointer.
+TEST_F(TrackEditorTest, TheCurveViewSelectsDragsAndFramesKeys)
+{
+    loadDemo();
+    frame();
+    UITrackCurvePanel* panel = UITrackCurvePanel::get();
+    FParameterSingle* fov = single(12); // "Camera breathe", shown
+    ASSERT_TRUE(panel->isShown(fov->getCurve()));
+    UICanvas* canvas = panel->getCanvas();
+    const UITrackCurveMapping& map = panel->getMapping();
+    auto at = [&](UITrackCurveKey* point, int dx = 0, int dy = 0) {
+        return mouseAt(canvas, int(std::lround(map.xOfTime(point->getTime()))) + dx,
+                       int(std::lround(map.yOfValue(point->getValue()))) + dy);
+    };
+    UITrackCurveKey* second = fov->getCurve()->getKeys()[1];
+    clearMessages();
+    const UIEventMouse press = at(second);
+    ASSERT_TRUE(panel->onMouseDown(&press));
+    EXPECT_EQ(messages(), (std::vector<int>{TRACK_MSG_SELECTION_LISTS, TRACK_MSG_CURVE_SELECTION}));
+    EXPECT_EQ(lines()->getSelectedKeys().size(), 1);
+    EXPECT_TRUE(lines()->getSelectedKeys().contains(second->getKey()->getLineKey()));
+    EXPECT_TRUE(rows()->getSelected().contains(fov->getRow()));
+
+    const float time = second->getTime();
+    const double value = second->getValue();
+    const UIEventMouse move = at(second, 30, -20);
+    panel->onMouseMove(&move);
+    panel->onMouseUp(&move);
+    const float movedTime = second->getTime();
+    EXPECT_NEAR(movedTime - time, 30.0 * map.timePerPixel(), 1e-4);
+    EXPECT_NEAR(second->getValue() - value, 20.0 * map.valuePerPixel(), 1e-3);
+    bool found = false;
+    EXPECT_NEAR(static_cast<const TrackParameterFloat*>(fov->getTrackParameter())->getTrackValue(movedTime, found),
+                second->getValue(), 1e-4);
+    EXPECT_EQ(messages().back(), TRACK_MSG_KEYS_MOVED);
+
+    fov->getKeySet().clear();
+    single(0)->getKeySet().insert(single(0)->getKey(1));
+    MsgMngr::get()->notifyHelper(TRACK_MSG_SELECTION_LISTS);
+    UITrackCurveKey* other = single(0)->getKey(1)->getCurveKey();
+    EXPECT_TRUE(panel->getSelectedKeys().contains(other));
+
+    button("arrange_y")->click(); // frames the selected key's value
+    EXPECT_NEAR(map.yOfValue(other->getValue()), map.getHeight() / 2.0, 1.0);
+    const float before = AppData::get()->getEndTime() - AppData::get()->getBeginTime();
+    UIEventMouse wheel = mouseAt(canvas, canvas->getWidth() / 2, canvas->getHeight() / 2);
+    wheel.wheel = 1;
+    const double under = map.timeOfX(canvas->getWidth() / 2);
+    ASSERT_TRUE(panel->onMouseWheel(&wheel));
+    frame();
+    EXPECT_LT(AppData::get()->getEndTime() - AppData::get()->getBeginTime(), before);
+    EXPECT_NEAR(map.timeOfX(canvas->getWidth() / 2), under, map.timePerPixel());
 }
