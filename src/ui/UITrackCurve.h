@@ -48,8 +48,8 @@ public:
     UICanvas* getCanvas() const { return m_canvas; }
     // Draws the curve across the canvas columns x0 to x1 of mapping (nothing without a canvas or
     // a parameter): the polyline of the engine parameter's compiled curve (UITrackCurvePolyline;
-    // the parameter's value at the data hub's time as a flat line when it has no keys), 1.5
-    // pixels wide, brighter when one of its points is in selected; then the point of every key
+    // the parameter's value at the data hub's time as a flat line when it has no keys), one
+    // pixel wide, brighter when one of its points is in selected; then the point of every key
     // within those columns (the others are hidden), with the handles of the selected ones on
     // their Bezier sides where the engine places them: the key's tangents clamped into their
     // segments as TrackCurveKernel clamps them. Leaves the curve clean.

@@ -15,8 +15,9 @@ class UITrackCurveKey;
 // is on, over the same time range as the key lines (so a key sits straight above its mark), with a
 // value grid and the current time. Keys are selected with a click, a modifier-click or a
 // rubber-band box, the selection being the key lines' too (205, 208), and dragged in time and value
-// as one block. The wheel zooms about the pointer (with Ctrl the value axis only), a middle drag
-// pans. The curves belong to their parameters; there is one panel at a time.
+// as one block; the handles of a selected key shape its Bezier sides. The wheel zooms about the
+// pointer (with Ctrl the value axis only), a middle drag pans. The curves belong to their
+// parameters; there is one panel at a time.
 class UITrackCurvePanel : public UIVLayout {
 public:
     explicit UITrackCurvePanel(UIRoot* root);
@@ -69,11 +70,14 @@ private:
     void start_box(bool extend);
     void drag_box(int x, int y);
     void drag_keys(int x, int y, bool constrain);
+    void drag_handle(int x, int y);
     void pan(int x, int y);
     void zoom_time(float x, double factor);
     bool value_bounds(bool selectedOnly, double& low, double& high, float& begin, float& end) const;
     void to_canvas(const UIEventMouse* e, int& x, int& y) const;
     UITrackCurveKey* key_at(int polygon) const;
+    // The selected point whose handle dot is polygon, with the handle's side; null when none is.
+    UITrackCurveKey* handle_at(int polygon, int& side) const;
 
     UITrackCurveMapping m_mapping;
     UITrackCurveGrid* m_grid = nullptr;
@@ -89,6 +93,7 @@ private:
     int m_press_x = 0;
     int m_press_y = 0;
     UITrackCurveKey* m_pressed = nullptr;
+    int m_handle_side = 0;
     float m_press_time = 0.0f;
     double m_press_value = 0.0;
     int m_width = -1;

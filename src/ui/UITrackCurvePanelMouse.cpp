@@ -10,6 +10,8 @@
 #include "anim/Track.h"
 #include "data/AppData.h"
 #include "data/FKey.h"
+#include "data/FKeyDouble.h"
+#include "data/FKeyFloat.h"
 #include "data/FParameterSingle.h"
 #include "data/FTrack.h"
 #include "msg/MsgMngr.h"
@@ -24,6 +26,7 @@ constexpr int MODE_NONE = 0;
 constexpr int MODE_BOX = 1;
 constexpr int MODE_DRAG = 2;
 constexpr int MODE_PAN = 3;
+constexpr int MODE_HANDLE = 4;
 constexpr int DRAG_DISTANCE_SQ = 9;
 // A mark's half size, for the box: a key is taken when its mark touches the box.
 constexpr int MARK_HALF = 4;
@@ -31,6 +34,44 @@ constexpr int MARK_HALF = 4;
 constexpr double ZOOM_STEP = 1.25;
 // The narrowest time range the wheel zooms in to.
 constexpr float MIN_TIME_SPAN = 1e-3f;
+
+// Moves one handle of key i of a float or double parameter (Key: FKeyFloat or FKeyDouble) to the
+// offset (dt, dv) from the key, its time held inside its segment as the engine holds it. A break
+// key moves that handle alone; on the other types the opposite handle turns with it, keeping its
+// length, so the curve stays smooth through the key, and a smooth key (whose handles the engine
+// would otherwise recompute from the neighbours) becomes a break key. False for other keys.
+template <class Key>
+bool moveHandle(FParameterSingle* parameter, int i, int side, double dt, double dv)
+{
+    auto* key = dynamic_cast<Key*>(parameter->getKey(i));
+    if (!key)
+        return false;
+    const bool in = side == UITrackCurveKey::SIDE_IN;
+    const float t = key->getTime();
+    if (in)
+        dt = std::clamp(dt, i > 0 ? double(parameter->getKey(i - 1)->getTime() - t) : 0.0, 0.0);
+    else
+        dt = std::clamp(dt, 0.0, i + 1 < parameter->getNumKeys() ? double(parameter->getKey(i + 1)->getTime() - t) : 0.0);
+    vec4 tangents = key->getTangents();
+    const double otherLength = in ? std::hypot(tangents.z, tangents.w) : std::hypot(tangents.x, tangents.y);
+    const double length = std::hypot(dt, dv);
+    if (in) {
+        tangents.x = float(dt);
+        tangents.y = float(dv);
+    } else {
+        tangents.z = float(dt);
+        tangents.w = float(dv);
+    }
+    if (key->getKeyType() != TRACK_KEY_BREAK && length > 0.0) {
+        const float scale = float(-otherLength / length);
+        (in ? tangents.z : tangents.x) = float(dt) * scale;
+        (in ? tangents.w : tangents.y) = float(dv) * scale;
+    }
+    if (key->getKeyType() == TRACK_KEY_SMOOTH)
+        key->setKeyType(TRACK_KEY_BREAK);
+    key->setTangents(tangents);
+    return true;
+}
 
 } // namespace
 
@@ -50,6 +91,17 @@ UITrackCurveKey* UITrackCurvePanel::key_at(int polygon) const
     return nullptr;
 }
 
+UITrackCurveKey* UITrackCurvePanel::handle_at(int polygon, int& side) const
+{
+    for (UITrackCurveKey* point : m_selected_keys)
+        for (int s : {UITrackCurveKey::SIDE_IN, UITrackCurveKey::SIDE_OUT})
+            if (polygon != INVALID_INDEX && point->getHandlePolygon(s) == polygon) {
+                side = s;
+                return point;
+            }
+    return nullptr;
+}
+
 bool UITrackCurvePanel::onMouseDown(const UIEventMouse* e)
 {
     if (!m_canvas || !isHit(e->x, e->y))
@@ -66,10 +118,15 @@ bool UITrackCurvePanel::onMouseDown(const UIEventMouse* e)
         return UIVLayout::onMouseDown(e);
     int x = 0, y = 0;
     to_canvas(e, x, y);
-    if (UITrackCurveKey* point = key_at(m_canvas->getPolygonIntersection(x, y)))
+    const int polygon = m_canvas->getPolygonIntersection(x, y);
+    if (UITrackCurveKey* point = key_at(polygon)) {
         press_key(point, e->isMultiSelect());
-    else
+    } else if (UITrackCurveKey* owner = handle_at(polygon, m_handle_side)) {
+        m_mode = MODE_HANDLE;
+        m_pressed = owner;
+    } else {
         start_box(e->isMultiSelect());
+    }
     return true;
 }
 
@@ -112,7 +169,26 @@ bool UITrackCurvePanel::onMouseMove(const UIEventMouse* e)
         drag_keys(x, y, (e->modifiers & UI_MOD_SHIFT) != 0);
     else if (m_mode == MODE_PAN)
         pan(e->x, e->y);
+    else if (m_mode == MODE_HANDLE && m_dragged)
+        drag_handle(x, y);
     return true;
+}
+
+void UITrackCurvePanel::drag_handle(int x, int y)
+{
+    FKey* key = m_pressed ? m_pressed->getKey() : nullptr;
+    FParameterSingle* parameter = key ? key->getParameter() : nullptr;
+    if (!parameter)
+        return;
+    const double dt = m_mapping.timeOfX(x) - key->getTime();
+    const double dv = m_mapping.valueOfY(y) - m_pressed->getValue();
+    const int i = parameter->getKeys().find(key);
+    if (!moveHandle<FKeyFloat>(parameter, i, m_handle_side, dt, dv) &&
+        !moveHandle<FKeyDouble>(parameter, i, m_handle_side, dt, dv))
+        return;
+    parameter->applyKeys();
+    m_dirty = true;
+    MsgMngr::get()->notifyHelper(TRACK_MSG_KEYS_CHANGED);
 }
 
 void UITrackCurvePanel::drag_box(int x, int y)

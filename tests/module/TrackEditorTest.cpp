@@ -651,3 +651,50 @@ TEST_F(TrackEditorTest, TheCurveViewSelectsDragsAndFramesKeys)
     EXPECT_LT(AppData::get()->getEndTime() - AppData::get()->getBeginTime(), before);
     EXPECT_NEAR(map.timeOfX(canvas->getWidth() / 2), under, map.timePerPixel());
 }
+
+// Dragging a handle shapes its side of the key: a break key moves that handle alone; an automatic
+// or smooth key turns the other handle with it, keeping its length (and a smooth key then keeps
+// its handles as a break key). The engine follows at once.
+TEST_F(TrackEditorTest, CurveHandlesShapeTheirKeysSides)
+{
+    loadDemo();
+    FParameterSingle* fov = single(12);
+    auto* key = static_cast<FKeyFloat*>(fov->getKey(1));
+    const struct {
+        int type;
+        bool turns;
+        int after;
+    } cases[] = {{TRACK_KEY_BREAK, false, TRACK_KEY_BREAK},
+                 {TRACK_KEY_AUTO, true, TRACK_KEY_AUTO},
+                 {TRACK_KEY_SMOOTH, true, TRACK_KEY_BREAK}};
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.type);
+        key->setKeyType(c.type);
+        key->setTangents(vec4(-1.0f, 0.0f, 1.0f, 0.0f));
+        fov->applyKeys();
+        fov->getKeySet().clear();
+        fov->getKeySet().insert(key);
+        MsgMngr::get()->notifyHelper(TRACK_MSG_SELECTION_LISTS);
+        frame();
+        UITrackCurveKey* point = key->getCurveKey();
+        ASSERT_NE(point->getHandlePolygon(UITrackCurveKey::SIDE_OUT), -1);
+        const vec3 dot = point->getHandlePoint(UITrackCurveKey::SIDE_OUT);
+        UITrackCurvePanel* panel = UITrackCurvePanel::get();
+        const UIEventMouse press = mouseAt(panel->getCanvas(), int(dot.x), int(dot.y));
+        const UIEventMouse move = mouseAt(panel->getCanvas(), int(dot.x), int(dot.y) - 20);
+        ASSERT_TRUE(panel->onMouseDown(&press));
+        panel->onMouseMove(&move);
+        panel->onMouseUp(&move);
+        const vec4 t = key->getTangents();
+        EXPECT_GT(t.w, 0.0f);
+        EXPECT_EQ(key->getKeyType(), c.after);
+        EXPECT_NEAR(std::hypot(t.x, t.y), 1.0f, 1e-4f);
+        if (c.turns)
+            EXPECT_NEAR(t.x * t.w - t.y * t.z, 0.0f, 1e-4f); // the two handles on one line
+        else
+            EXPECT_EQ(t.y, 0.0f);
+        const auto* engine = static_cast<const TrackParameterFloat*>(fov->getTrackParameter());
+        EXPECT_EQ(engine->getKey(1).tangents.w, t.w);
+        EXPECT_EQ(engine->getKey(1).type, c.after);
+    }
+}
