@@ -148,24 +148,6 @@ void TrackEditor::refresh_fields()
         field->refresh();
 }
 
-void TrackEditor::clear_selected()
-{
-    m_rows->setSelected(jSet<UITrackRow*>());
-    m_lines->setSelectedLines(jVector<UITrackLine*>());
-    m_lines->setSelectedKeys(jVector<UITrackLineKey*>());
-    m_curves->setSelectedCurves(jVector<UITrackCurve*>());
-    m_curves->setSelectedKeys(jVector<UITrackCurveKey*>());
-}
-
-bool TrackEditor::onKeyPress(const UIEventKey* e)
-{
-    if (e->key == UI_KEY_DELETE) {
-        delete_key();
-        MsgMngr::get()->notifyHelper(TRACK_MSG_KEYS_DELETED);
-    }
-    return UIWindow::onKeyPress(e);
-}
-
 void TrackEditor::clear()
 {
     m_playing = false;

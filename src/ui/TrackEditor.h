@@ -111,7 +111,7 @@ private:
 
     void update_node_panel();
 
-    // Key commands and the key fields (TrackEditorKeys.cpp).
+    // The key bar's commands, the key fields and the views' selection (TrackEditorKeys.cpp).
     void cb_arrange_x(const UIEventMouse* e, UIElement* sender);
     void cb_arrange_y(const UIEventMouse* e, UIElement* sender);
     void cb_arrange_xy(const UIEventMouse* e, UIElement* sender);

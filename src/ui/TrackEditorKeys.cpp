@@ -1,5 +1,5 @@
-// The Track Editor's key commands: making a key on every selected row, deleting, typing and
-// shaping the selected keys. The selected keys are each parameter's key set; the commands walk the
+// The Track Editor's key commands: framing the curve view, making a key on every selected row,
+// deleting, typing and shaping the selected keys, and dropping every view's selection. The selected keys are each parameter's key set; the commands walk the
 // document's parameters in list order and each key set in its own order.
 //
 // Every command brings the engine in step itself, for the parameters it touched (applyKeys), before
@@ -24,6 +24,9 @@
 #include "data/FTrack.h"
 #include "kit/jAllocator.h"
 #include "msg/MsgMngr.h"
+#include "ui/UITrackCurvePanel.h"
+#include "ui/UITrackLinePanel.h"
+#include "ui/UITrackRowPanel.h"
 
 namespace {
 
@@ -109,6 +112,21 @@ bool shapeKey(FParameterSingle* parameter, int i, int kind, Third third)
 
 } // namespace
 
+void TrackEditor::cb_arrange_x(const UIEventMouse*, UIElement*)
+{
+    m_curves->arrange(true, false);
+}
+
+void TrackEditor::cb_arrange_y(const UIEventMouse*, UIElement*)
+{
+    m_curves->arrange(false, true);
+}
+
+void TrackEditor::cb_arrange_xy(const UIEventMouse*, UIElement*)
+{
+    m_curves->arrange(true, true);
+}
+
 void TrackEditor::cb_make_key(const UIEventMouse*, UIElement*)
 {
     const float t = AppData::get()->getTime();
@@ -161,6 +179,24 @@ void TrackEditor::cb_key_break(const UIEventMouse*, UIElement*)
 void TrackEditor::cb_key_auto(const UIEventMouse*, UIElement*)
 {
     setSelectedKeysType(TRACK_KEY_AUTO);
+}
+
+void TrackEditor::clear_selected()
+{
+    m_rows->setSelected(jSet<UITrackRow*>());
+    m_lines->setSelectedLines(jVector<UITrackLine*>());
+    m_lines->setSelectedKeys(jVector<UITrackLineKey*>());
+    m_curves->setSelectedCurves(jVector<UITrackCurve*>());
+    m_curves->setSelectedKeys(jVector<UITrackCurveKey*>());
+}
+
+bool TrackEditor::onKeyPress(const UIEventKey* e)
+{
+    if (e->key == UI_KEY_DELETE) {
+        delete_key();
+        MsgMngr::get()->notifyHelper(TRACK_MSG_KEYS_DELETED);
+    }
+    return UIWindow::onKeyPress(e);
 }
 
 void TrackEditor::delete_key()

@@ -249,21 +249,6 @@ void TrackEditor::init_key_bar(UIElement* bar)
                              &TrackEditor::getSelectedKeysValue, 0, "", KEY_FIELD_WIDTH));
 }
 
-void TrackEditor::cb_arrange_x(const UIEventMouse*, UIElement*)
-{
-    m_curves->arrange(true, false);
-}
-
-void TrackEditor::cb_arrange_y(const UIEventMouse*, UIElement*)
-{
-    m_curves->arrange(false, true);
-}
-
-void TrackEditor::cb_arrange_xy(const UIEventMouse*, UIElement*)
-{
-    m_curves->arrange(true, true);
-}
-
 void TrackEditor::cb_track_lines_size_changed(const UIEventChanged*, UIElement*)
 {
     copyBands(m_right_bands, m_left_bands);
