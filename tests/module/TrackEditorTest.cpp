@@ -650,6 +650,29 @@ TEST_F(TrackEditorTest, TheCurveViewSelectsDragsAndFramesKeys)
     frame();
     EXPECT_LT(AppData::get()->getEndTime() - AppData::get()->getBeginTime(), before);
     EXPECT_NEAR(map.timeOfX(canvas->getWidth() / 2), under, map.timePerPixel());
+
+    // Framed whole, a box across the view takes every shown key, in the key lines too.
+    panel->setSelectedKeys(jVector<UITrackCurveKey*>());
+    button("arrange_xy")->click();
+    frame();
+    int shownKeys = 0;
+    for (UITrackCurve* curve : panel->getShownCurves())
+        shownKeys += curve->getKeys().size();
+    const UIEventMouse corner = mouseAt(canvas, 1, 1);
+    const UIEventMouse across = mouseAt(canvas, canvas->getWidth() - 1, canvas->getHeight() - 1);
+    panel->onMouseDown(&corner);
+    panel->onMouseMove(&across);
+    panel->onMouseUp(&across);
+    EXPECT_EQ(panel->getSelectedKeys().size(), shownKeys);
+    EXPECT_EQ(lines()->getSelectedKeys().size(), shownKeys);
+    // A middle drag carries the value under the pointer with it.
+    const double held = map.valueOfY(100.0);
+    const UIEventMouse middle = mouseAt(canvas, 50, 100, UI_MOUSE_MIDDLE, 1 << UI_MOUSE_MIDDLE);
+    const UIEventMouse lower = mouseAt(canvas, 50, 120, UI_MOUSE_NONE, 1 << UI_MOUSE_MIDDLE);
+    panel->onMouseDown(&middle);
+    panel->onMouseMove(&lower);
+    panel->onMouseUp(&lower);
+    EXPECT_NEAR(map.valueOfY(120.0), held, 1e-6 * std::fabs(held) + 1e-9);
 }
 
 // Dragging a handle shapes its side of the key: a break key moves that handle alone; an automatic
