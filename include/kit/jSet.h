@@ -1,6 +1,7 @@
 #pragma once
 
 #include "kit/jTree.h"
+#include "kit/jVector.h"
 
 // The (empty) data a set keeps beside each key.
 struct _SetData {};
@@ -33,6 +34,15 @@ public:
     using const_iterator = Iter<const Node>;
 
     // Adds key; returns true when it was new, false when it was already in the set.
+    // Returns a set of the items of a vector (each once).
+    static jSet of(const jVector<K>& items)
+    {
+        jSet set;
+        for (const K& item : items)
+            set.insert(item);
+        return set;
+    }
+
     bool insert(const K& key)
     {
         bool inserted = false;

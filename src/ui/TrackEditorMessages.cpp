@@ -27,15 +27,6 @@
 
 namespace {
 
-template <class T>
-jSet<T*> toSet(const jVector<T*>& items)
-{
-    jSet<T*> set;
-    for (T* item : items)
-        set.insert(item);
-    return set;
-}
-
 float clampTo(float v, float lo, float hi)
 {
     return v < lo ? lo : (v < hi ? v : hi);
@@ -213,7 +204,7 @@ void TrackEditor::on_key_made(UiMsg* msg)
         m_lines->setCurrentKey(lists.lineKeys.empty() ? nullptr : lists.lineKeys[0]);
         m_lines->setSelectedKeys(lists.lineKeys);
         m_lines->setSelectedLines(lists.lines);
-        m_rows->setSelected(toSet(lists.rows));
+        m_rows->setSelected(jSet<UITrackRow*>::of(lists.rows));
         m_curves->setSelectedKeys(lists.curveKeys);
         m_curves->setSelectedCurves(lists.curves);
         AppData::get()->getTrack()->setSelectedParameters(lists.lineParameters());
@@ -234,7 +225,7 @@ void TrackEditor::on_selection_lists()
     m_lines->setSelectedKeys(lists.lineKeys);
     m_curves->setSelectedKeys(lists.curveKeys);
     m_curves->setSelectedCurves(lists.curves);
-    m_rows->setSelected(toSet(lists.rows));
+    m_rows->setSelected(jSet<UITrackRow*>::of(lists.rows));
 }
 
 void TrackEditor::on_selection_changed(int id)
@@ -266,6 +257,6 @@ void TrackEditor::update_select_track()
     m_lines->setSelectedLines(lines);
     m_lines->setCurrentLine(lines.empty() ? nullptr : lines[0]);
     m_rows->setCurrent(rows.empty() ? nullptr : rows[0]);
-    m_rows->setSelected(toSet(rows));
+    m_rows->setSelected(jSet<UITrackRow*>::of(rows));
     m_curves->setSelectedCurves(curves);
 }

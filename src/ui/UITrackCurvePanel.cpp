@@ -11,6 +11,7 @@
 #include "kit/jAllocator.h"
 #include "msg/MsgMngr.h"
 #include "ui/UICanvas.h"
+#include "ui/UIRubberBand.h"
 #include "ui/UIScrollBox.h"
 #include "ui/UITrackCurve.h"
 #include "ui/UITrackCurveGrid.h"
@@ -22,19 +23,8 @@ constexpr const char* FILE_TAG = "src/ui/UITrackCurvePanel";
 UITrackCurvePanel* g_instance = nullptr;
 
 const vec4 BACKGROUND{0.12f, 0.12f, 0.12f, 1.0f};
-const vec4 BOX_FILL{0.5f, 0.5f, 0.8f, 0.25f};
-const vec4 BOX_OUTLINE{0.8f, 0.8f, 1.0f, 1.0f};
 // Draw orders: the grid beneath the curves, the rubber-band box above everything.
 constexpr int ORDER_BOX = 1 << 20;
-
-template <class T>
-jSet<T*> toSet(const jVector<T*>& items)
-{
-    jSet<T*> set;
-    for (T* item : items)
-        set.insert(item);
-    return set;
-}
 
 } // namespace
 
@@ -49,10 +39,7 @@ UITrackCurvePanel::UITrackCurvePanel(UIRoot* root)
     m_scroll->addChild(m_canvas, UI_EXPAND_BOTH, -1);
     m_grid = jNew<UITrackCurveGrid>(FILE_TAG, __LINE__, "UITrackCurvePanel::UITrackCurvePanel");
     m_grid->attach(m_canvas);
-    m_box_polygon = m_canvas->addPolygon(ORDER_BOX);
-    m_box_line = m_canvas->addLine(ORDER_BOX + 1);
-    m_canvas->setPolygonColor(m_box_polygon, BOX_FILL);
-    m_canvas->setLineColor(m_box_line, BOX_OUTLINE);
+    m_box = jNew<UIRubberBand>(FILE_TAG, __LINE__, "UITrackCurvePanel::UITrackCurvePanel", m_canvas, ORDER_BOX);
     g_instance = this;
 }
 
@@ -79,6 +66,8 @@ void UITrackCurvePanel::release()
     m_pressed = nullptr;
     jDelete(m_grid, FILE_TAG, __LINE__, "UITrackCurvePanel::release");
     m_grid = nullptr;
+    jDelete(m_box, FILE_TAG, __LINE__, "UITrackCurvePanel::release");
+    m_box = nullptr;
     UIVLayout::release();
     m_scroll = nullptr;
     m_canvas = nullptr;
@@ -111,13 +100,13 @@ bool UITrackCurvePanel::isShown(const UITrackCurve* curve) const
 
 void UITrackCurvePanel::setSelectedCurves(const jVector<UITrackCurve*>& curves)
 {
-    m_selected_curves = toSet(curves);
+    m_selected_curves = jSet<UITrackCurve*>::of(curves);
     setDirty();
 }
 
 void UITrackCurvePanel::setSelectedKeys(const jVector<UITrackCurveKey*>& keys)
 {
-    m_selected_keys = toSet(keys);
+    m_selected_keys = jSet<UITrackCurveKey*>::of(keys);
     setDirty();
 }
 

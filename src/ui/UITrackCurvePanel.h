@@ -6,6 +6,7 @@
 #include "ui/UIVLayout.h"
 
 class UICanvas;
+class UIRubberBand;
 class UIScrollBox;
 class UITrackCurve;
 class UITrackCurveGrid;
@@ -99,6 +100,5 @@ private:
     int m_width = -1;
     int m_height = -1;
     float m_grid_time = -1.0f; // the current time the grid shows
-    int m_box_line = -1;
-    int m_box_polygon = -1;
+    UIRubberBand* m_box = nullptr;
 };

@@ -16,7 +16,7 @@
 #include "data/FTrack.h"
 #include "msg/MsgMngr.h"
 #include "ui/UICanvas.h"
-#include "ui/UIRect.h"
+#include "ui/UIRubberBand.h"
 #include "ui/UITrackCurve.h"
 #include "ui/UITrackCurveKey.h"
 
@@ -195,11 +195,8 @@ void UITrackCurvePanel::drag_box(int x, int y)
 {
     int px = m_press_x, py = m_press_y;
     m_canvas->screenToLocal(px, py);
-    const int left = std::min(px, x), right = std::max(px, x);
-    const int top = std::min(py, y), bottom = std::max(py, y);
-    const UIRect box{float(left), float(top), float(right), float(bottom)};
-    m_canvas->setLinePoints(m_box_line, box.corners, 4, true);
-    m_canvas->setPolygonPoints(m_box_polygon, box.corners, 4);
+    int left = 0, top = 0, right = 0, bottom = 0;
+    m_box->show(px, py, x, y, left, top, right, bottom);
     m_selected_keys = m_saved_keys;
     for (UITrackCurve* curve : m_shown) {
         for (UITrackCurveKey* point : curve->getKeys()) {
@@ -275,8 +272,7 @@ bool UITrackCurvePanel::onMouseUp(const UIEventMouse* e)
     m_mode = MODE_NONE;
     m_dragged = false;
     m_pressed = nullptr;
-    m_canvas->clearLinePoints(m_box_line);
-    m_canvas->clearPolygonPoints(m_box_polygon);
+    m_box->hide();
     m_canvas->removeFocus();
     return UIVLayout::onMouseUp(e);
 }

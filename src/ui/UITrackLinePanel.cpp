@@ -8,6 +8,7 @@
 #include "kit/jAllocator.h"
 #include "kit/jLog.h"
 #include "ui/UICanvas.h"
+#include "ui/UIRubberBand.h"
 #include "ui/UIScrollBox.h"
 #include "ui/UITrackLine.h"
 #include "ui/UITrackLineKey.h"
@@ -42,8 +43,6 @@ struct TimeScale {
 };
 
 const vec4 BACKGROUND{0.1f, 0.1f, 0.1f, 1.0f};
-const vec4 BOX_FILL{0.5f, 0.5f, 0.8f, 0.25f};
-const vec4 BOX_OUTLINE{0.8f, 0.8f, 1.0f, 1.0f};
 
 } // namespace
 
@@ -57,10 +56,8 @@ UITrackLinePanel::UITrackLinePanel(UIRoot* root)
     m_canvas = jNew<UICanvas>(FILE_TAG, __LINE__, "UITrackLinePanel::UITrackLinePanel", root);
     m_scroll->addChild(m_canvas, UI_EXPAND_BOTH, -1);
     m_canvas->setMinHeight(UITrackLine::ROW_PITCH);
-    m_box_polygon = m_canvas->addPolygon(m_order++);
-    m_box_line = m_canvas->addLine(m_order++);
-    m_canvas->setPolygonColor(m_box_polygon, BOX_FILL);
-    m_canvas->setLineColor(m_box_line, BOX_OUTLINE);
+    m_box = jNew<UIRubberBand>(FILE_TAG, __LINE__, "UITrackLinePanel::UITrackLinePanel", m_canvas, m_order);
+    m_order += 2;
     g_instance = this;
 }
 
@@ -68,6 +65,7 @@ UITrackLinePanel::~UITrackLinePanel()
 {
     for (UITrackLine* line : m_lines)
         line->forgetRender();
+    jDelete(m_box, FILE_TAG, __LINE__, "UITrackLinePanel::~UITrackLinePanel");
     if (g_instance == this)
         g_instance = nullptr;
 }
@@ -88,6 +86,8 @@ void UITrackLinePanel::release()
     m_saved_keys.clear();
     m_current_line = nullptr;
     m_current_key = nullptr;
+    jDelete(m_box, FILE_TAG, __LINE__, "UITrackLinePanel::release");
+    m_box = nullptr;
     UIVLayout::release();
     m_scroll = nullptr;
     m_canvas = nullptr;

@@ -5,6 +5,7 @@
 #include "ui/UIVLayout.h"
 
 class UICanvas;
+class UIRubberBand;
 class UIScrollBox;
 class UITrackLine;
 class UITrackLineKey;
@@ -79,7 +80,6 @@ private:
     void make_key(int x, int y);
     // The mark whose hit area is at the canvas point, or null.
     UITrackLineKey* mark_at(int x, int y) const;
-    void clear_box();
     void refresh_marks();
     void send_selection();
     void send_selection_lists();
@@ -106,6 +106,5 @@ private:
     jSet<UITrackLineKey*> m_saved_keys;
     UIScrollBox* m_scroll = nullptr;
     UICanvas* m_canvas = nullptr;
-    int m_box_line = -1;
-    int m_box_polygon = -1;
+    UIRubberBand* m_box = nullptr;
 };

@@ -16,7 +16,7 @@
 #include "msg/MsgMngr.h"
 #include "scene/Engine.h"
 #include "ui/UICanvas.h"
-#include "ui/UIRect.h"
+#include "ui/UIRubberBand.h"
 #include "ui/UIScrollBox.h"
 #include "ui/UITrackLine.h"
 #include "ui/UITrackLineKey.h"
@@ -111,8 +111,8 @@ UITrackLineKey* UITrackLinePanel::mark_at(int x, int y) const
 void UITrackLinePanel::start_box(bool extend)
 {
     m_mode = MODE_BOX;
-    m_canvas->setOrder(m_box_polygon, m_order++);
-    m_canvas->setOrder(m_box_line, m_order++);
+    m_box->raise(m_order);
+    m_order += 2;
     setCurrentLine(nullptr);
     setCurrentKey(nullptr);
     if (!extend) {
@@ -190,11 +190,8 @@ void UITrackLinePanel::drag_box(int x, int y)
 {
     int px = m_press_x, py = m_press_y;
     m_canvas->screenToLocal(px, py);
-    const int left = std::min(px, x), right = std::max(px, x);
-    const int top = std::min(py, y), bottom = std::max(py, y);
-    const UIRect box{float(left), float(top), float(right), float(bottom)};
-    m_canvas->setLinePoints(m_box_line, box.corners, 4, true);
-    m_canvas->setPolygonPoints(m_box_polygon, box.corners, 4);
+    int left = 0, top = 0, right = 0, bottom = 0;
+    m_box->show(px, py, x, y, left, top, right, bottom);
 
     m_selected_lines.clear();
     m_selected_keys.clear();
@@ -272,12 +269,6 @@ void UITrackLinePanel::move_block(float target)
     MsgMngr::get()->notifyHelper(TRACK_MSG_KEYS_MOVED);
 }
 
-void UITrackLinePanel::clear_box()
-{
-    m_canvas->clearLinePoints(m_box_line);
-    m_canvas->clearPolygonPoints(m_box_polygon);
-}
-
 bool UITrackLinePanel::onMouseUp(const UIEventMouse* e)
 {
     if (!m_canvas || (!isHit(e->x, e->y) && !m_canvas->hasFocus()))
@@ -285,7 +276,7 @@ bool UITrackLinePanel::onMouseUp(const UIEventMouse* e)
     m_dragged = false;
     m_mode = MODE_NONE;
     if (e->isLeft()) {
-        clear_box();
+        m_box->hide();
         m_canvas->removeFocus();
         m_release_x = e->x;
         m_release_y = e->y;
@@ -301,7 +292,7 @@ bool UITrackLinePanel::onMouseDClick(const UIEventMouse* e)
     m_mode = MODE_NONE;
     if (!e->isLeft())
         return UIVLayout::onMouseDClick(e);
-    clear_box();
+    m_box->hide();
     m_release_x = e->x;
     m_release_y = e->y;
     const int dx = m_release_x - e->x, dy = m_release_y - e->y;
