@@ -22,6 +22,9 @@ constexpr int ORDER_CURVE = 10;
 constexpr float CURVE_WIDTH = 1.0f;
 // How far beyond the drawn columns a key's mark still shows.
 constexpr double MARK_REACH = 4.0;
+// Pixels between two marks of a curve below which only the first is drawn (a selected key's mark
+// always is): a box around the drawn mark still selects the keys it stands for.
+constexpr double MIN_MARK_SPACING = 4.0;
 
 // Whether the segment from key i to key i + 1 of curve is a Bezier segment.
 template <class Value>
@@ -178,11 +181,18 @@ void UITrackCurve::render_keys(const Engine* engine, const UITrackCurveMapping& 
 {
     const jVector<FKey*>& owners = m_data->getKeys();
     const int count = std::min(engine->getNumKeys(), owners.size());
+    double drawn = -MIN_MARK_SPACING;
     for (int i = 0; i < owners.size(); ++i) {
         UITrackCurveKey* point = owners[i]->getCurveKey();
-        if (point && i < count)
-            drawPoint(engine, i, point, m_color, mapping, x0, x1, selected.contains(point));
-        else if (point)
-            point->hide();
+        if (!point)
+            continue;
+        const bool chosen = selected.contains(point);
+        const double x = i < count ? mapping.xOfTime(engine->getKeys()[i].time) : drawn;
+        if (i >= count || (!chosen && x - drawn < MIN_MARK_SPACING)) {
+            point->hide(); // crowded out: the mark drawn just before stands for it, as in the key lines
+            continue;
+        }
+        drawPoint(engine, i, point, m_color, mapping, x0, x1, chosen);
+        drawn = x;
     }
 }

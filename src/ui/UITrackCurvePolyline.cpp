@@ -18,6 +18,9 @@ constexpr double CUBIC_BOUND = 4.0 / 3.0;
 // is held to the distance across it times this, so that a near-vertical stretch still gets a
 // sharp line without being split into ever narrower columns.
 constexpr double STEEP = 4.0;
+// A chord narrower than this (in pixels across) is not split further: within one pixel column the
+// painter draws it as the column's run from one end to the other.
+constexpr double MIN_RUN = 1.0;
 
 } // namespace
 
@@ -77,7 +80,7 @@ template <class Value>
 void UITrackCurvePolyline::split(const TrackCurveShape<Value>& shape, double sa, double sb, const dvec3& pa,
                                  const dvec3& pb, int depth)
 {
-    if (depth < MAX_DEPTH && strays(shape, sa, sb, pa, pb)) {
+    if (depth < MAX_DEPTH && std::fabs(pb.x - pa.x) >= MIN_RUN && strays(shape, sa, sb, pa, pb)) {
         const double sm = 0.5 * (sa + sb);
         const dvec3 pm = at(shape, sm);
         split(shape, sa, sm, pa, pm, depth + 1);
