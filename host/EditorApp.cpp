@@ -122,6 +122,7 @@ bool EditorApp::open_documents()
         std::string track = DataDir::resolve(DEFAULT_TRACK);
         if (!api->loadTrackAs(m_editor, track.c_str(), "", false))
             return fail("cannot open the track " + track);
+        jLog::message("%s:opened track %s as an untitled copy", "EditorApp::open_documents", track.c_str());
         api->setPlay(m_editor, true, true);
         return true;
     }
@@ -169,7 +170,8 @@ bool EditorApp::open_track(const std::string& path)
 
 void EditorApp::start_recovery()
 {
-    m_recovery = std::make_unique<RecoveryKeeper>(m_plugin.api(), m_editor, RecoveryStore(RecoveryStore::defaultFolder()));
+    RecoveryStore store(RecoveryStore::defaultFolder());
+    m_recovery = std::make_unique<RecoveryKeeper>(m_plugin.api(), m_editor, std::move(store));
     m_plugin.api()->setFileListener(m_editor, &EditorApp::on_file_event, this);
     m_recovery_timer = std::make_unique<QTimer>();
     QObject::connect(m_recovery_timer.get(), &QTimer::timeout, [this] { m_recovery->save(); });
@@ -214,7 +216,8 @@ bool EditorApp::interactive() const
 
 bool EditorApp::may_quit()
 {
-    if (!m_plugin.api()->hasUnsavedEdits(m_editor))
+    // Runs that cannot ask quit, and the end of the run keeps the edits in a recovery copy.
+    if (!interactive() || !m_plugin.api()->hasUnsavedEdits(m_editor))
         return true;
     m_recovery->save();
     QMessageBox::StandardButton answer = QMessageBox::question(

@@ -59,7 +59,8 @@ private:
     bool ask_restore(const RecoveryStore::Copy& copy);
     // True when dialogs may wait for the user: no --headless, no script, no screenshot run.
     bool interactive() const;
-    // Answers whether the window may close: asks Save, Discard, Cancel about unsaved edits.
+    // Answers whether the window may close: asks Save, Discard, Cancel about unsaved edits (only
+    // when interactive; other runs keep them in a recovery copy).
     bool may_quit();
     bool save_document();
     bool save_as();
