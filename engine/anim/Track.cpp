@@ -38,6 +38,19 @@ bool sameKind(int a, int b)
 }
 const char* const FORMAT_NAME = "kuvo-anim";
 
+// Reads the play range of a track document into begin and end, recording every problem. A range
+// that ends before it begins is one only for a strict reader: the engine loads it as it is.
+void readRange(TrackReader& reader, const Package* root, float& begin, float& end)
+{
+    const Package* beginNode = reader.require(root, "begin");
+    bool read = beginNode && reader.readTime(beginNode, begin);
+    const Package* endNode = reader.require(root, "end");
+    read = endNode && reader.readTime(endNode, end) && read;
+    if (read && reader.isStrict() && end < begin)
+        reader.fail(endNode, "end " + std::string(ToString(end).c_str()) + " comes before begin " +
+                                 ToString(begin).c_str());
+}
+
 // Returns the node a binding names in world: by id, else by name; then the prefab's internal node
 // by id, else by name, when an internal node is named. Null when any step finds nothing.
 Node* findNode(World* world, int id, const jString& name, int internalId, const jString& internalName)
@@ -143,10 +156,7 @@ bool Track::read(TrackReader& reader, const Package* root, World* world)
         reader.fail(versionNode, "format version " + std::to_string(version) + " is not one this build reads (1 to " +
                                      std::to_string(FORMAT_VERSION) + ")");
     float begin = 0.0f, end = 0.0f;
-    if (const Package* node = reader.require(root, "begin"))
-        reader.readTime(node, begin);
-    if (const Package* node = reader.require(root, "end"))
-        reader.readTime(node, end);
+    readRange(reader, root, begin, end);
     bool loop = reader.optionalBool(root, "loop", false);
 
     jVector<TrackParameter*> parameters;
@@ -192,7 +202,7 @@ TrackParameter* Track::read_parameter(TrackReader& reader, const Package* object
     if (reg && reg->getType() != kind) {
         reader.fail(kindNode, "type \"" + std::string(p->getTypeName().c_str()) + "\" animates kind " +
                                   std::to_string(reg->getType()) + ", not kind " + std::to_string(kind));
-    } else if (!reg && reader.checksRegistry() && kind != TRACK_PARAMETER_OPAQUE) {
+    } else if (!reg && reader.isStrict() && kind != TRACK_PARAMETER_OPAQUE) {
         const Package* type = reader.optional(object, "type");
         reader.fail(type ? type : object, "type \"" + std::string(p->getTypeName().c_str()) + "\" is not registered");
     }
@@ -240,10 +250,10 @@ bool Track::save(Package* root) const
     return true;
 }
 
-bool Track::saveFile(const char* path) const
+bool Track::saveFile(const char* path, std::string* error) const
 {
     Package root;
-    return save(&root) && mjl::save(path, &root);
+    return save(&root) && mjl::save(path, &root, mjl::DEFAULT, error);
 }
 
 TrackParameter* Track::getParameter(int i) const

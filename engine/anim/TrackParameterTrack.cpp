@@ -1,7 +1,9 @@
 #include "anim/TrackParameterTrack.h"
 
 #include "anim/Track.h"
+#include "anim/TrackKeyCodec.h"
 #include "io/Package.h"
+#include "kit/jKit.h"
 #include "kit/jLog.h"
 
 TrackParameterTrack::TrackParameterTrack()
@@ -47,7 +49,11 @@ void TrackParameterTrack::readBody(TrackReader& reader, const Package* object)
 
 void TrackParameterTrack::writeBody(Package* object) const
 {
-    TrackParameterKeyed<TrackKeyString>::writeKeys(object->addArray("file"), m_file.getKeys());
+    // A file inside the data folder is written relative to it, as it is read, so that a project
+    // moved to another folder or machine still finds it.
+    Package* files = object->addArray("file");
+    for (const TrackKeyString& key : m_file.getKeys())
+        TrackKeyCodec::write(files, TrackKeyString{key.time, jKit::convertToStoredPath(key.value)});
     TrackParameterKeyed<TrackKeyFloat>::writeKeys(object->addArray("time"), m_time.getKeys());
 }
 

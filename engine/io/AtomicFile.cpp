@@ -86,6 +86,7 @@ bool AtomicFile::commit()
     int fd = m_fd;
     m_fd = -1; // from here the temporary file is closed, whatever close() says
     const char* failed = ::close(fd) != 0                              ? "cannot close"
+                         : !may_replace()                              ? "the file is read-only"
                          : rename(m_temp.c_str(), m_path.c_str()) != 0 ? "cannot replace the file"
                                                                        : nullptr;
     if (failed) {
@@ -95,6 +96,15 @@ bool AtomicFile::commit()
     }
     sync_folder();
     return true;
+}
+
+bool AtomicFile::may_replace() const
+{
+    // A rename needs only the folder's permission: without this check a file the user may not
+    // write would be replaced all the same. The effective user is the one the system checks; any
+    // other failure (a missing target, for one) is left to the rename to report.
+    return faccessat(AT_FDCWD, m_path.c_str(), W_OK, AT_EACCESS) == 0 ||
+           (errno != EACCES && errno != EPERM && errno != EROFS);
 }
 
 void AtomicFile::sync_folder()

@@ -21,7 +21,8 @@ public:
     // them (a full disk, for instance).
     bool write(const char* data, size_t size);
     // Syncs the temporary file and renames it over the target. Returns false with the reason when
-    // any step fails; the target is then untouched and the temporary file removed.
+    // any step fails or when the target exists and the user may not write it ("the file is
+    // read-only: Permission denied"); the target is then untouched and the temporary file removed.
     bool commit();
     // "what failed: system message" for the last failure.
     const std::string& getReason() const { return m_reason; }
@@ -29,6 +30,8 @@ public:
 private:
     bool fail(const char* what);
     void discard();
+    // Returns false, with errno saying why, when the target exists and the user may not write it.
+    bool may_replace() const;
     // Makes the rename durable.
     void sync_folder();
 

@@ -212,18 +212,17 @@ bool PackageWriter::write_string(const char* text, size_t length)
         unsigned c = *p;
         if (c >= 0x80) {
             int n = utf8_length(p, end);
-            if (n == 0 || (c == 0xED && p[1] >= 0xA0 && p[1] < 0xB0))
-                return fail("holds a string that is not valid UTF-8");
+            if (n == 0 || (c == 0xED && p[1] >= 0xA0 && p[1] < 0xB0)) {
+                if (!m_escape_bytes)
+                    return fail("holds a string that is not valid UTF-8");
+                put_escape(c);
+                ++p;
+                continue;
+            }
             if (c == 0xED && p[1] >= 0xB0) {
                 // A lone low surrogate, which the reader accepts from a \u escape: write it back
                 // as one so that it reads back to the same bytes.
-                unsigned code = 0xD000 | (p[1] & 0x3Fu) << 6 | (p[2] & 0x3Fu);
-                char* out = reserve(6);
-                out[0] = '\\';
-                out[1] = 'u';
-                for (int k = 0; k < 4; ++k)
-                    out[2 + k] = HEX[code >> (12 - 4 * k) & 0xF];
-                m_cursor += 6;
+                put_escape(0xD000 | (p[1] & 0x3Fu) << 6 | (p[2] & 0x3Fu));
             } else {
                 put(reinterpret_cast<const char*>(p), static_cast<size_t>(n));
             }
@@ -242,16 +241,23 @@ bool PackageWriter::write_string(const char* text, size_t length)
         case '\r': out[1] = 'r'; break;
         case '\t': out[1] = 't'; break;
         default:
-            std::memcpy(out + 1, "u00", 3);
-            out[4] = HEX[c >> 4];
-            out[5] = HEX[c & 0xF];
-            m_cursor += 6;
+            put_escape(c);
             continue;
         }
         m_cursor += 2;
     }
     put('"');
     return true;
+}
+
+void PackageWriter::put_escape(unsigned code)
+{
+    char* out = reserve(6);
+    out[0] = '\\';
+    out[1] = 'u';
+    for (int k = 0; k < 4; ++k)
+        out[2 + k] = HEX[code >> (12 - 4 * k) & 0xF];
+    m_cursor += 6;
 }
 
 std::string PackageWriter::member_path() const

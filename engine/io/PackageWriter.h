@@ -27,6 +27,9 @@ public:
     // string is not UTF-8 or the tree nests deeper than mjl::MAX_DEPTH (the destination then holds
     // a partial text), or when the file refuses the text (the reason is then the file's).
     bool write(const Package& root);
+    // With on true, a string byte that is not part of well-formed UTF-8 is written as a \u00XX
+    // escape instead of failing the write (see mjl::ESCAPE_BYTES).
+    void setEscapeBytes(bool on) { m_escape_bytes = on; }
     const std::string& getError() const { return m_error; }
 
 private:
@@ -41,6 +44,8 @@ private:
     bool write_inline_array(const Package& node);
     bool write_double(double value);
     bool write_string(const char* text, size_t length);
+    // Writes the escape \uXXXX of a 16-bit code.
+    void put_escape(unsigned code);
     void write_indent(int depth);
     // Returns room for bytes (at most BUFFER_SIZE) at m_cursor.
     char* reserve(size_t bytes)
@@ -61,6 +66,7 @@ private:
     std::string* m_string = nullptr;
     AtomicFile* m_file = nullptr;
     bool m_file_failed = false;
+    bool m_escape_bytes = false;
     char* m_cursor = m_buffer;
     char* m_end = m_buffer + BUFFER_SIZE;
     int m_depth = 0;

@@ -121,10 +121,11 @@ Package* mjl::getRoot()
     return m_root;
 }
 
-bool mjl::write(const Package* root, std::string& out, std::string* error)
+bool mjl::write(const Package* root, std::string& out, std::string* error, int flags)
 {
     Package null_root;
     PackageWriter writer(out);
+    writer.setEscapeBytes((flags & ESCAPE_BYTES) != 0);
     if (writer.write(root ? *root : null_root))
         return true;
     if (error)
@@ -132,7 +133,7 @@ bool mjl::write(const Package* root, std::string& out, std::string* error)
     return false;
 }
 
-bool mjl::save(const char* path, const Package* root, int)
+bool mjl::save(const char* path, const Package* root, int, std::string* error)
 {
     Package null_root;
     AtomicFile file(path);
@@ -148,6 +149,9 @@ bool mjl::save(const char* path, const Package* root, int)
     }
     if (reason.empty())
         return true;
-    jLog::error("%s:%s: %s", "mjl::save", path ? path : "", reason.c_str());
+    std::string message = std::string(path ? path : "") + ": " + reason;
+    jLog::error("%s:%s", "mjl::save", message.c_str());
+    if (error)
+        *error = message;
     return false;
 }

@@ -2,6 +2,8 @@
 
 #include <array>
 #include <cstring>
+#include <filesystem>
+#include <string>
 
 namespace {
 
@@ -41,6 +43,18 @@ bool dropLastSegment(jString& out, int rootLength)
     if (last == "..")
         return false;
     out = out.substr(0, cut < rootLength ? rootLength : cut);
+    return true;
+}
+
+// Returns whether the normalised path lies inside the normalised folder (not the root), with the
+// path relative to the folder in rest.
+bool pathInside(const jString& path, const jString& folder, jString& rest)
+{
+    if (folder.empty() || folder == "/" || path.length() <= folder.length() + 1 ||
+        path.c_str()[folder.length()] != '/' ||
+        std::strncmp(path.c_str(), folder.c_str(), static_cast<size_t>(folder.length())) != 0)
+        return false;
+    rest = path.substr(folder.length() + 1);
     return true;
 }
 
@@ -99,14 +113,24 @@ jString jKit::normalizePath(const jString& path)
 jString jKit::convertToLocalPath(const jString& path)
 {
     jString normal = normalizePath(path);
-    const jString& data = dataPath();
-    if (data.empty() || data == "/")
-        return normal;
-    bool inside = normal.length() > data.length() + 1 && normal.c_str()[data.length()] == '/' &&
-                  std::strncmp(normal.c_str(), data.c_str(), static_cast<size_t>(data.length())) == 0;
-    if (inside)
-        return normal.substr(data.length() + 1);
-    return normal;
+    jString rest;
+    return pathInside(normal, dataPath(), rest) ? rest : normal;
+}
+
+jString jKit::convertToStoredPath(const jString& path)
+{
+    if (path.empty() || !isSeparator(path.c_str()[0]) || dataPath().empty())
+        return path;
+    jString rest;
+    if (pathInside(normalizePath(path), dataPath(), rest))
+        return rest;
+    // The same file reached through a symbolic link (a linked home folder, say) is inside too.
+    std::error_code pathFailed, dataFailed;
+    std::string real = std::filesystem::weakly_canonical(path.c_str(), pathFailed).string();
+    std::string data = std::filesystem::weakly_canonical(dataPath().c_str(), dataFailed).string();
+    if (pathFailed || dataFailed || !pathInside(jString(real.c_str()), jString(data.c_str()), rest))
+        return path;
+    return rest;
 }
 
 uint32_t jKit::crc32(const void* data, size_t size, uint32_t previous)

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <string>
+
 #include "anim/TrackParameter.h"
 #include "anim/TrackPlayback.h"
 #include "anim/TrackReg.h"
@@ -54,8 +56,10 @@ public:
     // Writes the track into root (which becomes an object). Returns false (root then unspecified)
     // only when root is null.
     bool save(Package* root) const;
-    // Writes the track to a .anim file atomically; false (and a log line) when it cannot.
-    bool saveFile(const char* path) const;
+    // Writes the track to a .anim file atomically. Returns false and logs the path and the
+    // system's reason (also kept as "path: reason" in error, when given) when it cannot; the file
+    // on disk is then as it was.
+    bool saveFile(const char* path, std::string* error = nullptr) const;
 
     int getNumParameters() const { return m_parameters.size(); }
     // Returns parameter i, or null for a bad index.

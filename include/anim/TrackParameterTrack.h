@@ -29,7 +29,8 @@ public:
     int getNumKeys() const override;
     void release() override;
     void update() override;
-    // "file": string key records; "time": float key records.
+    // "file": string key records (a path inside the engine's data folder is written relative to
+    // it, others as they are); "time": float key records.
     void readBody(TrackReader& reader, const Package* object) override;
     void writeBody(Package* object) const override;
     // Sets the nested track named at t to the evaluated time (t itself when the time has no keys).

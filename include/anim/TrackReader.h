@@ -18,11 +18,12 @@ public:
         std::string reason;
     };
 
-    // With registry true, parameters whose type names are not registered are problems too (the
-    // engine itself loads them and leaves them unplayed).
-    explicit TrackReader(bool registry = false) : m_registry(registry) {}
+    // With strict true, what the engine tolerates is reported too: parameters whose type names are
+    // not registered (the engine loads them and leaves them unplayed) and a play range that ends
+    // before it begins.
+    explicit TrackReader(bool strict = false) : m_strict(strict) {}
 
-    bool checksRegistry() const { return m_registry; }
+    bool isStrict() const { return m_strict; }
 
     // Records a problem at the position of node (0:0 when node is null or built in memory); problems
     // are kept in the order of their positions.
@@ -92,6 +93,6 @@ private:
     // Records "what" followed by the problem; returns false.
     bool refuse(const Package* node, const char* what, const char* problem);
 
-    bool m_registry;
+    bool m_strict;
     std::vector<Problem> m_problems;
 };

@@ -16,7 +16,15 @@
 // renamed over it, so the target holds either the old or the new content whatever happens.
 class mjl {
 public:
-    enum Flags { DEFAULT = 0 };
+    enum Flags {
+        DEFAULT = 0,
+        // For write only: a string byte that is not part of well-formed UTF-8 is written as the
+        // escape \u00XX of its value instead of failing the write. Such text reads back as other
+        // characters, so this is for output meant to be read (a file name that is not UTF-8),
+        // never for documents. Well-formed UTF-8 is never escaped, so in the output an escape of
+        // U+0080 to U+00FF always stands for such a byte.
+        ESCAPE_BYTES = 1,
+    };
     static constexpr int MAX_DEPTH = 512;
 
     mjl();
@@ -36,12 +44,13 @@ public:
     const std::string& getError() const { return m_error; }
 
     // Writes the tree atomically to path. Returns false and logs the path and the system's reason
-    // when anything fails; the file on disk is then untouched and no temporary file is left.
+    // (also kept as "path: reason" in error, when given) when anything fails, a target the user
+    // may not write included; the file on disk is then untouched and no temporary file is left.
     // A non-finite number cannot be written: the save fails naming it.
-    static bool save(const char* path, const Package* root, int flags = DEFAULT);
+    static bool save(const char* path, const Package* root, int flags = DEFAULT, std::string* error = nullptr);
     // Returns the canonical text of the tree in out; false (with the reason in error) when the tree
-    // holds a non-finite number.
-    static bool write(const Package* root, std::string& out, std::string* error = nullptr);
+    // holds a non-finite number or, without ESCAPE_BYTES, a string that is not UTF-8.
+    static bool write(const Package* root, std::string& out, std::string* error = nullptr, int flags = DEFAULT);
 
 private:
     void drop_root();

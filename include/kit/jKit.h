@@ -23,6 +23,11 @@ public:
     // data folder becomes relative to it ("<data>/tracks/walk.anim" gives "tracks/walk.anim").
     // A path outside the data folder is returned normalised but otherwise unchanged.
     static jString convertToLocalPath(const jString& path);
+    // Returns a file reference in the form documents store it: an absolute path inside the data
+    // folder (also through a symbolic link) becomes relative to it, as convertToLocalPath makes
+    // it; any other path is returned exactly as given, so that a document read and saved again
+    // keeps its bytes.
+    static jString convertToStoredPath(const jString& path);
     // Returns the path with the separators and segments tidied as convertToLocalPath does.
     static jString normalizePath(const jString& path);
 

@@ -2,6 +2,7 @@
 
 #include <cstdio>
 #include <cstring>
+#include <filesystem>
 
 #include "TrackScene.h"
 #include "anim/TrackParameterColor.h"
@@ -278,6 +279,29 @@ TEST_F(TrackTest, NestedTracksPlayAtTheirEvaluatedTimeAndLoadOnce)
     EXPECT_EQ(track.getNestedTrack(dir.file("inner.anim").c_str()), nested);
     track.set(3.0f); // past the time component's last key, the nested time holds at 2
     EXPECT_EQ(lamp->getLightIntensity(), 2.0f);
+}
+
+// A nested file inside the data folder is saved relative to it, as it is read, so that a project
+// can move; any other path is saved exactly as it was given.
+TEST_F(TrackTest, NestedFilesInsideTheDataFolderAreSavedRelativeToIt)
+{
+    TempDir dir, other;
+    Engine::get()->setDataPath(dir.path().c_str());
+    std::filesystem::create_directory_symlink(dir.path(), other.file("link"));
+    const std::string files[][2] = {{dir.file("tracks/./walk.anim"), "tracks/walk.anim"},
+                                    {other.file("link/tracks/run.anim"), "tracks/run.anim"},
+                                    {"sub/../inner.anim", "sub/../inner.anim"},
+                                    {dir.path() + "2/run.anim", dir.path() + "2/run.anim"},
+                                    {"/elsewhere/../run.anim", "/elsewhere/../run.anim"}};
+    TrackParameterTrack* p = add<TrackParameterTrack>();
+    for (int k = 0; k < 5; ++k)
+        p->getNameParameter()->appendKey(static_cast<float>(k), files[k][0].c_str());
+    Package root;
+    ASSERT_TRUE(track.save(&root));
+    const Package* saved = root.find("parameters")->getChild(0)->find("file");
+    ASSERT_EQ(saved->getNumChildren(), 5);
+    for (int k = 0; k < 5; ++k)
+        EXPECT_STREQ(saved->getChild(k)->getChild(1)->getString(), files[k][1].c_str());
 }
 
 // A track that plays itself through its nested tracks, and a nested file that is missing, are

@@ -109,6 +109,18 @@ protected:
         return "";
     }
 
+    // Saves doc to path as an ordinary user; returns the error ("" after a success). Permissions
+    // do not stop root, so root saves with its effective user switched to nobody.
+    std::string saveAsUser(const std::string& path)
+    {
+        bool root = geteuid() == 0;
+        EXPECT_TRUE(!root || seteuid(65534) == 0);
+        std::string error;
+        mjl::save(path.c_str(), &doc, mjl::DEFAULT, &error);
+        EXPECT_TRUE(!root || seteuid(0) == 0);
+        return error;
+    }
+
     TempDir dir;
     Package doc;
 };
@@ -180,14 +192,25 @@ TEST_F(AtomicSave, ATargetThatIsAFolderIsLeftAloneAndNoTemporaryFileRemains)
 
 TEST_F(AtomicSave, AFolderWithoutWritePermissionLeavesTheOldFile)
 {
-    if (geteuid() == 0)
-        GTEST_SKIP() << "permissions do not stop root";
     std::string path = dir.file("walk.anim");
     ASSERT_TRUE(writeFileText(path, OLD_CONTENT));
     ASSERT_EQ(chmod(dir.path().c_str(), 0555), 0);
-    EXPECT_FALSE(mjl::save(path.c_str(), &doc));
+    EXPECT_EQ(saveAsUser(path), path + ": cannot create a temporary file beside it: Permission denied");
     chmod(dir.path().c_str(), 0755);
     expectLogged("mjl::save:" + path + ": cannot create a temporary file beside it: Permission denied");
+    EXPECT_EQ(readFileText(path), OLD_CONTENT);
+    EXPECT_EQ(entries(dir.path()), "walk.anim ");
+}
+
+// A rename needs only the folder's permission, so the save itself checks the file's.
+TEST_F(AtomicSave, AFileTheUserMayNotWriteIsRefusedAndLeftAsItWas)
+{
+    std::string path = dir.file("walk.anim");
+    ASSERT_TRUE(writeFileText(path, OLD_CONTENT));
+    ASSERT_EQ(chmod(path.c_str(), 0444), 0);
+    ASSERT_EQ(chmod(dir.path().c_str(), 0777), 0);
+    EXPECT_EQ(saveAsUser(path), path + ": the file is read-only: Permission denied");
+    expectLogged("mjl::save:" + path + ": the file is read-only: Permission denied");
     EXPECT_EQ(readFileText(path), OLD_CONTENT);
     EXPECT_EQ(entries(dir.path()), "walk.anim ");
 }

@@ -5,6 +5,7 @@
 #include <string>
 #include <vector>
 
+#include "io/mjl.h"
 #include "support/Scenario.h"
 
 namespace {
@@ -18,13 +19,14 @@ protected:
         std::string err;
     };
 
-    Result run(const std::string& arguments)
+    // Runs kuvo-anim with its output going to output (a file of the folder, read back, unless given).
+    Result run(const std::string& arguments, const std::string& output = "")
     {
-        std::string command = std::string(KUVO_BIN_DIR) + "/kuvo-anim " + arguments + " >" + dir.file("out.txt") +
-                              " 2>" + dir.file("err.txt");
+        std::string command = std::string(KUVO_BIN_DIR) + "/kuvo-anim " + arguments + " >" +
+                              (output.empty() ? dir.file("out.txt") : output) + " 2>" + dir.file("err.txt");
         int raw = std::system(command.c_str());
         int status = WIFEXITED(raw) ? WEXITSTATUS(raw) : -1;
-        return {status, readFileText(dir.file("out.txt")), readFileText(dir.file("err.txt"))};
+        return {status, output.empty() ? readFileText(dir.file("out.txt")) : "", readFileText(dir.file("err.txt"))};
     }
 
     // Writes a track file into the folder and returns its path.
@@ -94,6 +96,11 @@ TEST_F(KuvoAnimTest, ValidateReportsSyntaxErrorsAndSeveralProblemsAtOnce)
     r = run("validate " + path);
     EXPECT_EQ(r.status, 1);
     EXPECT_EQ(r.out, path + ":1:1: missing field \"end\"\n" + path + ":1:25: time is negative\n");
+
+    path = track("range.anim", "{\"version\": 1, \"begin\": 5, \"end\": 2.5, \"parameters\": []}");
+    r = run("validate " + path);
+    EXPECT_EQ(r.status, 1);
+    EXPECT_EQ(r.out, path + ":1:35: end 2.5 comes before begin 5\n");
 }
 
 TEST_F(KuvoAnimTest, InfoDescribesTheRangeAndEveryParameter)
@@ -139,6 +146,11 @@ TEST_F(KuvoAnimTest, FmtLeavesAnInvalidFileAlone)
     EXPECT_EQ(r.status, 1);
     EXPECT_NE(r.err.find(path + ":3:"), std::string::npos) << r.err;
     EXPECT_EQ(readFileText(path), text);
+
+    r = run("fmt " + track("good.anim", document(LIGHT)) + " -o " + dir.file("missing/out.anim"));
+    EXPECT_EQ(r.status, 1);
+    EXPECT_EQ(r.err, dir.file("missing/out.anim") +
+                         ": cannot create a temporary file beside it: No such file or directory\n");
 }
 
 TEST_F(KuvoAnimTest, EvalPrintsEveryParameterAtTheGivenTimes)
@@ -201,6 +213,29 @@ TEST_F(KuvoAnimTest, EvalReadsComponentsWithoutKeysFromTheScene)
     EXPECT_NE(r.out.find("[0.0, 2.0, 9.0, 3.5]"), std::string::npos) << r.out;
 }
 
+// Bytes of the file name that are not UTF-8 are written as \u00XX escapes; a value that overflows
+// a double, or output that cannot be written, is an error rather than a silent success.
+TEST_F(KuvoAnimTest, EvalWritesAnyFileNameAsJsonAndNeverSucceedsWithoutOutput)
+{
+    std::string path = track("caf\xe9\xed\xa0\x80.anim", document(LIGHT));
+    Result r = run("eval " + path + " --times 0");
+    EXPECT_EQ(r.status, 0) << r.err;
+    EXPECT_EQ(r.out.substr(0, r.out.find(",\n")),
+              "{\n  \"file\": \"" + dir.path() + "/caf\\u00e9\\u00ed\\u00a0\\u0080.anim\"");
+    mjl reader;
+    EXPECT_TRUE(reader.parse(r.out.data(), r.out.size(), "eval output")) << reader.getError();
+    r = run("eval " + path + " --times 0", "/dev/full");
+    EXPECT_EQ(r.status, 1);
+    EXPECT_EQ(r.err, "kuvo-anim: the output cannot be written: No space left on device\n");
+
+    path = track("huge.anim", document(R"({"kind": 2, "type": "Render.exposure",
+        "keys": [[0, -1.7e308, 0, 0, 0, 0, 1], [1, 1.7e308, 0, 0, 0, 0, 1]]})"));
+    r = run("eval " + path + " --times 0.5");
+    EXPECT_EQ(r.status, 1);
+    EXPECT_EQ(r.out, "");
+    EXPECT_EQ(r.err, path + ": the values cannot be written: parameters[0].samples[0][1] is not a finite number\n");
+}
+
 TEST_F(KuvoAnimTest, UsageErrorsExitWithTwoAndExplain)
 {
     std::string path = track("ok.anim", document(LIGHT));
@@ -220,7 +255,10 @@ TEST_F(KuvoAnimTest, UsageErrorsExitWithTwoAndExplain)
     }
     Result missing = run("info " + dir.file("missing.anim"));
     EXPECT_EQ(missing.status, 1);
-    EXPECT_NE(missing.err.find("missing.anim"), std::string::npos);
+    EXPECT_EQ(missing.err, dir.file("missing.anim") + ": cannot open: No such file or directory\n");
+    missing = run("eval " + path + " --times 0 --world " + dir.file("missing.world"));
+    EXPECT_EQ(missing.status, 1);
+    EXPECT_EQ(missing.err, dir.file("missing.world") + ": cannot open: No such file or directory\n");
 }
 
 } // namespace

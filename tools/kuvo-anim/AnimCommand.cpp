@@ -1,10 +1,28 @@
 #include "AnimCommand.h"
 
+#include <cctype>
 #include <cstdio>
 
 #include "anim/Track.h"
 #include "anim/TrackReader.h"
 #include "io/mjl.h"
+#include "kit/jLog.h"
+#include "scene/World.h"
+
+namespace {
+
+// Returns a log line without the name of the function that reported it, which comes first
+// ("World::load:a.world:3:1: reason" gives "a.world:3:1: reason").
+std::string withoutReporter(const std::string& line)
+{
+    size_t i = 0;
+    while (i < line.size() && (std::isalnum(static_cast<unsigned char>(line[i])) || line[i] == '_' ||
+                               line.compare(i, 2, "::") == 0))
+        i += line.compare(i, 2, "::") == 0 ? 2 : 1;
+    return i < line.size() && line[i] == ':' ? line.substr(i + 1) : line;
+}
+
+} // namespace
 
 int AnimCommand::usage(const std::string& message)
 {
@@ -25,7 +43,7 @@ int AnimCommand::usage(const std::string& message)
     return USAGE;
 }
 
-std::vector<std::string> AnimCommand::load(const std::string& path, Track& track, World* world, bool registry)
+std::vector<std::string> AnimCommand::load(const std::string& path, Track& track, World* world, bool strict)
 {
     std::vector<std::string> lines;
     mjl document;
@@ -33,10 +51,26 @@ std::vector<std::string> AnimCommand::load(const std::string& path, Track& track
         lines.push_back(document.getError());
         return lines;
     }
-    TrackReader reader(registry);
+    TrackReader reader(strict);
     if (track.read(reader, document.getRoot(), world))
         return lines;
     for (const TrackReader::Problem& p : reader.problems())
         lines.push_back(path + ":" + std::to_string(p.line) + ":" + std::to_string(p.column) + ": " + p.reason);
+    return lines;
+}
+
+std::vector<std::string> AnimCommand::loadWorld(const std::string& path, World& world)
+{
+    // The scene's reader reports only to the log, which this tool keeps off the terminal.
+    jLogBuffer log;
+    std::vector<std::string> lines;
+    if (world.load(path.c_str()))
+        return lines;
+    for (const jLogBuffer::Line& line : log.lines()) {
+        if (line.level >= jLogLevel::Error)
+            lines.push_back(withoutReporter(line.text));
+    }
+    if (lines.empty())
+        lines.push_back(path + ": the scene cannot be loaded");
     return lines;
 }

@@ -17,10 +17,13 @@ public:
     // Prints the usage text (after message, when given) to stderr; returns USAGE.
     static int usage(const std::string& message);
 
-    // Reads and checks a .anim file into track (bound to world, may be null). With registry true,
-    // unregistered type names count as problems. Returns the problems as "FILE:LINE:COLUMN: reason"
+    // Reads and checks a .anim file into track (bound to world, may be null). With strict true,
+    // it also reports what the engine tolerates (see TrackReader). Returns the problems as "FILE:LINE:COLUMN: reason"
     // lines; empty when the track was loaded.
-    static std::vector<std::string> load(const std::string& path, Track& track, World* world, bool registry);
+    static std::vector<std::string> load(const std::string& path, Track& track, World* world, bool strict);
+    // Reads a .world file into world. Returns its problem as "FILE: reason" or
+    // "FILE:LINE:COLUMN: reason"; empty when the scene was loaded.
+    static std::vector<std::string> loadWorld(const std::string& path, World& world);
 
     // The verbs; args are the arguments after the verb. Each returns the exit code.
     static int info(const std::vector<std::string>& args);

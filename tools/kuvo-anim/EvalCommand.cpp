@@ -208,12 +208,10 @@ int AnimCommand::eval(const std::vector<std::string>& args)
     if (!wrong.empty())
         return usage(wrong);
     World world;
-    if (!o.world.empty() && !world.load(o.world.c_str())) {
-        std::fprintf(stderr, "%s: the scene cannot be loaded\n", o.world.c_str());
-        return INVALID;
-    }
+    std::vector<std::string> problems = o.world.empty() ? std::vector<std::string>() : loadWorld(o.world, world);
     Track track;
-    std::vector<std::string> problems = load(o.file, track, o.world.empty() ? nullptr : &world, false);
+    if (problems.empty())
+        problems = load(o.file, track, o.world.empty() ? nullptr : &world, false);
     for (const std::string& line : problems)
         std::fprintf(stderr, "%s\n", line.c_str());
     if (!problems.empty())
@@ -245,8 +243,12 @@ int AnimCommand::eval(const std::vector<std::string>& args)
                 addValues(p, o.times[k], sample);
         }
     }
-    std::string text;
-    mjl::write(&root, text);
+    // The file name is the one string that need not be UTF-8: its other bytes are escaped.
+    std::string text, error;
+    if (!mjl::write(&root, text, &error, mjl::ESCAPE_BYTES)) {
+        std::fprintf(stderr, "%s: the values cannot be written: %s\n", o.file.c_str(), error.c_str());
+        return INVALID;
+    }
     std::fwrite(text.data(), 1, text.size(), stdout);
     return OK;
 }

@@ -23,8 +23,9 @@ int AnimCommand::fmt(const std::vector<std::string>& args)
     if (!problems.empty())
         return INVALID;
     const std::string& target = out.empty() ? in : out;
-    if (!track.saveFile(target.c_str())) {
-        std::fprintf(stderr, "%s: cannot be written\n", target.c_str());
+    std::string error;
+    if (!track.saveFile(target.c_str(), &error)) {
+        std::fprintf(stderr, "%s\n", error.c_str());
         return INVALID;
     }
     return OK;
