@@ -69,16 +69,27 @@ bool CommandLine::parse(int argc, const char* const* argv, HostOptions& options,
 
 const char* CommandLine::usage()
 {
-    return "usage: kuvo-editor [--scene FILE] [--track FILE] [--headless] [--script FILE]\n"
-           "                   [--screenshot FILE] [--check-leaks]\n"
-           "  --scene FILE       open this .world (default: the bundled data/samples/demo.world)\n"
+    return "Usage: kuvo-editor [OPTION]...\n"
+           "Edits the animation tracks of a Kuvo scene: the scene in a 3D viewport, its track in the docked\n"
+           "Track Editor. Without --scene and --track it opens the bundled sample, its track playing on loop.\n"
+           "\n"
+           "Options:\n"
+           "  --scene FILE       open this .world (default: the bundled samples/demo.world)\n"
            "  --track FILE       open this .anim (default: the bundled sample track, playing on loop)\n"
            "  --headless         run without a display\n"
-           "  --script FILE      replay an automation script (docs/automation.md); exit 0 when every\n"
-           "                     check held, 1 otherwise\n"
+           "  --script FILE      replay an automation script (automation.md in the documentation);\n"
+           "                     exit 0 when every check held, 1 otherwise\n"
            "  --screenshot FILE  save the main window as PNG after the first frames, then exit\n"
            "  --check-leaks      exit with status 3 when allocations are still alive at exit\n"
-           "  --help             print this text\n"
-           "The track editor module is loaded from libtrack_editor.so beside the program, or from the\n"
-           "folder named by KUVO_PLUGIN_DIR.\n";
+           "  --help             print this text and exit\n"
+           "\n"
+           "Environment:\n"
+           "  KUVO_DATA_DIR      the data folder (icons, translations, samples); default: share/kuvo\n"
+           "                     beside the program's folder when installed, else the source folder's data\n"
+           "  KUVO_PLUGIN_DIR    the folder to load the track editor module, libtrack_editor.so, from;\n"
+           "                     default: the program's folder when it holds the module, else lib/kuvo\n"
+           "                     beside the program's folder\n"
+           "  QT_QPA_PLATFORM    the Qt platform to show the window on (--headless sets offscreen)\n"
+           "\n"
+           "Exit status: 0 success, 1 a failed start or script, 2 usage error, 3 leaks (--check-leaks).\n";
 }

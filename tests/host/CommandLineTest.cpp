@@ -54,11 +54,11 @@ TEST_F(CommandLineTest, BadUsageNamesTheProblem)
     }
 }
 
-TEST_F(CommandLineTest, UsageListsEveryOptionAndThePluginFolderVariable)
+TEST_F(CommandLineTest, UsageListsEveryOptionAndTheFolderVariables)
 {
     std::string usage = CommandLine::usage();
     for (const char* option : {"--scene FILE", "--track FILE", "--headless", "--script FILE", "--screenshot FILE",
-                               "--check-leaks", "KUVO_PLUGIN_DIR"})
+                               "--check-leaks", "KUVO_PLUGIN_DIR", "KUVO_DATA_DIR"})
         EXPECT_NE(usage.find(option), std::string::npos) << option;
     EXPECT_EQ(CommandLine::USAGE_STATUS, 2);
 }

@@ -201,7 +201,7 @@ TEST_F(KuvoAnimTest, EvalReadsComponentsWithoutKeysFromTheScene)
     EXPECT_NE(r.out.find("[0.0, 2.0, 9.0, 3.5]"), std::string::npos) << r.out;
 }
 
-TEST_F(KuvoAnimTest, UsageErrorsExitWithTwoAndExplain)
+TEST_F(KuvoAnimTest, UsageErrorsExitWithTwoAndExplainHelpExitsWithZero)
 {
     std::string path = track("ok.anim", document(LIGHT));
     std::vector<std::string> wrong = {"",
@@ -216,8 +216,13 @@ TEST_F(KuvoAnimTest, UsageErrorsExitWithTwoAndExplain)
     for (const std::string& args : wrong) {
         Result r = run(args);
         EXPECT_EQ(r.status, 2) << args;
-        EXPECT_NE(r.err.find("usage: kuvo-anim"), std::string::npos) << args;
+        EXPECT_NE(r.err.find("Usage: kuvo-anim"), std::string::npos) << args;
     }
+    Result help = run("--help");
+    EXPECT_EQ(help.status, 0);
+    EXPECT_EQ(help.err, "");
+    for (const char* option : {"Usage: kuvo-anim", "-o OUT", "--times", "--from A --to B --step S", "--world SCENE"})
+        EXPECT_NE(help.out.find(option), std::string::npos) << option;
     Result missing = run("info " + dir.file("missing.anim"));
     EXPECT_EQ(missing.status, 1);
     EXPECT_NE(missing.err.find("missing.anim"), std::string::npos);

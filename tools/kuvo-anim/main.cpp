@@ -21,9 +21,7 @@ int main(int argc, char** argv)
         return AnimCommand::fmt(args);
     if (verb == "eval")
         return AnimCommand::eval(args);
-    if (verb == "-h" || verb == "--help" || verb == "help") {
-        AnimCommand::usage("");
-        return AnimCommand::OK;
-    }
+    if (verb == "-h" || verb == "--help" || verb == "help")
+        return AnimCommand::help();
     return AnimCommand::usage("unknown verb \"" + verb + "\"");
 }
