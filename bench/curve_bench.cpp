@@ -1,28 +1,41 @@
-// The curve view with 100 float curves of 1,000 Bezier keys each (smooth, break and auto keys
-// 0.1 s apart, values 0 to 1) on a 1,600 x 400 canvas showing all of their 100 s.
-// CurveViewMoved: the visible time range moved, so every curve is flattened again and every
-// curve and key mark re-rendered. CurvePaint: the canvas painted with all of them.
-// CurveDragStep: one step of dragging 50 selected keys of one curve in value: the editor keys
-// move, the engine parameter is rewritten with applyKeys and that curve (with the handles of the
-// selected keys) re-rendered.
+// The curve view of the Track Editor window (1600 x 900) with a track of 100 float parameters of
+// 1,000 Bezier keys each (smooth, break and auto keys 0.1 s apart, values 0 to 1), every curve
+// shown, all 100 s in view.
+// CurveOpen: the file loaded into the window and its first frame shown (the engine track, the
+// document, the rows, key lines and curves, then the window painted).
+// CurveViewMoved: the shared time range panned by a pixel and back (as a middle drag in the curve
+// view does) and the window's next frame shown.
+// CurveDragStep: one step of a mouse drag of 50 selected keys of one curve in the curve view (the
+// keys move and the engine parameter is rewritten) and the window's next frame shown.
+// A frame is the window's update (the views laid out and drawn into their canvases) and then the
+// toolkit's pending events, among them the paint of every canvas that changed, into the window's
+// offscreen surface; each benchmark reports the two apart (update_ms, paint_ms).
 #include <benchmark/benchmark.h>
 
+#include <algorithm>
+#include <chrono>
 #include <cstdlib>
 #include <random>
+#include <string>
 
+#include "anim/Track.h"
+#include "anim/TrackParameterFloat.h"
 #include "data/AppData.h"
-#include "editor/DataDir.h"
-#include "kit/jKit.h"
-#include "data/FKeyFloat.h"
-#include "data/FParameterFloat.h"
+#include "data/FKey.h"
+#include "data/FParameterSingle.h"
 #include "data/FTrack.h"
+#include "editor/DataDir.h"
 #include "kit/jAllocator.h"
+#include "kit/jKit.h"
+#include "msg/MsgMngr.h"
+#include "ui/TrackEditor.h"
 #include "ui/UIAutomation.h"
 #include "ui/UICanvas.h"
 #include "ui/UIRoot.h"
 #include "ui/UITrackCurve.h"
 #include "ui/UITrackCurveKey.h"
-#include "ui/UITrackCurveMapping.h"
+#include "ui/UITrackCurvePanel.h"
+#include "TrackEditorMsg.h"
 
 namespace {
 
@@ -31,124 +44,195 @@ constexpr const char* FILE_TAG = "bench/curve";
 constexpr int CURVES = 100;
 constexpr int KEYS = 1000;
 constexpr int DRAGGED = 50;
-constexpr int WIDTH = 1600;
-constexpr int HEIGHT = 400;
+constexpr int FIRST_DRAGGED = 400;
 constexpr float KEY_SPACING = 0.1f;
+using Clock = std::chrono::steady_clock;
 
-// The curves in the data hub's document, drawn on one canvas.
-struct CurveScene {
-    CurveScene()
+const std::string& curveTrack()
+{
+    static std::string path;
+    if (!path.empty())
+        return path;
+    path = "/tmp/kuvo_curve_bench.anim";
+    Track track;
+    std::mt19937 rng(11);
+    std::uniform_real_distribution<float> unit(0.0f, 1.0f);
+    for (int c = 0; c < CURVES; ++c) {
+        auto* p = jNew<TrackParameterFloat>(FILE_TAG, __LINE__, "curveTrack");
+        for (int k = 0; k < KEYS; ++k) {
+            const float dv = 0.2f * unit(rng) - 0.1f;
+            const vec4 tangents(-0.03f, -dv, 0.03f + 0.05f * unit(rng), dv);
+            p->appendKey(KEY_SPACING * k, unit(rng), tangents, TRACK_KEY_SMOOTH + k % 3);
+        }
+        p->setTypeName("Light.intensity");
+        p->setNodeID(c);
+        p->setCurveShown(true);
+        track.addParameter(p);
+    }
+    track.setEndTime(KEY_SPACING * KEYS);
+    if (!track.saveFile(path.c_str()))
+        path.clear();
+    return path;
+}
+
+// The editor window, shown at 1600 x 900.
+struct EditorScene {
+    EditorScene()
     {
         DataDir::set(KUVO_DATA_DIR);
         jKit::setDataPath(KUVO_DATA_DIR);
-        root = jNew<UIRoot>(FILE_TAG, __LINE__, "CurveScene");
-        canvas = jNew<UICanvas>(FILE_TAG, __LINE__, "CurveScene", root);
-        canvas->setFixSize(WIDTH, HEIGHT);
-        std::mt19937 rng(11);
-        std::uniform_real_distribution<float> unit(0.0f, 1.0f);
-        for (int c = 0; c < CURVES; ++c) {
-            FParameterFloat* parameter = AppData::get()->getTrack()->createParameterFloat("curve");
-            for (int k = 0; k < KEYS; ++k) {
-                const float dv = 0.2f * unit(rng) - 0.1f;
-                const vec4 tangents(-0.03f, -dv, 0.03f + 0.05f * unit(rng), dv);
-                parameter->createKey(KEY_SPACING * k, unit(rng), tangents, TRACK_KEY_SMOOTH + k % 3);
-            }
-            parameter->sortKeys();
-            parameter->applyKeys();
-            parameter->getCurve()->attach(canvas);
-            parameters[c] = parameter;
-        }
-        AppData::get()->setEndTime(KEY_SPACING * KEYS);
-        mapping.setSize(WIDTH, HEIGHT);
-        mapping.setTimeRange(0.0, KEY_SPACING * KEYS);
-        mapping.frameValues(-0.2, 1.2);
+        root = jNew<UIRoot>(FILE_TAG, __LINE__, "EditorScene");
+        editor = jNew<TrackEditor>(FILE_TAG, __LINE__, "EditorScene", root);
+        editor->setSize(1600, 900);
+        editor->show();
+        update();
+        paint();
     }
-    ~CurveScene()
+    ~EditorScene()
     {
         AppData::get()->reset();
-        canvas->release();
-        jDelete(canvas, FILE_TAG, __LINE__, "~CurveScene");
-        jDelete(root, FILE_TAG, __LINE__, "~CurveScene");
+        editor->release();
+        jDelete(editor, FILE_TAG, __LINE__, "~EditorScene");
+        jDelete(root, FILE_TAG, __LINE__, "~EditorScene");
     }
-    void renderAll(const jSet<UITrackCurveKey*>& selected)
+    bool load() { return AppData::get()->loadTrack(jString(curveTrack().c_str()), nullptr); }
+    void update() { editor->update(1.0f / 60.0f); }
+    void paint() { root->processEvents(); }
+    // Runs a frame, adding the time of its update and of its paint (in milliseconds) to the sums.
+    void frame(double& updating, double& painting)
     {
-        for (FParameterFloat* parameter : parameters)
-            parameter->getCurve()->render(mapping, 0, WIDTH - 1, selected);
+        const auto start = Clock::now();
+        update();
+        const auto updated = Clock::now();
+        paint();
+        updating += std::chrono::duration<double, std::milli>(updated - start).count();
+        painting += std::chrono::duration<double, std::milli>(Clock::now() - updated).count();
     }
-    int points() const
-    {
-        int total = 0;
-        for (const FParameterFloat* parameter : parameters)
-            total += parameter->getCurve()->getPoints().size();
-        return total;
-    }
+    UICanvas* curves() const { return UITrackCurvePanel::get()->getCanvas(); }
 
     UIRoot* root;
-    UICanvas* canvas;
-    FParameterFloat* parameters[CURVES] = {};
-    UITrackCurveMapping mapping;
+    TrackEditor* editor;
 };
+
+void report(benchmark::State& state, double update, double paint, const EditorScene& scene, int iterations)
+{
+    state.counters["update_ms"] = update / iterations;
+    state.counters["paint_ms"] = paint / iterations;
+    state.counters["curves"] = UITrackCurvePanel::get()->getShownCurves().size();
+    state.counters["shapes"] = scene.curves()->getNumShapes();
+}
+
+bool ready(benchmark::State& state)
+{
+    if (s_offscreen && !curveTrack().empty())
+        return true;
+    state.SkipWithError("no offscreen platform or no track file");
+    return false;
+}
+
+void CurveOpen(benchmark::State& state)
+{
+    if (!ready(state))
+        return;
+    EditorScene scene;
+    double update = 0.0, paint = 0.0, loading = 0.0;
+    int shown = 0;
+    for (auto _ : state) {
+        const auto start = Clock::now();
+        if (!scene.load())
+            state.SkipWithError("the track did not load");
+        loading += std::chrono::duration<double, std::milli>(Clock::now() - start).count();
+        scene.frame(update, paint);
+        state.PauseTiming();
+        shown = UITrackCurvePanel::get()->getShownCurves().size();
+        AppData::get()->reset();
+        scene.update();
+        scene.paint();
+        state.ResumeTiming();
+    }
+    const int iterations = int(state.iterations());
+    report(state, update, paint, scene, iterations);
+    state.counters["load_ms"] = loading / iterations;
+    state.counters["curves"] = shown;
+}
+BENCHMARK(CurveOpen)->Unit(benchmark::kMillisecond)->Iterations(3);
 
 void CurveViewMoved(benchmark::State& state)
 {
-    if (!s_offscreen) {
-        state.SkipWithError("cannot select the offscreen platform");
+    if (!ready(state))
         return;
-    }
-    CurveScene scene;
-    const jSet<UITrackCurveKey*> none;
-    scene.renderAll(none); // makes the shapes
+    EditorScene scene;
+    scene.load();
+    scene.update();
+    scene.paint();
+    AppData* hub = AppData::get();
+    const float step = KEY_SPACING * KEYS / float(scene.curves()->getWidth());
     bool shifted = false;
+    double update = 0.0, paint = 0.0;
     for (auto _ : state) {
         shifted = !shifted;
-        scene.mapping.setTimeRange(shifted ? 0.05 : 0.0, KEY_SPACING * KEYS);
-        scene.renderAll(none);
+        hub->setBeginTime(shifted ? step : 0.0f);
+        hub->setEndTime(KEY_SPACING * KEYS + (shifted ? step : 0.0f));
+        MsgMngr::get()->notifyHelper(TRACK_MSG_RANGE_CHANGED);
+        scene.frame(update, paint);
     }
-    state.counters["points"] = scene.points();
-    state.counters["shapes"] = scene.canvas->getNumShapes();
+    report(state, update, paint, scene, int(state.iterations()));
 }
 BENCHMARK(CurveViewMoved)->Unit(benchmark::kMillisecond);
 
-void CurvePaint(benchmark::State& state)
+// The point whose mark a press at key k of the first curve hits: the curves cross there, and the
+// mark drawn last is on top.
+UITrackCurveKey* topmostKey(const EditorScene& scene, int k)
 {
-    if (!s_offscreen) {
-        state.SkipWithError("cannot select the offscreen platform");
-        return;
-    }
-    CurveScene scene;
-    scene.renderAll(jSet<UITrackCurveKey*>());
-    UIAutomation* automation = scene.root->getAutomation();
-    for (auto _ : state)
-        automation->renderRegion(scene.canvas, 0, 0, WIDTH, HEIGHT);
-    state.counters["painted"] = scene.canvas->getLastPaintCount();
+    const UITrackCurvePanel* panel = UITrackCurvePanel::get();
+    UITrackCurveKey* under = AppData::get()->getTrack()->getSingleParameters()[0]->getKey(k)->getCurveKey();
+    const UITrackCurveMapping& mapping = panel->getMapping();
+    const int mark = scene.curves()->getPolygonIntersection(int(mapping.xOfTime(under->getTime())),
+                                                            int(mapping.yOfValue(under->getValue())));
+    for (UITrackCurve* curve : panel->getShownCurves())
+        for (UITrackCurveKey* point : curve->getKeys())
+            if (mark != INVALID_INDEX && point->getMarkPolygon() == mark)
+                return point;
+    return under;
 }
-BENCHMARK(CurvePaint)->Unit(benchmark::kMillisecond)->Iterations(1);
 
 void CurveDragStep(benchmark::State& state)
 {
-    if (!s_offscreen) {
-        state.SkipWithError("cannot select the offscreen platform");
+    if (!ready(state))
         return;
-    }
-    CurveScene scene;
-    scene.renderAll(jSet<UITrackCurveKey*>());
-    FParameterFloat* dragged = scene.parameters[0];
-    jSet<UITrackCurveKey*> selected;
-    for (int k = 0; k < DRAGGED; ++k)
-        selected.insert(dragged->getKey(400 + k)->getCurveKey());
-    float step = 0.01f;
+    EditorScene scene;
+    scene.load();
+    scene.update();
+    scene.paint();
+    UITrackCurvePanel* panel = UITrackCurvePanel::get();
+    UITrackCurveKey* pressed = topmostKey(scene, FIRST_DRAGGED);
+    FParameterSingle* dragged = pressed->getKey()->getParameter();
+    const int first = dragged->getKeys().find(pressed->getKey());
+    jVector<UITrackCurveKey*> keys;
+    for (int k = first; k < std::min(first + DRAGGED, dragged->getNumKeys()); ++k)
+        keys.append(dragged->getKey(k)->getCurveKey());
+    panel->setSelectedKeys(keys);
+    scene.update();
+    scene.paint();
+    UIAutomation* automation = scene.root->getAutomation();
+    int x = 0, y = 0;
+    const UITrackCurveMapping& mapping = panel->getMapping();
+    automation->elementPoint(scene.curves(), int(mapping.xOfTime(pressed->getTime())),
+                             int(mapping.yOfValue(pressed->getValue())), x, y);
+    automation->mouseDown(x, y);
+    int dy = 10;
+    double update = 0.0, paint = 0.0;
     for (auto _ : state) {
-        step = -step;
-        for (int k = 0; k < DRAGGED; ++k) {
-            auto* key = static_cast<FKeyFloat*>(dragged->getKey(400 + k));
-            key->setValue(key->getValue() + step);
-        }
-        dragged->applyKeys();
-        dragged->getCurve()->render(scene.mapping, 0, WIDTH - 1, selected);
+        dy = -dy;
+        const auto start = Clock::now();
+        automation->mouseMove(x, y + dy);
+        update += std::chrono::duration<double, std::milli>(Clock::now() - start).count();
+        scene.frame(update, paint);
     }
-    state.counters["points"] = dragged->getCurve()->getPoints().size();
-    selected.clear();
+    automation->mouseUp(x, y + dy);
+    report(state, update, paint, scene, int(state.iterations()));
+    state.counters["selected"] = panel->getSelectedKeys().size();
 }
-BENCHMARK(CurveDragStep)->Unit(benchmark::kMicrosecond);
+BENCHMARK(CurveDragStep)->Unit(benchmark::kMillisecond);
 
 } // namespace

@@ -211,6 +211,7 @@ bool AutomationScript::parse_line(const std::string& line, ScriptCommand& out, s
 {
     static const std::map<std::string, ScriptCommand::Verb> verbs = {
         {"frames", ScriptCommand::FRAMES},
+        {"idle", ScriptCommand::IDLE},
         {"press", ScriptCommand::PRESS},
         {"key", ScriptCommand::KEY},
         {"click", ScriptCommand::CLICK},
@@ -242,6 +243,11 @@ bool AutomationScript::parse_line(const std::string& line, ScriptCommand& out, s
         reason = "frames needs a whole number N >= 0";
         return false;
     }
+    case ScriptCommand::IDLE:
+        if (words.size() == 2 && parseNumber(words[1], out.seconds) && out.seconds > 0.0f)
+            return true;
+        reason = "idle needs a number of seconds above 0";
+        return false;
     case ScriptCommand::KEY:
         if (words.size() == 2 && parseKey(words[1], out))
             return true;

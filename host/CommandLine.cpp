@@ -1,5 +1,6 @@
 #include "CommandLine.h"
 
+#include <cstdlib>
 #include <cstring>
 
 namespace {
@@ -7,13 +8,15 @@ namespace {
 struct FileOption {
     const char* name;
     std::string HostOptions::*field;
+    const char* what; // the argument's name in messages
 };
 
 const FileOption k_file_options[] = {
-    {"--scene", &HostOptions::scene},
-    {"--track", &HostOptions::track},
-    {"--script", &HostOptions::script},
-    {"--screenshot", &HostOptions::screenshot},
+    {"--scene", &HostOptions::scene, "a FILE"},
+    {"--track", &HostOptions::track, "a FILE"},
+    {"--script", &HostOptions::script, "a FILE"},
+    {"--screenshot", &HostOptions::screenshot, "a FILE"},
+    {"--recovery-interval", &HostOptions::recoveryInterval, "SECONDS"},
 };
 
 struct SwitchOption {
@@ -22,10 +25,29 @@ struct SwitchOption {
 };
 
 const SwitchOption k_switches[] = {
+    {"--restore-recovery", &HostOptions::restoreRecovery},
+    {"--discard-recovery", &HostOptions::discardRecovery},
     {"--headless", &HostOptions::headless},
     {"--check-leaks", &HostOptions::checkLeaks},
     {"--help", &HostOptions::help},
 };
+
+// Checks the recovery options once every argument is read.
+bool check_recovery(HostOptions& options, std::string& error)
+{
+    if (options.restoreRecovery && options.discardRecovery) {
+        error = "--restore-recovery and --discard-recovery exclude each other";
+        return false;
+    }
+    if (options.recoveryInterval.empty())
+        return true;
+    char* end = nullptr;
+    options.recoverySeconds = std::strtod(options.recoveryInterval.c_str(), &end);
+    if (*end == '\0' && options.recoverySeconds > 0.0 && options.recoverySeconds <= 86400.0)
+        return true;
+    error = "--recovery-interval needs a number of seconds above 0, not \"" + options.recoveryInterval + "\"";
+    return false;
+}
 
 } // namespace
 
@@ -50,7 +72,7 @@ bool CommandLine::parse(int argc, const char* const* argv, HostOptions& options,
                 continue;
             known = true;
             if (i + 1 >= argc || argv[i + 1][0] == '\0' || std::strncmp(argv[i + 1], "--", 2) == 0) {
-                error = std::string(arg) + " needs a FILE";
+                error = std::string(arg) + " needs " + f.what;
                 return false;
             }
             if (!(options.*f.field).empty()) {
@@ -64,23 +86,32 @@ bool CommandLine::parse(int argc, const char* const* argv, HostOptions& options,
             return false;
         }
     }
-    return true;
+    return check_recovery(options, error);
 }
 
 const char* CommandLine::usage()
 {
     return "Usage: kuvo-editor [OPTION]...\n"
            "Edits the animation tracks of a Kuvo scene: the scene in a 3D viewport, its track in the docked\n"
-           "Track Editor. Without --scene and --track it opens the bundled sample, its track playing on loop.\n"
+           "Track Editor. Without --scene and --track it opens an untitled copy of the bundled sample, its\n"
+           "track playing on loop.\n"
            "\n"
            "Options:\n"
            "  --scene FILE       open this .world (default: the bundled samples/demo.world)\n"
-           "  --track FILE       open this .anim (default: the bundled sample track, playing on loop)\n"
+           "  --track FILE       open this .anim (default: an untitled copy of the bundled sample track,\n"
+           "                     playing on loop)\n"
            "  --headless         run without a display\n"
            "  --script FILE      replay an automation script (automation.md in the documentation);\n"
            "                     exit 0 when every check held, 1 otherwise\n"
            "  --screenshot FILE  save the main window as PNG after the first frames, then exit\n"
            "  --check-leaks      exit with status 3 when allocations are still alive at exit\n"
+           "  --recovery-interval SECONDS\n"
+           "                     write a recovery copy of unsaved edits this often (default 30)\n"
+           "  --restore-recovery\n"
+           "                     restore the newest recovery copy at the start without asking\n"
+           "  --discard-recovery\n"
+           "                     delete the newest recovery copy at the start without asking\n"
+           "                     (without either, a headless run leaves it and says so in the log)\n"
            "  --help             print this text and exit\n"
            "\n"
            "Environment:\n"
@@ -89,6 +120,8 @@ const char* CommandLine::usage()
            "  KUVO_PLUGIN_DIR    the folder to load the track editor module, libtrack_editor.so, from;\n"
            "                     default: the program's folder when it holds the module, else lib/kuvo\n"
            "                     beside the program's folder\n"
+           "  KUVO_RECOVERY_DIR  the folder of recovery copies; default: $XDG_STATE_HOME/kuvo/recovery,\n"
+           "                     else ~/.local/state/kuvo/recovery\n"
            "  QT_QPA_PLATFORM    the Qt platform to show the window on (--headless sets offscreen)\n"
            "\n"
            "Exit status: 0 success, 1 a failed start or script, 2 usage error, 3 leaks (--check-leaks).\n";

@@ -6,15 +6,21 @@
 
 #include "CommandLine.h"
 #include "EditorPlugin.h"
+#include "RecoveryKeeper.h"
+#include "TrackEditorPlugin.h"
 #include "kit/jLog.h"
 
 class MainWindow;
+class QTimer;
 class UIElement;
 class UIRoot;
 class World;
 
 // The running host: finds the data, loads the track editor module, opens the scene and the track,
-// docks the editor in the main window, and drives frames from a 60 Hz timer or from a script.
+// docks the editor in the main window, and drives frames from a 60 Hz timer or from a script. It
+// keeps the user's work safe around the editor's own commands: the bundled sample opens untitled,
+// recovery copies are written while edits are unsaved and offered at the next start, quitting asks
+// about unsaved edits, and failed saves and loads are shown.
 class EditorApp {
 public:
     // The track that plays when no scene or track is named, found under the data folder.
@@ -31,7 +37,8 @@ public:
 
     // Runs until the user quits or the script ends and releases everything the run made. Returns
     // the exit status: 0, 1 when the start failed (with a message on stderr) or a script check
-    // failed.
+    // failed. A scene or track that cannot be opened fails the start only in --headless runs;
+    // otherwise the editor starts with an empty document and shows the error.
     int run();
 
     // Advances the program by one frame of dt seconds: the engine's frame time, the editor's
@@ -43,6 +50,23 @@ private:
     bool locate_data();
     bool open_scene(const std::string& path);
     bool open_track(const std::string& path);
+    bool open_documents();
+    void show_world();
+    // Fails the start in --headless runs; otherwise shows the error and returns true.
+    bool start_failure(const std::string& message);
+    void start_recovery();
+    void offer_recovery();
+    bool ask_restore(const RecoveryStore::Copy& copy);
+    // True when dialogs may wait for the user: no --headless, no script, no screenshot run.
+    bool interactive() const;
+    // Answers whether the window may close: asks Save, Discard, Cancel about unsaved edits (only
+    // when interactive; other runs keep them in a recovery copy).
+    bool may_quit();
+    bool save_document();
+    bool save_as();
+    // Shows a failed file command's logged reason in a message box when interactive.
+    void show_failure(const char* title);
+    static void on_file_event(void* context, TrackFileEvent event, const char* path);
     int loop();
     bool save_screenshot(const std::string& path) const;
     void shutdown();
@@ -60,4 +84,6 @@ private:
     QString m_scene_name;
     EditorPlugin m_plugin;
     UIElement* m_editor = nullptr;
+    std::unique_ptr<RecoveryKeeper> m_recovery;
+    std::unique_ptr<QTimer> m_recovery_timer;
 };

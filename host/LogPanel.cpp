@@ -35,6 +35,8 @@ LogPanel::~LogPanel() { jLog::removeSink(this); }
 
 void LogPanel::write(jLogLevel level, const std::string& text)
 {
+    if (level >= jLogLevel::Error && m_error_shown)
+        m_error_shown(QString::fromUtf8(text.c_str()));
     QString line = QString::fromUtf8(text.c_str()).toHtmlEscaped();
     bool atEnd = verticalScrollBar()->value() == verticalScrollBar()->maximum();
     appendHtml(QString("<span style=\"color:%1; white-space:pre\">%2 %3</span>")

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QPlainTextEdit>
+#include <functional>
 
 #include "kit/jLog.h"
 
@@ -13,7 +14,12 @@ public:
     ~LogPanel() override;
 
     void write(jLogLevel level, const std::string& text) override;
+    // Makes every error line also go to shown (the status bar).
+    void setErrorShown(std::function<void(const QString&)> shown) { m_error_shown = std::move(shown); }
 
     // The most lines the panel keeps; older ones scroll away.
     static constexpr int MAX_LINES = 5000;
+
+private:
+    std::function<void(const QString&)> m_error_shown;
 };

@@ -1,6 +1,7 @@
 #include "MainWindow.h"
 
 #include <QApplication>
+#include <QCloseEvent>
 #include <QDockWidget>
 #include <QFileDialog>
 #include <QMenuBar>
@@ -52,6 +53,12 @@ MainWindow::MainWindow(OpenFile openScene, OpenFile openTrack)
     resizeDocks({m_editor_dock}, {860}, Qt::Horizontal);
     resizeDocks({logDock}, {150}, Qt::Vertical);
     make_menu();
+    m_log->setErrorShown([this](const QString& text) { showError(text); });
+    // An error's red goes with its text.
+    connect(statusBar(), &QStatusBar::messageChanged, this, [this](const QString& text) {
+        if (text.isEmpty())
+            statusBar()->setStyleSheet(QString());
+    });
     statusBar()->showMessage("Ready");
     resize(1600, 900);
 }
@@ -65,6 +72,12 @@ void MainWindow::make_menu()
     QAction* track = file->addAction("Open &Track…");
     connect(track, &QAction::triggered, this,
             [this] { choose_file("Open Track", "Tracks (*.anim)", m_open_track); });
+    QAction* saveAs = file->addAction("Save Track &As…");
+    saveAs->setShortcut(QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_S));
+    connect(saveAs, &QAction::triggered, this, [this] {
+        if (m_save_as)
+            m_save_as();
+    });
     file->addSeparator();
     QAction* quit = file->addAction("&Quit");
     quit->setShortcut(QKeySequence::Quit);
@@ -77,6 +90,30 @@ void MainWindow::choose_file(const QString& caption, const QString& filter, cons
     QString path = QFileDialog::getOpenFileName(this, caption, samples, filter);
     if (!path.isEmpty())
         open(path);
+}
+
+void MainWindow::setSaveAs(std::function<void()> saveAs)
+{
+    m_save_as = std::move(saveAs);
+}
+
+void MainWindow::setCloseGuard(CloseGuard guard)
+{
+    m_close_guard = std::move(guard);
+}
+
+void MainWindow::showError(const QString& text)
+{
+    statusBar()->setStyleSheet("QStatusBar { color: #f05a5a; }");
+    statusBar()->showMessage(text, ERROR_SHOW_MS);
+}
+
+void MainWindow::closeEvent(QCloseEvent* event)
+{
+    if (m_close_guard && !m_close_guard())
+        event->ignore();
+    else
+        event->accept();
 }
 
 void MainWindow::dockEditor(QWidget* editor)

@@ -14,6 +14,12 @@ public:
     // Called with the file the user chose in File > Open Scene… or Open Track….
     using OpenFile = std::function<void(const QString&)>;
 
+    // Answers whether the window may close (the user's unsaved edits are dealt with).
+    using CloseGuard = std::function<bool()>;
+
+    // How long an error stays in the status bar.
+    static constexpr int ERROR_SHOW_MS = 8000;
+
     MainWindow(OpenFile openScene, OpenFile openTrack);
 
     Viewport* viewport() const { return m_viewport; }
@@ -23,6 +29,15 @@ public:
     void dockEditor(QWidget* editor);
     // Shows the scene's name and the editor's title in the window's title, when they changed.
     void showTitle(const QString& scene, const QString& editorTitle);
+    // Makes File > Save Track As… (Ctrl+Shift+S) call saveAs.
+    void setSaveAs(std::function<void()> saveAs);
+    // Makes every close of the window ask guard first; a false answer keeps the window open.
+    void setCloseGuard(CloseGuard guard);
+    // Shows text in red in the status bar for ERROR_SHOW_MS.
+    void showError(const QString& text);
+
+protected:
+    void closeEvent(QCloseEvent* event) override;
 
 private:
     void make_menu();
@@ -30,6 +45,8 @@ private:
 
     OpenFile m_open_scene;
     OpenFile m_open_track;
+    std::function<void()> m_save_as;
+    CloseGuard m_close_guard;
     Viewport* m_viewport;
     LogPanel* m_log;
     QDockWidget* m_editor_dock;

@@ -7,6 +7,7 @@
 struct ScriptCommand {
     enum Verb {
         FRAMES,           // frames N: run N frames of 1/60 s
+        IDLE,             // idle SECONDS: handle events without frames for SECONDS of real time
         PRESS,            // press NAME: a toolbar button by icon stem, or a text button by translation key
         KEY,              // key SPEC: a key with modifiers, e.g. ctrl+k, delete, left, space
         CLICK,            // click [@view] X Y
@@ -30,6 +31,7 @@ struct ScriptCommand {
     std::string argument;      // ANSWER choose/select dotted path, press button key, find text, screenshot or
                                // file path
     int count = 0;             // FRAMES
+    float seconds = 0.0f;      // IDLE
     int keyCode = 0;           // KEY: the engine key code
     bool ctrl = false;         // KEY and DRAG modifiers
     bool shift = false;

@@ -1,6 +1,8 @@
 #include "ScriptRunner.h"
 
 #include <QApplication>
+#include <QEventLoop>
+#include <QTimer>
 #include <QImage>
 #include <QSet>
 #include <QWidget>
@@ -75,6 +77,7 @@ bool ScriptRunner::execute(const ScriptCommand& c, std::string& reason)
     UIAutomation* automation = m_host.root->getAutomation();
     switch (c.verb) {
     case ScriptCommand::FRAMES: frames(c.count); return true;
+    case ScriptCommand::IDLE: idle(c.seconds); return true;
     case ScriptCommand::PRESS: return press(c.text, reason);
     case ScriptCommand::KEY: return key(c, reason);
     case ScriptCommand::CLICK:
@@ -105,6 +108,13 @@ void ScriptRunner::frames(int count)
         m_host.frame(FRAME_TIME);
         m_host.root->processEvents();
     }
+}
+
+void ScriptRunner::idle(float seconds)
+{
+    QEventLoop loop;
+    QTimer::singleShot(static_cast<int>(seconds * 1000.0f), &loop, &QEventLoop::quit);
+    loop.exec();
 }
 
 bool ScriptRunner::press(const std::string& name, std::string& reason)

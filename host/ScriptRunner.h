@@ -47,6 +47,8 @@ private:
     bool expect_no_errors(std::string& reason) const;
     bool screenshot(const std::string& path, std::string& reason) const;
     void frames(int count);
+    // Runs the event loop (timers, not frames) for seconds of real time.
+    void idle(float seconds);
     // Forgets the lines of the answers the dialogs have taken.
     void track_answers();
 

@@ -43,14 +43,47 @@ void update(UIElement* element, float dt)
 bool loadTrack(UIElement* element, const char* path)
 {
     TrackEditor* editor = editorOf(element);
-    if (!editor)
-        return false;
-    editor->clear();
-    if (!AppData::get()->loadTrack(jString(path), editor->getWorld()))
-        return false;
-    MsgMngr::get()->notifyHelper(TRACK_MSG_LOADED);
-    MsgMngr::get()->notifyHelper(TRACK_MSG_TIME_CHANGED);
-    return true;
+    return editor && editor->loadAs(jString(path), jString(path), false);
+}
+
+bool loadTrackAs(UIElement* element, const char* path, const char* document, bool edited)
+{
+    TrackEditor* editor = editorOf(element);
+    return editor && editor->loadAs(jString(path), jString(document), edited);
+}
+
+bool hasUnsavedEdits(UIElement* element)
+{
+    TrackEditor* editor = editorOf(element);
+    return editor && editor->hasUnsavedEdits();
+}
+
+const char* getPath(UIElement* element)
+{
+    return editorOf(element) ? AppData::get()->getPath().c_str() : "";
+}
+
+bool saveTrackAs(UIElement* element, const char* path)
+{
+    TrackEditor* editor = editorOf(element);
+    return editor && editor->saveAs(jString(path));
+}
+
+bool saveCopy(UIElement* element, const char* path)
+{
+    return editorOf(element) && AppData::get()->saveCopy(jString(path));
+}
+
+void clearTrack(UIElement* element)
+{
+    if (TrackEditor* editor = editorOf(element))
+        editor->clear();
+}
+
+void setFileListener(UIElement* element, TrackFileListener listener, void* context)
+{
+    if (TrackEditor* editor = editorOf(element))
+        editor->setFileListener(listener, context);
 }
 
 void setPlay(UIElement* element, bool play, bool loop)
@@ -95,6 +128,7 @@ void destroy(UIElement* element)
 
 const TrackEditorPluginApi API = {
     TrackEditorPluginApi::VERSION, create, setWorld, update, loadTrack, setPlay, getTitle, findView, destroy,
+    loadTrackAs, hasUnsavedEdits, getPath, saveTrackAs, saveCopy, clearTrack, setFileListener,
 };
 
 } // namespace

@@ -8,9 +8,20 @@ class UIRoot;
 class UIElement;
 class World;
 
+// What the editor tells the host about its document's file, so that the host can keep the user's
+// work safe around the editor's own commands.
+enum TrackFileEvent : int {
+    TRACK_FILE_DISCARDING = 0,  // the document is about to be emptied (clear, or load of another file)
+    TRACK_FILE_SAVE_FAILED = 1, // the save command could not write path (the reason is logged)
+    TRACK_FILE_LOAD_FAILED = 2, // the load command could not open path (the reason is logged)
+};
+
+// Hears the editor's file events; path is "" for TRACK_FILE_DISCARDING.
+using TrackFileListener = void (*)(void* context, TrackFileEvent event, const char* path);
+
 struct TrackEditorPluginApi {
     // Raised when the table changes incompatibly; the host refuses a module of another version.
-    static constexpr int VERSION = 1;
+    static constexpr int VERSION = 2;
 
     int version;
     // Builds the Track Editor window for the host's root and makes it the editor instance.
@@ -31,6 +42,26 @@ struct TrackEditorPluginApi {
     UIElement* (*findView)(UIElement* editor, const char* name);
     // Releases and frees the window and forgets the instance.
     void (*destroy)(UIElement* editor);
+    // Opens the track file at path as the document of the file named document: a recovery copy of
+    // it, or a template when document is "" (the document stays untitled, so a save asks where).
+    // edited marks the document as holding unsaved edits. Fails as loadTrack does.
+    bool (*loadTrackAs)(UIElement* editor, const char* path, const char* document, bool edited);
+    // True when the document holds edits that no save has written; a failed save leaves them
+    // unsaved here although the title loses its mark.
+    bool (*hasUnsavedEdits)(UIElement* editor);
+    // Returns the path of the document's file, "" while it is untitled.
+    const char* (*getPath)(UIElement* editor);
+    // Saves the document to path, which becomes its file. Returns false (logged with the path and
+    // the reason) when it cannot be written; the document, its path and its mark are then unchanged.
+    bool (*saveTrackAs)(UIElement* editor, const char* path);
+    // Writes the document to path atomically and leaves its path and mark alone (a recovery copy).
+    // Returns false (logged with the path and the reason) on failure.
+    bool (*saveCopy)(UIElement* editor, const char* path);
+    // Empties the document as the Clear command does, the listener hearing TRACK_FILE_DISCARDING
+    // first; the document is then untitled.
+    void (*clearTrack)(UIElement* editor);
+    // Makes listener hear the file events of the editor's own commands with context; null stops it.
+    void (*setFileListener)(UIElement* editor, TrackFileListener listener, void* context);
 };
 
 extern "C" {

@@ -84,6 +84,12 @@ int UICanvas::addText(int order)
     return m_store->add(UIShapeStore::Text, order);
 }
 
+int UICanvas::addTrace(int order)
+{
+    changed();
+    return m_store->add(UIShapeStore::Trace, order);
+}
+
 bool UICanvas::add_point(int id, int kind, const vec3& p, const char* op)
 {
     UIShapeStore::Shape* s = m_store->find(id, static_cast<Kind>(kind));
@@ -148,6 +154,12 @@ bool UICanvas::setPolygonPoints(int id, const vec3* points, int count)
 {
     return set_points(id, Kind::Polygon, points, count, false, "UICanvas::setPolygonPoints");
 }
+bool UICanvas::setTracePoints(int id, const vec3* points, int count)
+{
+    return set_points(id, Kind::Trace, points, count, false, "UICanvas::setTracePoints");
+}
+bool UICanvas::setTraceColor(int id, const vec4& c) { return set_color(id, Kind::Trace, c, "UICanvas::setTraceColor"); }
+bool UICanvas::removeTrace(int id) { return remove_shape(id, Kind::Trace, "UICanvas::removeTrace"); }
 bool UICanvas::clearLinePoints(int id) { return clear_points(id, Kind::Line, "UICanvas::clearLinePoints"); }
 bool UICanvas::setLineColor(int id, const vec4& c) { return set_color(id, Kind::Line, c, "UICanvas::setLineColor"); }
 bool UICanvas::removeLine(int id) { return remove_shape(id, Kind::Line, "UICanvas::removeLine"); }
@@ -263,7 +275,7 @@ bool UICanvas::setOrder(int id, int order)
 
 int UICanvas::getOrder(int id) const
 {
-    for (Kind kind : {Kind::Line, Kind::Polygon, Kind::Text}) {
+    for (Kind kind : {Kind::Line, Kind::Polygon, Kind::Text, Kind::Trace}) {
         if (const UIShapeStore::Shape* s = m_store->find(id, kind))
             return s->order;
     }

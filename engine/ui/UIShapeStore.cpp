@@ -34,6 +34,28 @@ bool contains(const std::vector<QPointF>& poly, const QPointF& p)
     return inside;
 }
 
+// The pixels an aliased fill of the polygon covers (those whose centres lie inside, a centre on the
+// left or top edge counting as inside, on the right or bottom edge as outside) when the polygon is
+// a rectangle along the axes; a null rectangle otherwise. The painter fills such a box as a block.
+QRect pixel_box(const std::vector<QPointF>& points)
+{
+    if (points.size() != 4)
+        return QRect();
+    const QPointF& a = points[0];
+    const QPointF& c = points[2];
+    const bool along = (points[1].x() == a.x() && points[1].y() == c.y() && points[3].x() == c.x() && points[3].y() == a.y()) ||
+                       (points[1].y() == a.y() && points[1].x() == c.x() && points[3].y() == c.y() && points[3].x() == a.x());
+    if (!along)
+        return QRect();
+    const int x0 = static_cast<int>(std::ceil(std::min(a.x(), c.x()) - 0.5));
+    const int x1 = static_cast<int>(std::ceil(std::max(a.x(), c.x()) - 0.5));
+    const int y0 = static_cast<int>(std::ceil(std::min(a.y(), c.y()) - 0.5));
+    const int y1 = static_cast<int>(std::ceil(std::max(a.y(), c.y()) - 0.5));
+    if (x1 <= x0 || y1 <= y0)
+        return QRect();
+    return QRect(x0, y0, x1 - x0, y1 - y0);
+}
+
 bool draws_before(const UIShapeStore::Shape& a, const UIShapeStore::Shape& b)
 {
     return a.order != b.order ? a.order < b.order : a.seq < b.seq;
@@ -146,7 +168,7 @@ QRectF UIShapeStore::bounds_of(const Shape& s) const
         y0 = std::min(y0, p.y());
         y1 = std::max(y1, p.y());
     }
-    double pad = s.kind == Line ? s.width / 2.0 + 1.0 : 1.0;
+    double pad = s.kind == Line || s.kind == Trace ? s.width / 2.0 + 1.0 : 1.0;
     return QRectF(QPointF(x0 - pad, y0 - pad), QPointF(x1 + pad, y1 + pad));
 }
 
@@ -262,31 +284,47 @@ int UIShapeStore::paint(QPainter& painter, const QRect& area)
     });
     std::sort(ids.begin(), ids.end(), [this](int a, int b) { return draws_before(m_shapes[a], m_shapes[b]); });
     painter.setRenderHint(QPainter::Antialiasing, false);
+    m_brush = 0;
+    m_state = Removed;
+    for (int id : ids)
+        paint_shape(painter, m_shapes[id], area);
+    if (m_traces.isOpen())
+        m_traces.finish(painter);
+    return static_cast<int>(ids.size());
+}
+
+void UIShapeStore::paint_shape(QPainter& painter, const Shape& s, const QRect& area)
+{
+    if (s.kind == Trace) {
+        if (!m_traces.isOpen())
+            m_traces.begin(area);
+        m_traces.draw(s.points, s.color);
+        return;
+    }
+    if (m_traces.isOpen())
+        m_traces.finish(painter);
     // Neighbouring marks mostly share a colour; changing the painter's state only when it differs
     // keeps the cost per shape down to the fill itself.
-    Kind state = Removed;
-    QRgb brush = 0;
-    for (int id : ids) {
-        const Shape& s = m_shapes[id];
-        if (s.kind == Polygon) {
-            if (state != Polygon || brush != s.color.rgba()) {
-                painter.setPen(Qt::NoPen);
-                painter.setBrush(s.color);
-                state = Polygon;
-                brush = s.color.rgba();
-            }
-            painter.drawPolygon(s.points.data(), static_cast<int>(s.points.size()));
-        } else if (s.kind == Line) {
-            state = Line;
-            painter.setPen(QPen(s.color, s.width, Qt::SolidLine, Qt::SquareCap, Qt::MiterJoin));
-            painter.setBrush(Qt::NoBrush);
-            painter.drawPolyline(s.points.data(), static_cast<int>(s.points.size()));
-        } else {
-            state = Text;
-            paint_text(painter, s);
+    if (s.kind == Polygon) {
+        if (m_state != Polygon || m_brush != s.color.rgba()) {
+            painter.setPen(Qt::NoPen);
+            painter.setBrush(s.color);
+            m_state = Polygon;
+            m_brush = s.color.rgba();
         }
+        if (const QRect box = pixel_box(s.points); !box.isNull())
+            painter.fillRect(box, s.color);
+        else
+            painter.drawPolygon(s.points.data(), static_cast<int>(s.points.size()));
+    } else if (s.kind == Line) {
+        m_state = Line;
+        painter.setPen(QPen(s.color, s.width, Qt::SolidLine, Qt::SquareCap, Qt::MiterJoin));
+        painter.setBrush(Qt::NoBrush);
+        painter.drawPolyline(s.points.data(), static_cast<int>(s.points.size()));
+    } else {
+        m_state = Text;
+        paint_text(painter, s);
     }
-    return static_cast<int>(ids.size());
 }
 
 // A text is drawn once into an image (the outline being the text drawn around itself in the outline

@@ -11,6 +11,8 @@
 #include <unordered_map>
 #include <vector>
 
+#include "UITraceLayer.h"
+
 class QPainter;
 
 // The numbered shapes of one canvas and a uniform grid over their bounds, so that painting a region
@@ -18,7 +20,7 @@ class QPainter;
 // not the shapes on the canvas. Ids are never reused, so a stale id can only miss.
 class UIShapeStore {
 public:
-    enum Kind : int { Removed = 0, Line = 1, Polygon = 2, Text = 3 };
+    enum Kind : int { Removed = 0, Line = 1, Polygon = 2, Text = 3, Trace = 4 };
 
     struct Shape {
         Kind kind = Removed;
@@ -81,6 +83,13 @@ private:
     template <class F>
     void visit(const QRectF& area, F&& f);
 
+    // Paints the shape s with painter, the traces through m_traces, which is painted before any other
+    // kind of shape draws.
+    void paint_shape(QPainter& painter, const Shape& s, const QRect& area);
+
+    UITraceLayer m_traces; // consecutive traces are drawn together
+    Kind m_state = Removed; // what the painter is set up for
+    QRgb m_brush = 0;       // its brush, while set up for polygons
     QCache<QString, QImage> m_text_images{8 * 1024 * 1024}; // drawn texts, by look, up to 8 MB
     std::vector<Shape> m_shapes;
     std::vector<int> m_free; // ids of removed shapes, given to the next shapes made

@@ -29,6 +29,9 @@ public:
 
     // Returns the curve compiled by the last update; the next update moves it.
     const TrackCurveData<Value>& getCurve() const { return m_curve; }
+    // Counts the compilations (and releases) of the curve: what was drawn from it at one count
+    // still shows it while the count stays.
+    unsigned getCurveRevision() const { return m_revision; }
 
     // Returns the live value: the bound property's current value, else the value last played.
     Value getValue() const
@@ -57,6 +60,7 @@ public:
     {
         TrackCurve::smoothTangents(this->m_keys.data(), this->m_keys.size());
         TrackCurve::compile(this->m_keys.data(), this->m_keys.size(), m_curve);
+        ++m_revision;
         m_play.reset();
         this->changed();
     }
@@ -65,6 +69,7 @@ public:
     {
         TrackParameterKeyed<Key>::release();
         m_curve.release();
+        ++m_revision;
     }
 
     void apply(float t) override
@@ -103,4 +108,5 @@ private:
     mutable TrackCurveCursor<Value> m_play;
     TrackCurveData<Value> m_curve;
     Value m_value = 0;
+    unsigned m_revision = 0;
 };

@@ -9,7 +9,9 @@ constexpr int INVALID_INDEX = -1;
 class UIShapeStore;
 class UICanvasWidget;
 
-// A drawing surface of numbered shapes: lines (open polylines), polygons (filled) and texts. Each
+// A drawing surface of numbered shapes: lines (open polylines), traces (open polylines of many points
+// drawn one pixel wide and aliased, at a cost per column crossed rather than per point: a curve of
+// thousands of keys), polygons (filled) and texts. Each
 // shape is created with a draw order; higher orders are drawn later (on top), equal orders in
 // creation order. Coordinates are canvas pixels, x to the right, y downward, used exactly as given
 // (z is ignored). Painting looks only at the shapes that meet the exposed area.
@@ -25,6 +27,7 @@ public:
     int addLine(int order);
     int addPolygon(int order);
     int addText(int order);
+    int addTrace(int order);
 
     bool addLinePoint(int id, const vec3& p);
     bool clearLinePoints(int id);
@@ -36,6 +39,12 @@ public:
     // Replace all points of a shape at once; a closed line ends where it began.
     bool setLinePoints(int id, const vec3* points, int count, bool closed);
     bool setPolygonPoints(int id, const vec3* points, int count);
+
+    // Replaces the points of a trace; in each pixel column (x up to x + 1) a chord covers the rows
+    // from where it enters the column to where it leaves it.
+    bool setTracePoints(int id, const vec3* points, int count);
+    bool setTraceColor(int id, const vec4& color);
+    bool removeTrace(int id);
 
     bool addPolygonPoint(int id, const vec3& p);
     bool clearPolygonPoints(int id);

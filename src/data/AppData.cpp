@@ -75,14 +75,21 @@ void AppData::reset()
 
 bool AppData::loadTrack(const jString& path, World* world)
 {
+    return loadTrackAs(path, path, world);
+}
+
+bool AppData::loadTrackAs(const jString& path, const jString& document, World* world)
+{
     mjl reader;
     if (!reader.open(path.c_str(), 0)) {
         jLog::error("Open world error:%s", path.c_str());
         return false;
     }
     reset();
-    m_path = path;
-    m_name = path.baseName();
+    if (document.nempty()) {
+        m_path = document;
+        m_name = document.baseName();
+    }
     if (take_loaded(reader.getRoot(), world))
         return true;
     // The engine names the line and column of each problem; this line names the file.
@@ -109,11 +116,15 @@ bool AppData::take_loaded(Package* root, World* world)
 
 bool AppData::saveTrack(const jString& path)
 {
-    Package package; // saving never renames the document: the name stays that of the last load
-    if (!m_track->getEngineTrack()->save(&package))
+    if (!saveCopy(path))
         return false;
-    m_path = path;
-    return mjl::save(path.c_str(), &package, 0);
+    m_path = path; // saving never renames the document: the name stays that of the last load
+    return true;
+}
+
+bool AppData::saveCopy(const jString& path) const
+{
+    return m_track->getEngineTrack()->saveFile(path.c_str());
 }
 
 bool AppData::isEmpty() const

@@ -39,11 +39,18 @@ public:
     // (nothing changes); returns false when the engine refuses it (the document is then empty, with
     // the new path and name). On success the range is the track's and the cursor at its begin.
     bool loadTrack(const jString& path, World* world);
+    // Opens the track file at path as the document of the file named document: a recovery copy of
+    // that file, or a template when document is empty (the document then stays untitled). Fails
+    // as loadTrack does, the refused document taking document's path and name.
+    bool loadTrackAs(const jString& path, const jString& document, World* world);
     // Loads the document from an already parsed track file; the path and name are forgotten.
     bool loadTrack(Package* root, World* world);
-    // Writes the document to a track file. Returns false (path unchanged) when the engine cannot
-    // write it; otherwise takes the path (not the name) and returns whether the file was saved.
+    // Writes the document to a track file and takes its path (not the name). Returns false, with
+    // the path unchanged and the reason logged, when the file cannot be written.
     bool saveTrack(const jString& path);
+    // Writes the document to a track file atomically, keeping the document's path (a recovery
+    // copy). Returns false (logged with the path and the reason; the file untouched) on failure.
+    bool saveCopy(const jString& path) const;
     // True when the document has no engine track or the track has no parameter.
     bool isEmpty() const;
 

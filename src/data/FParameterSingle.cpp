@@ -150,7 +150,8 @@ void FParameterSingle::setColor(const vec4& color)
 
 void FParameterSingle::sortKeys()
 {
-    std::sort(m_keys.begin(), m_keys.end(), SortKeyByTime<FKey>::Compare);
+    if (!std::is_sorted(m_keys.begin(), m_keys.end(), SortKeyByTime<FKey>::Compare))
+        std::sort(m_keys.begin(), m_keys.end(), SortKeyByTime<FKey>::Compare); // most edits keep the order
     m_key_times.clear();
     m_key_times.reserve(m_keys.size());
     for (const FKey* key : m_keys)

@@ -82,6 +82,7 @@ void TrackEditor::update_window_name()
 void TrackEditor::set_window_modified(bool modified)
 {
     m_modified = modified;
+    m_unsaved = m_unsaved || modified;
     update_window_name();
 }
 
@@ -150,6 +151,7 @@ void TrackEditor::refresh_fields()
 
 void TrackEditor::clear()
 {
+    tell(TRACK_FILE_DISCARDING, "");
     m_playing = false;
     m_btn_play->setChecked(false);
     m_btn_loop->setChecked(false);
@@ -159,7 +161,41 @@ void TrackEditor::clear()
     clear_selected();
     data->reset();
     set_window_modified(false);
+    m_unsaved = false;
     MsgMngr::get()->notifyHelper(TRACK_MSG_CLEARED);
+}
+
+bool TrackEditor::loadAs(const jString& path, const jString& document, bool edited)
+{
+    clear();
+    if (!AppData::get()->loadTrackAs(path, document, m_world))
+        return false;
+    MsgMngr::get()->notifyHelper(TRACK_MSG_LOADED);
+    MsgMngr::get()->notifyHelper(TRACK_MSG_TIME_CHANGED);
+    if (edited)
+        set_window_modified(true);
+    return true;
+}
+
+bool TrackEditor::saveAs(const jString& path)
+{
+    if (!AppData::get()->saveTrack(path))
+        return false;
+    m_unsaved = false;
+    MsgMngr::get()->notifyHelper(TRACK_MSG_SAVED);
+    return true;
+}
+
+void TrackEditor::setFileListener(TrackFileListener listener, void* context)
+{
+    m_file_listener = listener;
+    m_file_listener_context = context;
+}
+
+void TrackEditor::tell(TrackFileEvent event, const char* path)
+{
+    if (m_file_listener)
+        m_file_listener(m_file_listener_context, event, path);
 }
 
 void TrackEditor::setToBegin()

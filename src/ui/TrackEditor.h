@@ -1,5 +1,6 @@
 #pragma once
 
+#include "TrackEditorPlugin.h"
 #include "anim/TrackTypes.h"
 #include "kit/jString.h"
 #include "kit/jVector.h"
@@ -57,8 +58,20 @@ public:
     // Sets the playing flag; the play button's look is left as it is.
     virtual void setPlay(bool play) { m_playing = play; }
 
-    // Stops playback, moves the cursor to the range begin, empties the document and posts 211.
+    // Tells the file listener that the document goes, stops playback, moves the cursor to the range
+    // begin, empties the document and posts 211.
     void clear();
+    // Clears, opens the track file at path as the document of the file named document ("" leaves
+    // it untitled) and posts 210 and 201; edited marks it as holding unsaved edits. Returns false
+    // (logged) when the file cannot be opened or the engine refuses it.
+    bool loadAs(const jString& path, const jString& document, bool edited);
+    // True when the document holds edits that no save has written.
+    bool hasUnsavedEdits() const { return m_unsaved; }
+    // Saves the document to path, which becomes its file, and posts 209. Returns false (logged)
+    // and posts nothing when it cannot be written.
+    bool saveAs(const jString& path);
+    // Makes listener hear the file events of the editor's own commands with context; null stops it.
+    void setFileListener(TrackFileListener listener, void* context);
     // Moves the cursor to the range begin when the track has a parameter; posts nothing.
     void setToBegin();
     // Returns the toolbar button whose icon file stem or translation key is name, or null.
@@ -160,6 +173,8 @@ private:
     void cb_load_track(const UIEventMouse* e, UIElement* sender);
     void cb_save_track(const UIEventMouse* e, UIElement* sender);
     void cb_clear_track(const UIEventMouse* e, UIElement* sender);
+    void save_to(const jString& path);
+    void tell(TrackFileEvent event, const char* path);
     void cb_track_settings(const UIEventMouse* e, UIElement* sender);
     void cb_begin(const UIEventMouse* e, UIElement* sender);
     void cb_play(const UIEventMouse* e, UIElement* sender);
@@ -205,6 +220,10 @@ private:
     ToolButton* m_btn_play = nullptr;
     jVector<UIFloat*> m_fields;
     bool m_modified = false;
+    // Unlike the title's mark, cleared only by a save that wrote the file, a load or a clear.
+    bool m_unsaved = false;
+    TrackFileListener m_file_listener = nullptr;
+    void* m_file_listener_context = nullptr;
     bool m_playing = false;
     jString m_data_path;
 };

@@ -91,6 +91,8 @@ void TrackEditor::cb_load_track(const UIEventMouse*, UIElement*)
         clear();
         if (AppData::get()->loadTrack(path, m_world))
             MsgMngr::get()->notifyHelper(TRACK_MSG_LOADED);
+        else
+            tell(TRACK_FILE_LOAD_FAILED, path.c_str());
     }
     jDelete(dialog, "src/ui/TrackEditor", __LINE__, "TrackEditor::cb_load_track");
 }
@@ -101,18 +103,26 @@ void TrackEditor::cb_save_track(const UIEventMouse*, UIElement*)
     if (!is_window_modified() && data->getPath().nempty())
         return;
     if (data->getPath().nempty()) {
-        data->saveTrack(data->getPath());
-        MsgMngr::get()->notifyHelper(TRACK_MSG_SAVED);
+        save_to(data->getPath());
         return;
     }
     auto* dialog = jNew<DialogFileEx>("src/ui/TrackEditor", __LINE__, "TrackEditor::cb_save_track", getRoot(),
                                       tr("save"), true);
     dialog->setFilter(TRACK_EXTENSION);
-    if (dialog->modality()) {
-        data->saveTrack(withTrackExtension(dialog->getPath()));
-        MsgMngr::get()->notifyHelper(TRACK_MSG_SAVED);
-    }
+    if (dialog->modality())
+        save_to(withTrackExtension(dialog->getPath()));
     jDelete(dialog, "src/ui/TrackEditor", __LINE__, "TrackEditor::cb_save_track");
+}
+
+// Posts 209 whether or not the file was written, so the title loses its mark either way; a failed
+// save is told to the file listener (the host shows it) and the edits stay unsaved.
+void TrackEditor::save_to(const jString& path)
+{
+    if (AppData::get()->saveTrack(path))
+        m_unsaved = false;
+    else
+        tell(TRACK_FILE_SAVE_FAILED, path.c_str());
+    MsgMngr::get()->notifyHelper(TRACK_MSG_SAVED);
 }
 
 void TrackEditor::cb_clear_track(const UIEventMouse*, UIElement*)

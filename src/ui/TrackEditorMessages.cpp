@@ -147,6 +147,7 @@ void TrackEditor::on_track_loaded()
     m_btn_loop->setChecked(track && track->isLoop());
     m_play_bar->updateButtons();
     set_window_modified(false);
+    m_unsaved = false;
 }
 
 // An open settings window shows the document's times: a load or a clear replaced them.

@@ -18,13 +18,12 @@ namespace {
 
 // Over the grid (0 to 2), under the keys' handles and marks (11 to 13).
 constexpr int ORDER_CURVE = 10;
-// One pixel: wider lines take the painter's slow path, a hundred times the cost on long tracks.
-constexpr float CURVE_WIDTH = 1.0f;
 // How far beyond the drawn columns a key's mark still shows.
 constexpr double MARK_REACH = 4.0;
 // Pixels between two marks of a curve below which only the first is drawn (a selected key's mark
-// always is): a box around the drawn mark still selects the keys it stands for.
-constexpr double MIN_MARK_SPACING = 4.0;
+// always is): a mark's width, as closer marks would only cover each other. A box around the drawn
+// mark still selects the keys it stands for.
+constexpr double MIN_MARK_SPACING = 7.0;
 
 // Whether the segment from key i to key i + 1 of curve is a Bezier segment.
 template <class Value>
@@ -77,7 +76,7 @@ void drawPoint(const Engine* engine, int i, UITrackCurveKey* point, const vec4& 
 void UITrackCurve::setColor(const vec4& color)
 {
     m_color = color;
-    m_dirty = true;
+    m_dirty = m_stale = true;
 }
 
 vec4 UITrackCurve::bright_color() const
@@ -96,12 +95,12 @@ void UITrackCurve::addKey(UITrackCurveKey* key)
 {
     m_keys.append(key);
     key->setCurve(this);
-    m_dirty = true;
+    m_dirty = m_stale = true;
 }
 
 bool UITrackCurve::removeKey(UITrackCurveKey* key)
 {
-    m_dirty = true;
+    m_dirty = m_stale = true;
     if (UITrackCurvePanel* panel = UITrackCurvePanel::get())
         panel->forgetKey(key);
     if (!m_keys.removeValue(key))
@@ -112,8 +111,11 @@ bool UITrackCurve::removeKey(UITrackCurveKey* key)
 
 void UITrackCurve::sortKeys()
 {
-    std::sort(m_keys.begin(), m_keys.end(), SortKeyByTime<UITrackCurveKey>::Compare);
     m_dirty = true;
+    if (std::is_sorted(m_keys.begin(), m_keys.end(), SortKeyByTime<UITrackCurveKey>::Compare))
+        return; // every edit sorts every parameter: most are in order already
+    std::sort(m_keys.begin(), m_keys.end(), SortKeyByTime<UITrackCurveKey>::Compare);
+    m_stale = true;
 }
 
 void UITrackCurve::attach(UICanvas* canvas)
@@ -124,9 +126,8 @@ void UITrackCurve::attach(UICanvas* canvas)
     if (!canvas)
         return;
     m_canvas = canvas;
-    m_polyline = canvas->addLine(ORDER_CURVE);
-    m_canvas->setLineWidth(m_polyline, CURVE_WIDTH);
-    m_dirty = true;
+    m_polyline = canvas->addTrace(ORDER_CURVE);
+    m_dirty = m_stale = true;
 }
 
 void UITrackCurve::clearShapes()
@@ -135,32 +136,33 @@ void UITrackCurve::clearShapes()
         return;
     for (UITrackCurveKey* key : m_keys)
         key->hide();
-    m_canvas->removeLine(m_polyline);
+    m_canvas->removeTrace(m_polyline);
     m_canvas = nullptr;
     m_polyline = -1;
+    m_flat_end = m_flat_begin - 1.0;
+    m_stale = true;
 }
 
 void UITrackCurve::render(const UITrackCurveMapping& mapping, int x0, int x1, const jSet<UITrackCurveKey*>& selected)
 {
     if (!m_canvas || !m_data)
         return;
-    m_points.clear();
     if (m_data->getType() == TRACK_PARAMETER_DOUBLE)
         render_as(static_cast<const FParameterDouble*>(m_data), mapping, x0, x1, selected);
     else
         render_as(static_cast<const FParameterFloat*>(m_data), mapping, x0, x1, selected);
-    m_canvas->setLinePoints(m_polyline, m_points.data(), m_points.size(), false);
-    m_canvas->setLineColor(m_polyline, has_selected(selected) ? bright_color() : m_color);
     m_dirty = false;
 }
 
-bool UITrackCurve::has_selected(const jSet<UITrackCurveKey*>& selected) const
+jVector<UITrackCurveKey*> UITrackCurve::chosen_points(const jSet<UITrackCurveKey*>& selected) const
 {
-    for (const UITrackCurveKey* key : selected) {
+    jVector<UITrackCurveKey*> chosen;
+    for (UITrackCurveKey* key : selected) {
         if (key->getCurve() == this)
-            return true;
+            chosen.append(key);
     }
-    return false;
+    std::sort(chosen.begin(), chosen.end(), SortKeyByTime<UITrackCurveKey>::Compare);
+    return chosen;
 }
 
 template <class Parameter>
@@ -168,10 +170,101 @@ void UITrackCurve::render_as(const Parameter* parameter, const UITrackCurveMappi
                              const jSet<UITrackCurveKey*>& selected)
 {
     const auto* engine = parameter->engine_parameter();
-    using Value = typename Parameter::Value;
-    const Value flat = engine->getNumKeys() ? Value(0) : parameter->valueAt(AppData::get()->getTime());
-    UITrackCurvePolyline(mapping, m_points).append(engine->getCurve(), flat, x0, x1);
+    jVector<UITrackCurveKey*> chosen = chosen_points(selected);
+    bool reshaped = false;
+    if (engine->getNumKeys() == 0) {
+        using Value = typename Parameter::Value;
+        const Value flat = parameter->valueAt(AppData::get()->getTime());
+        m_points.clear();
+        UITrackCurvePolyline(mapping, m_points).append(engine->getCurve(), flat, x0, x1);
+        m_flat_end = m_flat_begin - 1.0;
+        reshaped = true;
+    } else {
+        reshaped = update_points(engine, mapping, x0, x1);
+    }
+    const bool same = chosen.size() == m_chosen.size() && std::equal(chosen.begin(), chosen.end(), m_chosen.begin());
+    if (!reshaped && !m_stale && same)
+        return; // what the canvas shows is still right
+    if (reshaped)
+        m_canvas->setTracePoints(m_polyline, m_points.data(), m_points.size());
+    m_canvas->setTraceColor(m_polyline, chosen.empty() ? m_color : bright_color());
+    m_chosen = std::move(chosen);
+    m_stale = false;
     render_keys(engine, mapping, x0, x1, selected);
+}
+
+template <class Engine>
+bool UITrackCurve::update_points(const Engine* engine, const UITrackCurveMapping& mapping, int x0, int x1)
+{
+    const bool changed =
+        engine != m_flat_source || engine->getCurveRevision() != m_flat_revision || m_flat_begin > m_flat_end;
+    if (!changed && mapping == m_drawn_mapping && x0 == m_drawn_x0 && x1 == m_drawn_x1)
+        return false;
+    if (changed || !covers(mapping, x0, x1))
+        flatten(engine, mapping, x0, x1);
+    place(mapping, x0, x1);
+    m_drawn_mapping = mapping;
+    m_drawn_x0 = x0;
+    m_drawn_x1 = x1;
+    return true;
+}
+
+template <class Engine>
+void UITrackCurve::flatten(const Engine* engine, const UITrackCurveMapping& mapping, int x0, int x1)
+{
+    const int margin = std::max(x1 - x0, 0) / 4 + 1;
+    m_flat.clear();
+    UITrackCurvePolyline(mapping, m_flat).append(engine->getCurve(), typename Engine::Value(0), x0 - margin, x1 + margin);
+    m_flat_mapping = mapping;
+    m_flat_begin = mapping.timeOfX(x0 - margin);
+    m_flat_end = mapping.timeOfX(x1 + margin);
+    m_flat_revision = engine->getCurveRevision();
+    m_flat_source = engine;
+}
+
+bool UITrackCurve::covers(const UITrackCurveMapping& mapping, int x0, int x1) const
+{
+    const auto near = [](double a, double b) { return a > 0.0 && std::fabs(a - b) <= REUSE_SCALE * a; };
+    return near(m_flat_mapping.timePerPixel(), mapping.timePerPixel()) &&
+           near(m_flat_mapping.valuePerPixel(), mapping.valuePerPixel()) && mapping.timeOfX(x0) >= m_flat_begin &&
+           mapping.timeOfX(x1) <= m_flat_end;
+}
+
+void UITrackCurve::place(const UITrackCurveMapping& mapping, int x0, int x1)
+{
+    // The flattening's pixels map onto mapping's along a line in each axis.
+    const double bx = mapping.xOfTime(m_flat_mapping.timeOfX(0.0));
+    const double ax = mapping.xOfTime(m_flat_mapping.timeOfX(1.0)) - bx;
+    const double by = mapping.yOfValue(m_flat_mapping.valueOfY(0.0));
+    const double ay = mapping.yOfValue(m_flat_mapping.valueOfY(1.0)) - by;
+    const auto cut = [](const dvec3& a, const dvec3& b, double x) {
+        const double f = b.x > a.x ? (x - a.x) / (b.x - a.x) : 1.0;
+        return dvec3(x, a.y + f * (b.y - a.y), 0.0);
+    };
+    const auto add = [this](const dvec3& p) {
+        const vec3 point(float(p.x), float(p.y), 0.0f);
+        if (m_points.empty() || !(m_points.back() == point))
+            m_points.append(point);
+    };
+    m_points.clear();
+    bool first = true;
+    dvec3 last;
+    for (const vec3& q : m_flat) {
+        const dvec3 p(ax * q.x + bx, ay * q.y + by, 0.0);
+        const dvec3 before = last;
+        const bool after = !first;
+        last = p;
+        first = false;
+        if (p.x < x0)
+            continue;
+        if (after && before.x < x0)
+            add(cut(before, p, x0)); // the chord entering the columns
+        if (p.x >= x1) {
+            add(after && before.x < x1 ? cut(before, p, x1) : p);
+            return;
+        }
+        add(p);
+    }
 }
 
 // The engine's key records and the editor's keys are in the same order (applyKeys writes them so).

@@ -3,11 +3,11 @@
 #include "kit/jMath.h"
 #include "kit/jSet.h"
 #include "kit/jVector.h"
+#include "ui/UITrackCurveMapping.h"
 
 class FParameterSingle;
 class UICanvas;
 class UITrackCurveKey;
-class UITrackCurveMapping;
 
 // The value-over-time curve of a float or double parameter: its colour, the value bounds it is
 // drawn within, and one point per key in time order. The parameter owns it; the curve panel lists
@@ -52,20 +52,40 @@ public:
     // pixel wide, brighter when one of its points is in selected; then the point of every key
     // within those columns (the others are hidden), with the handles of the selected ones on
     // their Bezier sides where the engine places them: the key's tangents clamped into their
-    // segments as TrackCurveKernel clamps them. Leaves the curve clean.
+    // segments as TrackCurveKernel clamps them. Leaves the curve clean. Draws nothing again when
+    // the engine's curve, the view, the points, the colour and the selected points are those of the
+    // last render, and moves the last polyline when the view only moved (panned) within what it
+    // covers.
     void render(const UITrackCurveMapping& mapping, int x0, int x1, const jSet<UITrackCurveKey*>& selected);
     // Takes the polyline and every point's shapes off the canvas and forgets it.
     void clearShapes();
     // The canvas id of the polyline, -1 when not attached.
     int getPolyline() const { return m_polyline; }
-    // The polyline the last render drew, in canvas pixels.
+    // The polyline the last render drew, in canvas pixels, from column x0 to x1.
     const jVector<vec3>& getPoints() const { return m_points; }
+    // The share by which the pixels per second or per value unit may change while the last
+    // flattened polyline is moved rather than flattened again: its chords stay as close.
+    static constexpr double REUSE_SCALE = 1e-3;
 
 private:
     // The colour of the polyline while one of the curve's points is selected: each channel half
     // way to white.
     vec4 bright_color() const;
-    bool has_selected(const jSet<UITrackCurveKey*>& selected) const;
+    // The points of this curve in selected, in key order.
+    jVector<UITrackCurveKey*> chosen_points(const jSet<UITrackCurveKey*>& selected) const;
+    // Brings m_points up to the engine parameter's curve in mapping across the columns x0 to x1:
+    // flattened again when the curve changed or the view left what the last flattening covered,
+    // else moved; false when they are still those of the last render.
+    template <class Engine>
+    bool update_points(const Engine* engine, const UITrackCurveMapping& mapping, int x0, int x1);
+    // Flattens the curve of engine in mapping over the columns x0 to x1 and a quarter of their
+    // width on either side, so that panning moves it.
+    template <class Engine>
+    void flatten(const Engine* engine, const UITrackCurveMapping& mapping, int x0, int x1);
+    // Whether the last flattening, moved into mapping, covers the columns x0 to x1 as closely.
+    bool covers(const UITrackCurveMapping& mapping, int x0, int x1) const;
+    // Sets m_points to the flattened polyline moved into mapping, cut at the columns x0 and x1.
+    void place(const UITrackCurveMapping& mapping, int x0, int x1);
     template <class Parameter>
     void render_as(const Parameter* parameter, const UITrackCurveMapping& mapping, int x0, int x1,
                    const jSet<UITrackCurveKey*>& selected);
@@ -82,4 +102,19 @@ private:
     UICanvas* m_canvas = nullptr;
     int m_polyline = -1;
     jVector<vec3> m_points;
+    // The last flattening: its polyline in the pixels of its mapping, the times it covers, and the
+    // engine parameter and the revision of its curve it was made from (none while begin > end).
+    jVector<vec3> m_flat;
+    UITrackCurveMapping m_flat_mapping;
+    double m_flat_begin = 0.0;
+    double m_flat_end = -1.0;
+    unsigned m_flat_revision = 0;
+    const void* m_flat_source = nullptr;
+    // What the last render drew: the view, its columns, the selected points and whether the
+    // points or the colour changed since (m_stale).
+    UITrackCurveMapping m_drawn_mapping;
+    int m_drawn_x0 = 0;
+    int m_drawn_x1 = -1;
+    jVector<UITrackCurveKey*> m_chosen;
+    bool m_stale = true;
 };

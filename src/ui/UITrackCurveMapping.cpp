@@ -7,12 +7,14 @@ void UITrackCurveMapping::setSize(int width, int height)
 {
     m_width = std::max(width, 0);
     m_height = std::max(height, 0);
+    rescale();
 }
 
 void UITrackCurveMapping::setTimeRange(double begin, double end)
 {
     m_begin = std::min(begin, end);
     m_end = std::max(begin, end);
+    rescale();
 }
 
 void UITrackCurveMapping::setValueRange(double low, double high)
@@ -22,11 +24,19 @@ void UITrackCurveMapping::setValueRange(double low, double high)
     m_low = std::min(low, high);
     m_high = std::max(low, high);
     const double span = min_span(m_low, m_high);
-    if (m_high - m_low >= span)
-        return;
-    const double middle = 0.5 * (m_low + m_high);
-    m_low = middle - 0.5 * span;
-    m_high = middle + 0.5 * span;
+    if (m_high - m_low < span) {
+        const double middle = 0.5 * (m_low + m_high);
+        m_low = middle - 0.5 * span;
+        m_high = middle + 0.5 * span;
+    }
+    rescale();
+}
+
+void UITrackCurveMapping::rescale()
+{
+    const double span = m_end - m_begin;
+    m_x_scale = span > 0.0 ? time_pixels() / span : 0.0;
+    m_y_scale = value_pixels() / (m_high - m_low);
 }
 
 double UITrackCurveMapping::time_pixels() const
@@ -44,22 +54,9 @@ double UITrackCurveMapping::min_span(double low, double high)
     return MIN_SPAN_RATIO * std::max({1.0, std::fabs(low), std::fabs(high)});
 }
 
-double UITrackCurveMapping::xOfTime(double t) const
-{
-    const double span = m_end - m_begin;
-    if (span <= 0.0)
-        return SIDE_MARGIN;
-    return (t - m_begin) * time_pixels() / span + SIDE_MARGIN;
-}
-
 double UITrackCurveMapping::timeOfX(double x) const
 {
     return (x - SIDE_MARGIN) * timePerPixel() + m_begin;
-}
-
-double UITrackCurveMapping::yOfValue(double v) const
-{
-    return (m_high - v) * value_pixels() / (m_high - m_low) + VALUE_MARGIN;
 }
 
 double UITrackCurveMapping::valueOfY(double y) const

@@ -33,11 +33,13 @@ public:
     double getLowValue() const { return m_low; }
     double getHighValue() const { return m_high; }
 
+    bool operator==(const UITrackCurveMapping&) const = default;
+
     // The canvas x of time t, and the time at canvas x (begin everywhere for a zero-width range).
-    double xOfTime(double t) const;
+    double xOfTime(double t) const { return (t - m_begin) * m_x_scale + SIDE_MARGIN; }
     double timeOfX(double x) const;
     // The canvas y of value v, and the value at canvas y.
-    double yOfValue(double v) const;
+    double yOfValue(double v) const { return (m_high - v) * m_y_scale + VALUE_MARGIN; }
     double valueOfY(double y) const;
     // The time one pixel across spans (0 for a zero-width range), and the value one pixel up spans.
     double timePerPixel() const;
@@ -74,6 +76,8 @@ private:
     double value_pixels() const;
     // The narrowest span kept about a range of this magnitude.
     static double min_span(double low, double high);
+    // Derives the pixels per second and per value unit from the size and ranges.
+    void rescale();
 
     int m_width = 100;
     int m_height = 100;
@@ -81,4 +85,6 @@ private:
     double m_end = 1.0;
     double m_low = 0.0;
     double m_high = 1.0;
+    double m_x_scale = 88.0;  // pixels per second: 0 for a zero-width range
+    double m_y_scale = 80.0;  // pixels per value unit
 };

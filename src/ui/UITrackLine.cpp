@@ -107,6 +107,7 @@ bool UITrackLine::removeKey(UITrackLineKey* key)
 
 void UITrackLine::sortKeys()
 {
-    std::sort(m_keys.begin(), m_keys.end(), SortKeyByTime<UITrackLineKey>::Compare);
+    if (!std::is_sorted(m_keys.begin(), m_keys.end(), SortKeyByTime<UITrackLineKey>::Compare))
+        std::sort(m_keys.begin(), m_keys.end(), SortKeyByTime<UITrackLineKey>::Compare); // most edits keep the order
     m_dirty = true;
 }

@@ -4,9 +4,19 @@
 # leave behind, optional), COPY_FROM (a file copied to FILE before the run, optional), FILE_MATCHES
 # (a regular expression FILE's content must match after the run, optional), FILE_EXCLUDES (one it
 # must not match, optional), PLUGIN_DIR
-# (KUVO_PLUGIN_DIR for the run, optional).
+# (KUVO_PLUGIN_DIR for the run, optional), RECOVERY_DIR (KUVO_RECOVERY_DIR, emptied first),
+# UNCHANGED (a file that must be byte for byte the same after the run, optional), OFFSCREEN (runs
+# without a display even without --headless, optional).
 if(DEFINED PLUGIN_DIR)
   set(ENV{KUVO_PLUGIN_DIR} "${PLUGIN_DIR}")
+endif()
+file(REMOVE_RECURSE "${RECOVERY_DIR}")
+set(ENV{KUVO_RECOVERY_DIR} "${RECOVERY_DIR}")
+if(OFFSCREEN)
+  set(ENV{QT_QPA_PLATFORM} offscreen)
+endif()
+if(DEFINED UNCHANGED)
+  file(SHA256 "${UNCHANGED}" unchanged_before)
 endif()
 if(DEFINED FILE)
   file(REMOVE "${FILE}")
@@ -36,6 +46,12 @@ if(DEFINED FILE_EXCLUDES)
   file(READ "${FILE}" content)
   if(content MATCHES "${FILE_EXCLUDES}")
     message(FATAL_ERROR "${FILE} matches \"${FILE_EXCLUDES}\":\n${content}")
+  endif()
+endif()
+if(DEFINED UNCHANGED)
+  file(SHA256 "${UNCHANGED}" unchanged_after)
+  if(NOT unchanged_after STREQUAL unchanged_before)
+    message(FATAL_ERROR "the run changed ${UNCHANGED}; output:\n${all}")
   endif()
 endif()
 message(STATUS "${all}")

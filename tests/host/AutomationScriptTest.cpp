@@ -100,6 +100,7 @@ TEST_F(AutomationScriptTest, ErrorsNameTheScriptLineAndProblem)
         {"frames 2\njump 3\n", "s.txt:2: unknown command \"jump\""},
         {"frames -1\n", "s.txt:1: frames needs a whole number N >= 0"},
         {"frames 1.5\n", "s.txt:1: frames needs a whole number N >= 0"},
+        {"idle 0\n", "s.txt:1: idle needs a number of seconds above 0"},
         {"click 10\n", "s.txt:1: click needs X Y"},
         {"click @keys 1 2\n", "s.txt:1: unknown view \"@keys\" (use @lines, @rows, @timebar or @curves)"},
         {"drag 1 2 3 4 alt\n", "s.txt:1: drag modifier must be ctrl or shift, not \"alt\""},

@@ -26,7 +26,8 @@ TEST_F(AppDataTest, RangeClampsAtZeroOnlyAndTheCursorStaysInsideItBeginFirst)
     EXPECT_EQ(data->getTime(), 1.0f);
 }
 
-// Loading takes the track's range, name and path; saving takes the new path but keeps the name.
+// Loading takes the track's range, name and path; saving takes the new path but keeps the name, and
+// only when the file was written; a copy or a file opened as another's leaves the path as asked.
 TEST_F(AppDataTest, LoadAndSaveTakeTheFileAndResetForgetsIt)
 {
     AppData* data = AppData::get();
@@ -44,6 +45,17 @@ TEST_F(AppDataTest, LoadAndSaveTakeTheFileAndResetForgetsIt)
     EXPECT_FALSE(data->saveTrack(target));
     expectLogged("missing-folder/out.anim");
     EXPECT_EQ(readFileText(target.c_str()), "<missing>");
+    EXPECT_EQ(data->getPath(), copy);
+    jString recovery(dir.file("recovery.anim").c_str());
+    ASSERT_TRUE(data->saveCopy(recovery));
+    EXPECT_EQ(data->getPath(), copy);
+    EXPECT_EQ(readFileText(recovery.c_str()), readFileText(samplePath("demo.anim")));
+    ASSERT_TRUE(data->loadTrackAs(recovery, jString(), demoWorld()));
+    EXPECT_TRUE(data->getPath().empty());
+    EXPECT_FALSE(data->isEmpty());
+    ASSERT_TRUE(data->loadTrackAs(recovery, copy, demoWorld()));
+    EXPECT_EQ(data->getPath(), copy);
+    EXPECT_EQ(data->getName(), "copy");
 
     data->setTime(3.0f);
     data->reset();

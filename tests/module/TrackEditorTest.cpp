@@ -327,6 +327,34 @@ TEST_F(TrackEditorTest, SavingWritesChangesUnderTheFilesPathOrAChosenName)
     EXPECT_EQ(readFileText(dir.file("walk.anim.bak.anim")), "<missing>");
 }
 
+// A failed save still posts 209 and clears the mark, but the edits stay unsaved and the host's
+// listener hears of the failure, and of the clear that then drops them; a save as takes the file.
+TEST_F(TrackEditorTest, AFailedSaveKeepsTheEditsUnsavedAndTellsTheHost)
+{
+    using Heard = std::vector<std::pair<int, std::string>>;
+    Heard heard;
+    auto listen = [](void* context, TrackFileEvent event, const char* path) {
+        static_cast<Heard*>(context)->emplace_back(event, path);
+    };
+    m_editor->setFileListener(listen, &heard);
+    TempDir dir;
+    std::string missing = dir.file("missing-folder/out.anim"), good = dir.file("out.anim");
+    MsgMngr::get()->notifyHelper(TRACK_MSG_PARAMETER_CHANGED);
+    root()->getAutomation()->answerFile(missing.c_str());
+    button("save")->click();
+    expectLogged("missing-folder/out.anim");
+    EXPECT_EQ(messages().back(), TRACK_MSG_SAVED);
+    EXPECT_EQ(title(), "Anim - New Track");
+    EXPECT_TRUE(m_editor->hasUnsavedEdits());
+    button("clear")->click();
+    EXPECT_FALSE(m_editor->hasUnsavedEdits());
+    EXPECT_EQ(heard, (Heard{{TRACK_FILE_SAVE_FAILED, missing}, {TRACK_FILE_DISCARDING, ""}}));
+    MsgMngr::get()->notifyHelper(TRACK_MSG_PARAMETER_CHANGED);
+    EXPECT_TRUE(m_editor->saveAs(jString(good.c_str())));
+    EXPECT_FALSE(m_editor->hasUnsavedEdits());
+    EXPECT_EQ(title(), (good + " - Anim").c_str());
+}
+
 // Each parameter has a row and a key line side by side, even when loaded before the window was made.
 TEST_F(TrackEditorTest, EveryKeyOwningParameterHasARowAndALineSideBySide)
 {

@@ -96,7 +96,9 @@ TEST_F(UITrackCurveTest, PolylineFollowsTheEngineAtEveryColumn)
         double begin, end;
         int width, x0, x1;
     };
-    const View views[] = {{0.0, 6.0, 1612, 0, 1611}, {0.35, 0.95, 800, 100, 700}, {1.1, 1.3, 400, 0, 399}};
+    // The fourth view pans the third by a tenth of its width: the polyline is moved, not flattened.
+    const View views[] = {{0.0, 6.0, 1612, 0, 1611}, {0.35, 0.95, 800, 100, 700}, {1.1, 1.3, 400, 0, 399},
+                          {1.12, 1.32, 400, 0, 399}};
     int drawn = 0;
     for (const View& view : views) {
         mapping.setSize(view.width, 400);
@@ -124,7 +126,7 @@ TEST_F(UITrackCurveTest, PolylineFollowsTheEngineAtEveryColumn)
             ++drawn;
         }
     }
-    EXPECT_EQ(drawn, 3 * 13);
+    EXPECT_EQ(drawn, 4 * 13);
 }
 
 // A straight curve is its corners alone; a Bezier curve takes far fewer points than columns; a
@@ -149,7 +151,8 @@ TEST_F(UITrackCurveTest, FlatStretchesTakeFewPoints)
 
 // Selected keys show the handles the engine uses: the tangents clamped into their Bezier
 // segments, the value offset scaled with the time; a side whose segment is linear (or missing) has
-// none, and an unselected key none at all. A press on a dot or a mark finds it.
+// none, and an unselected key none at all. A press on a dot or a mark finds it, up to its edge
+// (a mark's half width is 3.5 px, a dot's radius 3 px) and not a pixel beyond.
 TEST_F(UITrackCurveTest, HandlesSitWhereTheClampedTangentsSay)
 {
     FParameterSingle* lamp = single(LAMP);
@@ -176,13 +179,27 @@ TEST_F(UITrackCurveTest, HandlesSitWhereTheClampedTangentsSay)
         const vec3 at = point->getHandlePoint(h.side);
         EXPECT_NEAR(at.x, mapping.xOfTime(h.t), 1e-3) << h.key << "/" << h.side;
         EXPECT_NEAR(at.y, mapping.yOfValue(h.v), 1e-3) << h.key << "/" << h.side;
-        if (h.key != 4) { // key 4's handle lies under its own mark
-            EXPECT_EQ(m_canvas->getPolygonIntersection(int(std::lround(at.x)), int(std::lround(at.y))), dot);
+        if (h.key == 4)
+            continue; // key 4's handle lies under its own mark
+        const int x = int(std::lround(at.x)), y = int(std::lround(at.y));
+        for (const int d : {-2, 2}) {
+            EXPECT_EQ(m_canvas->getPolygonIntersection(x + d, y), dot) << h.key << "/" << h.side << " " << d;
+            EXPECT_EQ(m_canvas->getPolygonIntersection(x, y + d), dot) << h.key << "/" << h.side << " " << d;
+            EXPECT_NE(m_canvas->getPolygonIntersection(x + 2 * d, y), dot) << h.key << "/" << h.side << " " << d;
         }
     }
-    const UITrackCurveKey* second = lamp->getKey(1)->getCurveKey();
-    const int x = int(std::lround(mapping.xOfTime(0.4))), y = int(std::lround(mapping.yOfValue(1.2)));
-    EXPECT_EQ(m_canvas->getPolygonIntersection(x, y), second->getMarkPolygon());
+    const int mark = lamp->getKey(1)->getCurveKey()->getMarkPolygon();
+    const double cx = mapping.xOfTime(0.4), cy = mapping.yOfValue(1.2);
+    const int left = int(std::ceil(cx - 3.5)), right = int(std::floor(cx + 3.5));
+    const int top = int(std::ceil(cy - 3.5)), bottom = int(std::floor(cy + 3.5));
+    for (const int x : {left, right}) {
+        for (const int y : {top, bottom})
+            EXPECT_EQ(m_canvas->getPolygonIntersection(x, y), mark) << x << ", " << y;
+    }
+    EXPECT_NE(m_canvas->getPolygonIntersection(left - 1, top), mark);
+    EXPECT_NE(m_canvas->getPolygonIntersection(right + 1, bottom), mark);
+    EXPECT_NE(m_canvas->getPolygonIntersection(left, top - 1), mark);
+    EXPECT_NE(m_canvas->getPolygonIntersection(right, bottom + 1), mark);
 }
 
 // Taking a curve off the canvas, or a key off the curve, takes its shapes with it.

@@ -151,3 +151,36 @@ TEST_F(UICanvasTest, PaintingLooksOnlyAtShapesInTheExposedArea)
     root()->getAutomation()->renderRegion(canvas, 1000, 0, 100, 80);
     EXPECT_EQ(canvas->getLastPaintCount(), 0);
 }
+
+// Curves of thousands of keys are traces: each pixel column is filled from where the trace enters
+// it to where it leaves it, so a steep stretch is never broken; a later trace covers an earlier one,
+// a translucent one blends over it, and draw orders hold between traces and other shapes.
+TEST_F(UICanvasTest, TracesFillEachColumnTheyCrossAndKeepTheDrawOrder)
+{
+    const vec3 zigzag[] = {vec3(20, 50, 0), vec3(60, 50, 0), vec3(60.5f, 10, 0), vec3(61.5f, 70, 0)};
+    const int green = canvas->addTrace(2);
+    canvas->setTracePoints(green, zigzag, 4);
+    canvas->setTraceColor(green, k_green);
+    EXPECT_EQ(inked(50, k_green, 0, 60), 40); // the flat stretch, one row high
+    EXPECT_EQ(inked(49, k_green, 0, 60), 0);
+    EXPECT_TRUE(shows(60, 11, k_green)); // up to 10 and half way down again: rows 10 to 50
+    EXPECT_TRUE(shows(61, 69, k_green)); // the rest of the way down: rows 40 to 70
+    EXPECT_FALSE(shows(61, 30, k_green));
+    EXPECT_FALSE(shows(60, 60, k_green));
+
+    const vec3 across[] = {vec3(0, 30, 0), vec3(99, 30, 0)};
+    const int red = canvas->addTrace(2);
+    canvas->setTracePoints(red, across, 2);
+    canvas->setTraceColor(red, k_red);
+    const int under = add_rect(canvas, 1, 0, 0, 100, 80, k_blue);
+    EXPECT_TRUE(shows(60, 30, k_red));
+    EXPECT_TRUE(shows(60, 20, k_green));
+    EXPECT_TRUE(shows(5, 5, k_blue));
+    canvas->setTraceColor(red, vec4(1, 0, 0, 0.5f));
+    EXPECT_TRUE(shows(60, 30, vec4(0.5f, 0.5f, 0, 1)));
+    ASSERT_TRUE(canvas->setOrder(under, 3));
+    EXPECT_TRUE(shows(60, 20, k_blue));
+    EXPECT_TRUE(canvas->removeTrace(green));
+    EXPECT_FALSE(canvas->setTracePoints(green, across, 2));
+    expectLogged("UICanvas::setTracePoints:id");
+}

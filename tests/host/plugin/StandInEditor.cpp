@@ -2,6 +2,7 @@
 // loop and script runner are tested without the module: a window with a "key" tool button that
 // marks the document changed, a "clear" text button that resets it, and a "lines" view that counts
 // the clicks it receives. STAND_IN_VERSION lets a build claim another table version.
+#include <fstream>
 #include <string>
 
 #include "TrackEditorPlugin.h"
@@ -94,8 +95,33 @@ void destroy(UIElement* editor)
     jDelete(editor, k_file, __LINE__, "destroy");
 }
 
+bool load_track_as(UIElement*, const char* path, const char* document, bool edited)
+{
+    jLog::message("%s:loaded %s as \"%s\"%s", "StandInEditor::loadTrackAs", path, document, edited ? " edited" : "");
+    return true;
+}
+bool has_unsaved_edits(UIElement* editor) { return static_cast<StandInEditor*>(editor)->m_modified; }
+const char* get_path(UIElement*) { return ""; }
+// The stand-in's document is its modified switch, written as one line.
+bool save_copy(UIElement* editor, const char* path)
+{
+    std::ofstream out(path, std::ios::binary);
+    out << (static_cast<StandInEditor*>(editor)->m_modified ? "modified\n" : "clean\n");
+    return static_cast<bool>(out.flush());
+}
+bool save_track_as(UIElement* editor, const char* path)
+{
+    if (!save_copy(editor, path))
+        return false;
+    static_cast<StandInEditor*>(editor)->cb_clear(nullptr, nullptr);
+    return true;
+}
+void clear_track(UIElement* editor) { static_cast<StandInEditor*>(editor)->cb_clear(nullptr, nullptr); }
+void set_file_listener(UIElement*, TrackFileListener, void*) {}
+
 const TrackEditorPluginApi k_api = {STAND_IN_VERSION, create, set_world, update, load_track, set_play, get_title,
-                                    find_view, destroy};
+                                    find_view, destroy, load_track_as, has_unsaved_edits, get_path, save_track_as,
+                                    save_copy, clear_track, set_file_listener};
 
 } // namespace
 

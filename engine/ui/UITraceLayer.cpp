@@ -1,0 +1,196 @@
+#include "UITraceLayer.h"
+
+#include <QPainter>
+#include <algorithm>
+#include <bit>
+#include <cmath>
+
+namespace {
+
+// The columns and rows copied together: a tile of both fits in the first-level cache.
+constexpr int TILE = 32;
+
+// The largest whole number not above v, for v well inside the range of int: without the
+// processor's rounding instruction (the baseline x86-64 has none) std::floor is a library call.
+int floorOf(double v)
+{
+    const int i = static_cast<int>(v);
+    return i - (v < i);
+}
+
+// dst under the premultiplied src of opacity alpha (0 to 255).
+std::uint32_t over(std::uint32_t src, std::uint32_t dst, int alpha)
+{
+    const std::uint32_t keep = 255 - alpha;
+    const std::uint32_t rb = ((dst & 0x00ff00ffu) * keep >> 8) & 0x00ff00ffu;
+    const std::uint32_t ag = ((dst >> 8 & 0x00ff00ffu) * keep) & 0xff00ff00u;
+    return src + (rb | ag);
+}
+
+} // namespace
+
+void UITraceLayer::begin(const QRect& area)
+{
+    m_area = area;
+    m_traces.clear();
+    m_first_column = m_first_row = 0;
+    m_last_column = m_last_row = -1;
+    m_open = true;
+}
+
+void UITraceLayer::draw(const std::vector<QPointF>& points, const QColor& color)
+{
+    if (m_open && !m_area.isEmpty() && !points.empty())
+        m_traces.push_back({&points, color});
+}
+
+void UITraceLayer::rasterize(const Trace& trace)
+{
+    const std::vector<QPointF>& points = *trace.points;
+    m_pixel = qPremultiply(trace.color.rgba());
+    m_alpha = trace.color.alpha();
+    const double left = m_area.left();
+    const double right = m_area.left() + m_area.width();
+    for (size_t i = 1; i < points.size(); ++i) {
+        const QPointF& a = points[i - 1];
+        const QPointF& b = points[i];
+        const bool inside = a.x() >= left && a.x() < right && b.x() >= left && b.x() < right;
+        if (inside && floorOf(a.x()) == floorOf(b.x()))
+            cover(floorOf(a.x()), a.y(), b.y()); // most chords of a long curve stay in one column
+        else if (a.x() <= b.x())
+            chord(a, b);
+        else
+            chord(b, a);
+    }
+    if (points.size() == 1)
+        chord(points[0], points[0]);
+    flush();
+}
+
+void UITraceLayer::chord(const QPointF& a, const QPointF& b)
+{
+    const double left = m_area.left();
+    const double right = m_area.left() + m_area.width(); // the area ends before this column
+    if (b.x() < left || a.x() >= right || !std::isfinite(a.x() + a.y() + b.x() + b.y()))
+        return;
+    const double dx = b.x() - a.x();
+    const double slope = dx > 0.0 ? (b.y() - a.y()) / dx : 0.0;
+    const int c0 = floorOf(std::max(a.x(), left));
+    const int c1 = floorOf(std::min(b.x(), right - 1.0));
+    for (int c = c0; c <= c1; ++c) {
+        if (dx <= 0.0) { // straight down or up: the whole chord in one column
+            cover(c, a.y(), b.y());
+            continue;
+        }
+        const double xa = std::max(a.x(), double(c));
+        const double xb = std::min(b.x(), c + 1.0);
+        cover(c, a.y() + (xa - a.x()) * slope, a.y() + (xb - a.x()) * slope);
+    }
+}
+
+void UITraceLayer::cover(int c, double ya, double yb)
+{
+    const int column = c - m_area.left();
+    if (column != m_run_column || m_run_top > m_run_bottom) {
+        flush();
+        m_run_column = column;
+        m_run_top = std::min(ya, yb);
+        m_run_bottom = std::max(ya, yb);
+        return;
+    }
+    m_run_top = std::min({m_run_top, ya, yb});
+    m_run_bottom = std::max({m_run_bottom, ya, yb});
+}
+
+void UITraceLayer::flush()
+{
+    if (!(m_run_top <= m_run_bottom))
+        return; // nothing gathered, or a row that is not a number
+    const int height = m_area.height();
+    const double top = m_area.top(); // rows far off the area are held just beyond it
+    const int r0 = floorOf(std::clamp(m_run_top - top, 0.0, double(height)));
+    const int r1 = floorOf(std::clamp(m_run_bottom - top, -1.0, height - 1.0));
+    const int column = m_run_column;
+    m_run_bottom = m_run_top - 1.0;
+    if (r0 > r1)
+        return;
+    std::uint32_t* cell = m_columns.data() + static_cast<size_t>(column) * height;
+    if (m_back_to_front) {
+        fill_uncovered(column, r0, r1);
+    } else if (m_alpha == 255) {
+        std::fill(cell + r0, cell + r1 + 1, m_pixel);
+    } else {
+        for (int r = r0; r <= r1; ++r)
+            cell[r] = over(m_pixel, cell[r], m_alpha);
+    }
+    if (m_first_column > m_last_column) {
+        m_first_column = m_last_column = column;
+        m_first_row = r0;
+        m_last_row = r1;
+        return;
+    }
+    m_first_column = std::min(m_first_column, column);
+    m_last_column = std::max(m_last_column, column);
+    m_first_row = std::min(m_first_row, r0);
+    m_last_row = std::max(m_last_row, r1);
+}
+
+void UITraceLayer::fill_uncovered(int column, int r0, int r1)
+{
+    std::uint64_t* covered = m_covered.data() + static_cast<size_t>(column) * m_words;
+    std::uint32_t* cell = m_columns.data() + static_cast<size_t>(column) * m_area.height();
+    for (int w = r0 >> 6; w <= r1 >> 6; ++w) {
+        const int low = std::max(r0 - w * 64, 0), high = std::min(r1 - w * 64, 63);
+        const std::uint64_t wanted = (~0ull >> (63 - high)) & (~0ull << low);
+        std::uint64_t fresh = wanted & ~covered[w];
+        covered[w] |= wanted;
+        while (fresh) { // each stretch of uncovered rows at once
+            const int first = std::countr_zero(fresh);
+            const int length = std::countr_one(fresh >> first);
+            std::fill_n(cell + w * 64 + first, length, m_pixel);
+            fresh &= length + first >= 64 ? 0 : ~0ull << (first + length);
+        }
+    }
+}
+
+void UITraceLayer::finish(QPainter& painter)
+{
+    m_open = false;
+    if (m_traces.empty())
+        return;
+    m_columns.assign(static_cast<size_t>(m_area.width()) * m_area.height(), 0u);
+    m_back_to_front = std::all_of(m_traces.begin(), m_traces.end(), [](const Trace& t) { return t.color.alpha() == 255; });
+    if (m_back_to_front) {
+        m_words = (m_area.height() + 63) / 64;
+        m_covered.assign(static_cast<size_t>(m_area.width()) * m_words, 0u);
+        for (auto it = m_traces.rbegin(); it != m_traces.rend(); ++it)
+            rasterize(*it);
+    } else {
+        for (const Trace& trace : m_traces)
+            rasterize(trace);
+    }
+    m_traces.clear();
+    if (m_first_column > m_last_column)
+        return;
+    transpose();
+    painter.drawImage(QPoint(m_area.left() + m_first_column, m_area.top() + m_first_row), m_image);
+}
+
+void UITraceLayer::transpose()
+{
+    const int width = m_last_column - m_first_column + 1;
+    const int rows = m_last_row - m_first_row + 1;
+    if (m_image.width() != width || m_image.height() != rows)
+        m_image = QImage(width, rows, QImage::Format_ARGB32_Premultiplied);
+    const int height = m_area.height();
+    for (int r0 = 0; r0 < rows; r0 += TILE) {
+        for (int c0 = 0; c0 < width; c0 += TILE) {
+            for (int r = r0; r < std::min(r0 + TILE, rows); ++r) {
+                auto* line = reinterpret_cast<std::uint32_t*>(m_image.scanLine(r));
+                const std::uint32_t* from = m_columns.data() + m_first_row + r;
+                for (int c = c0; c < std::min(c0 + TILE, width); ++c)
+                    line[c] = from[static_cast<size_t>(m_first_column + c) * height];
+            }
+        }
+    }
+}
