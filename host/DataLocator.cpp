@@ -1,9 +1,26 @@
 #include "DataLocator.h"
 
+#include <cstdlib>
 #include <filesystem>
 #include <system_error>
 
 namespace fs = std::filesystem;
+
+namespace {
+
+// Where an installation keeps the data, relative to the programs' folder, and the source folder's
+// data, both decided when the build is configured.
+const char* const k_installed_data = KUVO_DATA_FROM_BIN;
+const char* const k_source_data = KUVO_SOURCE_DATA_DIR;
+
+// Returns path lexically normal and without a trailing separator ("/a/b/../c/" gives "/a/c").
+std::string normalFolder(const fs::path& path)
+{
+    fs::path normal = path.lexically_normal();
+    return (normal.has_filename() || normal == normal.root_path() ? normal : normal.parent_path()).string();
+}
+
+} // namespace
 
 std::string DataLocator::executableDir()
 {
@@ -12,19 +29,34 @@ std::string DataLocator::executableDir()
     return ec ? std::string() : exe.parent_path().string();
 }
 
-std::string DataLocator::findRoot(const std::string& start)
+bool DataLocator::holdsData(const std::string& dir)
 {
-    if (start.empty())
+    std::error_code missing; // a folder without the marker is not an error
+    return !dir.empty() && fs::is_regular_file(fs::path(dir) / MARKER, missing);
+}
+
+std::string DataLocator::beside(const std::string& programDir, const std::string& relative)
+{
+    return normalFolder(fs::path(programDir) / relative);
+}
+
+std::string DataLocator::dataDir(const std::string& programDir, std::string& error)
+{
+    error.clear();
+    const char* fromEnv = std::getenv(DATA_VARIABLE);
+    if (fromEnv && *fromEnv) {
+        std::string dir = normalFolder(fromEnv);
+        if (holdsData(dir))
+            return dir;
+        error = std::string(DATA_VARIABLE) + " names " + dir + ", which has no " + MARKER;
         return std::string();
-    std::error_code ec;
-    fs::path dir = fs::weakly_canonical(fs::absolute(start, ec), ec);
-    while (!ec) {
-        std::error_code missing; // a folder without the marker is not an error
-        if (fs::is_regular_file(dir / MARKER, missing))
-            return dir.string();
-        if (!dir.has_parent_path() || dir.parent_path() == dir)
-            break;
-        dir = dir.parent_path();
     }
+    std::string installed = beside(programDir, k_installed_data);
+    for (const std::string& dir : {installed, std::string(k_source_data)}) {
+        if (holdsData(dir))
+            return dir;
+    }
+    error = std::string("cannot find the editor's data: neither ") + installed + " nor " + k_source_data + " holds " +
+            MARKER + " (" + DATA_VARIABLE + " names another data folder)";
     return std::string();
 }

@@ -59,11 +59,10 @@ bool EditorApp::fail(const std::string& message)
 bool EditorApp::locate_data()
 {
     m_program_dir = DataLocator::executableDir();
-    std::string root = DataLocator::findRoot(m_program_dir);
-    if (root.empty())
-        return fail(std::string("cannot find ") + DataLocator::MARKER + " in " + m_program_dir +
-                    " or any folder above it");
-    m_data_dir = root + "/data";
+    std::string error;
+    m_data_dir = DataLocator::dataDir(m_program_dir, error);
+    if (m_data_dir.empty())
+        return fail(error);
     DataDir::set(m_data_dir.c_str());
     Engine::get()->setDataPath(m_data_dir.c_str());
     jKit::setDataPath(m_data_dir.c_str());

@@ -1,13 +1,21 @@
 #include "EditorPlugin.h"
 
 #include <cstdlib>
+#include <filesystem>
+#include <system_error>
 
+#include "DataLocator.h"
 #include "TrackEditorPlugin.h"
 
 std::string EditorPlugin::folder(const std::string& programDir)
 {
     const char* dir = std::getenv(DIR_VARIABLE);
-    return dir && *dir ? std::string(dir) : programDir;
+    if (dir && *dir)
+        return dir;
+    std::error_code missing; // no module beside the program: it is an installed one
+    if (std::filesystem::is_regular_file(std::filesystem::path(programDir) / LIBRARY_NAME, missing))
+        return programDir;
+    return DataLocator::beside(programDir, KUVO_MODULE_FROM_BIN);
 }
 
 bool EditorPlugin::load(const std::string& dir)

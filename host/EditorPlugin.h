@@ -17,7 +17,8 @@ public:
     static constexpr const char* DIR_VARIABLE = "KUVO_PLUGIN_DIR";
 
     // Returns the folder to load the module from: $KUVO_PLUGIN_DIR when set and not empty, else
-    // programDir.
+    // programDir when it holds the module (a build folder), else the installed module folder beside
+    // programDir (lib/kuvo next to bin).
     static std::string folder(const std::string& programDir);
 
     // Loads dir/libtrack_editor.so and takes its entry table. Returns false and keeps a message

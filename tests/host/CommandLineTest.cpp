@@ -61,12 +61,12 @@ TEST_F(CommandLineTest, BadUsageNamesTheProblem)
     }
 }
 
-TEST_F(CommandLineTest, UsageListsEveryOptionAndThePluginFolderVariable)
+TEST_F(CommandLineTest, UsageListsEveryOptionAndTheFolderVariables)
 {
     std::string usage = CommandLine::usage();
     for (const char* option : {"--scene FILE", "--track FILE", "--headless", "--script FILE", "--screenshot FILE",
                                "--check-leaks", "--recovery-interval SECONDS", "--restore-recovery",
-                               "--discard-recovery", "KUVO_PLUGIN_DIR", "KUVO_RECOVERY_DIR"})
+                               "--discard-recovery", "KUVO_PLUGIN_DIR", "KUVO_RECOVERY_DIR", "KUVO_DATA_DIR"})
         EXPECT_NE(usage.find(option), std::string::npos) << option;
     EXPECT_EQ(CommandLine::USAGE_STATUS, 2);
 }

@@ -1,43 +1,73 @@
 #include "DataLocator.h"
 
+#include <cstdlib>
 #include <filesystem>
 
 #include "support/Scenario.h"
 
-using DataLocatorTest = Scenario;
+namespace {
 
-TEST_F(DataLocatorTest, FindsTheDataInAParentOfTheStartFolder)
+// Each scenario starts without the data override and restores it afterwards.
+class DataLocatorTest : public Scenario {
+protected:
+    void SetUp() override
+    {
+        Scenario::SetUp();
+        const char* old = std::getenv(DataLocator::DATA_VARIABLE);
+        m_had = old != nullptr;
+        m_saved = old ? old : "";
+        unsetenv(DataLocator::DATA_VARIABLE);
+    }
+    void TearDown() override
+    {
+        if (m_had)
+            setenv(DataLocator::DATA_VARIABLE, m_saved.c_str(), 1);
+        else
+            unsetenv(DataLocator::DATA_VARIABLE);
+        Scenario::TearDown();
+    }
+
+    // Makes dir/relative a data folder and returns it.
+    static std::string makeData(const TempDir& dir, const std::string& relative)
+    {
+        std::filesystem::create_directories(dir.file(relative + "/samples"));
+        EXPECT_TRUE(writeFileText(dir.file(relative + "/" + DataLocator::MARKER), "{}"));
+        return dir.file(relative);
+    }
+
+    bool m_had = false;
+    std::string m_saved;
+};
+
+TEST_F(DataLocatorTest, InstalledDataBesideTheProgramsFolderComesFirst)
 {
     TempDir dir;
-    std::filesystem::create_directories(dir.file("data/samples"));
-    std::filesystem::create_directories(dir.file("build/default/bin"));
-    ASSERT_TRUE(writeFileText(dir.file(DataLocator::MARKER), "{}"));
-    std::string root = std::filesystem::canonical(dir.path()).string();
-    EXPECT_EQ(DataLocator::findRoot(dir.file("build/default/bin")), root);
-    EXPECT_EQ(DataLocator::findRoot(dir.path()), root);
+    std::string installed = makeData(dir, "share/kuvo");
+    std::string error;
+    EXPECT_EQ(DataLocator::dataDir(dir.file("bin"), error), installed);
+    EXPECT_EQ(error, "");
 }
 
-TEST_F(DataLocatorTest, NearestDataFolderWins)
+TEST_F(DataLocatorTest, ABuildFolderAnywhereFindsTheSourceData)
 {
     TempDir dir;
-    std::filesystem::create_directories(dir.file("data/samples"));
-    std::filesystem::create_directories(dir.file("install/data/samples"));
-    ASSERT_TRUE(writeFileText(dir.file(DataLocator::MARKER), "{}"));
-    ASSERT_TRUE(writeFileText(dir.file(std::string("install/") + DataLocator::MARKER), "{}"));
-    EXPECT_EQ(DataLocator::findRoot(dir.file("install")), std::filesystem::canonical(dir.file("install")).string());
-}
-
-TEST_F(DataLocatorTest, FolderWithoutTheSamplesIsNotTheDataFolder)
-{
-    TempDir dir;
-    std::filesystem::create_directories(dir.file("data/samples"));
-    EXPECT_EQ(DataLocator::findRoot(dir.file("data/samples")), "");
-    EXPECT_EQ(DataLocator::findRoot(""), "");
-}
-
-TEST_F(DataLocatorTest, TheTestProgramFindsTheRepositoryData)
-{
+    std::string error;
+    EXPECT_EQ(DataLocator::dataDir(dir.file("elsewhere/build/bin"), error), KUVO_DATA_DIR);
     EXPECT_EQ(DataLocator::executableDir(), std::filesystem::canonical(KUVO_BIN_DIR).string());
-    std::string root = DataLocator::findRoot(DataLocator::executableDir());
-    EXPECT_EQ(root + "/data", std::filesystem::canonical(KUVO_DATA_DIR).string());
+    EXPECT_EQ(DataLocator::dataDir(DataLocator::executableDir(), error), KUVO_DATA_DIR);
 }
+
+TEST_F(DataLocatorTest, TheEnvironmentOverridesAndMustNameADataFolder)
+{
+    TempDir dir;
+    std::string own = makeData(dir, "own");
+    makeData(dir, "share/kuvo");
+    std::string error;
+    setenv(DataLocator::DATA_VARIABLE, (own + "/").c_str(), 1);
+    EXPECT_EQ(DataLocator::dataDir(dir.file("bin"), error), own);
+    setenv(DataLocator::DATA_VARIABLE, dir.file("share").c_str(), 1);
+    EXPECT_EQ(DataLocator::dataDir(dir.file("bin"), error), "");
+    EXPECT_EQ(error, "KUVO_DATA_DIR names " + dir.file("share") + ", which has no samples/demo.world");
+}
+
+} // namespace

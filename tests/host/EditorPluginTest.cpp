@@ -2,6 +2,7 @@
 
 #include <cstdlib>
 #include <filesystem>
+#include <regex>
 
 #include "TrackEditorPlugin.h"
 #include "support/Scenario.h"
@@ -47,14 +48,17 @@ TEST_F(EditorPluginTest, LibraryWithoutTheEntryPointIsRefused)
     EXPECT_NE(plugin.getError().find("symbol kuvo_track_editor_plugin"), std::string::npos) << plugin.getError();
 }
 
-TEST_F(EditorPluginTest, EnvironmentNamesAnotherFolder)
+TEST_F(EditorPluginTest, ModuleFolderIsTheEnvironmentsElseTheProgramsElseTheInstalledOne)
 {
     const char* old = std::getenv(EditorPlugin::DIR_VARIABLE);
     std::string saved = old ? old : "";
     unsetenv(EditorPlugin::DIR_VARIABLE);
-    EXPECT_EQ(EditorPlugin::folder("/opt/kuvo/bin"), "/opt/kuvo/bin");
+    // Installed, the module sits in lib/kuvo (or the system's library folder's kuvo) beside bin.
+    const std::regex installed("/opt/kuvo/lib(/[^/.]+)?/kuvo");
+    EXPECT_TRUE(std::regex_match(EditorPlugin::folder("/opt/kuvo/bin"), installed));
+    EXPECT_EQ(EditorPlugin::folder(KUVO_BIN_DIR "/stand_in_current"), KUVO_BIN_DIR "/stand_in_current");
     setenv(EditorPlugin::DIR_VARIABLE, "", 1);
-    EXPECT_EQ(EditorPlugin::folder("/opt/kuvo/bin"), "/opt/kuvo/bin");
+    EXPECT_TRUE(std::regex_match(EditorPlugin::folder("/opt/kuvo/bin"), installed));
     setenv(EditorPlugin::DIR_VARIABLE, "/tmp/plugins", 1);
     EXPECT_EQ(EditorPlugin::folder("/opt/kuvo/bin"), "/tmp/plugins");
     if (old)

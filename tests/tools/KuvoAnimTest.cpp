@@ -236,7 +236,7 @@ TEST_F(KuvoAnimTest, EvalWritesAnyFileNameAsJsonAndNeverSucceedsWithoutOutput)
     EXPECT_EQ(r.err, path + ": the values cannot be written: parameters[0].samples[0][1] is not a finite number\n");
 }
 
-TEST_F(KuvoAnimTest, UsageErrorsExitWithTwoAndExplain)
+TEST_F(KuvoAnimTest, UsageErrorsExitWithTwoAndExplainHelpExitsWithZero)
 {
     std::string path = track("ok.anim", document(LIGHT));
     std::vector<std::string> wrong = {"",
@@ -251,8 +251,13 @@ TEST_F(KuvoAnimTest, UsageErrorsExitWithTwoAndExplain)
     for (const std::string& args : wrong) {
         Result r = run(args);
         EXPECT_EQ(r.status, 2) << args;
-        EXPECT_NE(r.err.find("usage: kuvo-anim"), std::string::npos) << args;
+        EXPECT_NE(r.err.find("Usage: kuvo-anim"), std::string::npos) << args;
     }
+    Result help = run("--help");
+    EXPECT_EQ(help.status, 0);
+    EXPECT_EQ(help.err, "");
+    for (const char* option : {"Usage: kuvo-anim", "-o OUT", "--times", "--from A --to B --step S", "--world SCENE"})
+        EXPECT_NE(help.out.find(option), std::string::npos) << option;
     Result missing = run("info " + dir.file("missing.anim"));
     EXPECT_EQ(missing.status, 1);
     EXPECT_EQ(missing.err, dir.file("missing.anim") + ": cannot open: No such file or directory\n");

@@ -22,25 +22,45 @@ std::string withoutReporter(const std::string& line)
     return i < line.size() && line[i] == ':' ? line.substr(i + 1) : line;
 }
 
+const char* const k_usage =
+    "Usage: kuvo-anim info FILE\n"
+    "  or:  kuvo-anim validate FILE\n"
+    "  or:  kuvo-anim fmt FILE [-o OUT]\n"
+    "  or:  kuvo-anim eval FILE (--times T1,T2,... | --from A --to B --step S) [--world SCENE]\n"
+    "  or:  kuvo-anim --help\n"
+    "Checks, inspects, evaluates and rewrites Kuvo animation track files (.anim, described in\n"
+    "anim-format.md in the documentation).\n"
+    "\n"
+    "Verbs:\n"
+    "  info      prints the range, the loop switch and every parameter's kind, type, binding and key count\n"
+    "  validate  checks a track file; prints FILE:LINE:COLUMN: reason for every problem\n"
+    "  fmt       rewrites a track file canonically (in place, or to OUT)\n"
+    "  eval      prints every parameter's values at the given times as one JSON document\n"
+    "\n"
+    "Options:\n"
+    "  -o OUT             (fmt) write the canonical file to OUT and leave FILE as it is\n"
+    "  --times T1,T2,...  (eval) the times to evaluate, in seconds\n"
+    "  --from A --to B --step S\n"
+    "                     (eval) every S seconds from A to B\n"
+    "  --world SCENE      (eval) bind the parameters to the nodes and materials of this .world file\n"
+    "  -h, --help         print this text and exit\n"
+    "\n"
+    "Exit status: 0 success, 1 invalid input, 2 usage error.\n";
+
 } // namespace
 
 int AnimCommand::usage(const std::string& message)
 {
     if (!message.empty())
         std::fprintf(stderr, "kuvo-anim: %s\n", message.c_str());
-    std::fputs("usage: kuvo-anim info FILE\n"
-               "       kuvo-anim validate FILE\n"
-               "       kuvo-anim fmt FILE [-o OUT]\n"
-               "       kuvo-anim eval FILE (--times T1,T2,... | --from A --to B --step S) [--world SCENE]\n"
-               "\n"
-               "info      prints the range, the loop switch and every parameter's kind, type, binding and key count\n"
-               "validate  checks a track file; prints FILE:LINE:COLUMN: reason for every problem\n"
-               "fmt       rewrites a track file canonically (in place, or to OUT)\n"
-               "eval      prints every parameter's values at the given times as one JSON document\n"
-               "\n"
-               "exit status: 0 success, 1 invalid input, 2 usage error\n",
-               stderr);
+    std::fputs(k_usage, stderr);
     return USAGE;
+}
+
+int AnimCommand::help()
+{
+    std::fputs(k_usage, stdout);
+    return OK;
 }
 
 std::vector<std::string> AnimCommand::load(const std::string& path, Track& track, World* world, bool strict)

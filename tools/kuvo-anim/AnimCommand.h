@@ -16,6 +16,8 @@ public:
 
     // Prints the usage text (after message, when given) to stderr; returns USAGE.
     static int usage(const std::string& message);
+    // Prints the usage text to stdout, as --help asks; returns OK.
+    static int help();
 
     // Reads and checks a .anim file into track (bound to world, may be null). With strict true,
     // it also reports what the engine tolerates (see TrackReader). Returns the problems as "FILE:LINE:COLUMN: reason"

@@ -19,10 +19,8 @@ int runVerb(const std::string& verb, const std::vector<std::string>& args)
         return AnimCommand::fmt(args);
     if (verb == "eval")
         return AnimCommand::eval(args);
-    if (verb == "-h" || verb == "--help" || verb == "help") {
-        AnimCommand::usage("");
-        return AnimCommand::OK;
-    }
+    if (verb == "-h" || verb == "--help" || verb == "help")
+        return AnimCommand::help();
     return AnimCommand::usage("unknown verb \"" + verb + "\"");
 }
 
