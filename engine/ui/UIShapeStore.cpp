@@ -276,17 +276,18 @@ void UIShapeStore::visit(const QRectF& area, F&& f)
 
 int UIShapeStore::paint(QPainter& painter, const QRect& area)
 {
-    std::vector<int> ids;
+    // Sorted by draw order, then creation, packed into one number: a view paints thousands of marks.
+    std::vector<std::pair<std::uint64_t, int>> ids;
     // A fully transparent shape (a hit area) changes no pixel.
     visit(QRectF(area), [&ids](int id, Shape& s) {
         if (s.color.alpha() > 0 || s.kind == Text)
-            ids.push_back(id);
+            ids.emplace_back(std::uint64_t(std::uint32_t(s.order) ^ 0x80000000u) << 32 | s.seq, id);
     });
-    std::sort(ids.begin(), ids.end(), [this](int a, int b) { return draws_before(m_shapes[a], m_shapes[b]); });
+    std::sort(ids.begin(), ids.end());
     painter.setRenderHint(QPainter::Antialiasing, false);
     m_brush = 0;
     m_state = Removed;
-    for (int id : ids)
+    for (const auto& [key, id] : ids)
         paint_shape(painter, m_shapes[id], area);
     if (m_traces.isOpen())
         m_traces.finish(painter);

@@ -1,6 +1,7 @@
 #include "ui/UITrackCurve.h"
 
 #include <algorithm>
+#include <cmath>
 
 #include "anim/TrackCurveKernel.h"
 #include "data/AppData.h"
@@ -247,24 +248,20 @@ void UITrackCurve::place(const UITrackCurveMapping& mapping, int x0, int x1)
             m_points.append(point);
     };
     m_points.clear();
-    bool first = true;
-    dvec3 last;
-    for (const vec3& q : m_flat) {
-        const dvec3 p(ax * q.x + bx, ay * q.y + by, 0.0);
-        const dvec3 before = last;
-        const bool after = !first;
-        last = p;
-        first = false;
-        if (p.x < x0)
-            continue;
-        if (after && before.x < x0)
-            add(cut(before, p, x0)); // the chord entering the columns
-        if (p.x >= x1) {
-            add(after && before.x < x1 ? cut(before, p, x1) : p);
-            return;
-        }
-        add(p);
+    // The flattening runs on in time, so along x: the first point at or past x0 is found by halves.
+    const auto past = [&](const vec3& q, double x) { return ax * q.x + bx >= x; };
+    const vec3* begin = m_flat.begin();
+    const vec3* end = m_flat.end();
+    const vec3* p = std::partition_point(begin, end, [&](const vec3& q) { return !past(q, x0); });
+    const auto at = [&](const vec3& q) { return dvec3(ax * q.x + bx, ay * q.y + by, 0.0); };
+    if (p != begin && p != end && at(*p).x > x0)
+        add(cut(at(p[-1]), at(*p), x0)); // the chord entering the columns
+    for (; p != end && !past(*p, x1); ++p) {
+        const dvec3 q = at(*p);
+        m_points.append(vec3(float(q.x), float(q.y), 0.0f));
     }
+    if (p != end)
+        add(p != begin ? cut(at(p[-1]), at(*p), x1) : at(*p)); // the chord leaving them
 }
 
 // The engine's key records and the editor's keys are in the same order (applyKeys writes them so).
@@ -282,7 +279,8 @@ void UITrackCurve::render_keys(const Engine* engine, const UITrackCurveMapping& 
         const bool chosen = selected.contains(point);
         const double x = i < count ? mapping.xOfTime(engine->getKeys()[i].time) : drawn;
         if (i >= count || (!chosen && x - drawn < MIN_MARK_SPACING)) {
-            point->hide(); // crowded out: the mark drawn just before stands for it, as in the key lines
+            if (point->isDrawn())
+                point->hide(); // crowded out: the mark drawn just before stands for it, as in the key lines
             continue;
         }
         drawPoint(engine, i, point, m_color, mapping, x0, x1, chosen);

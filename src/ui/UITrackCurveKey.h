@@ -39,6 +39,8 @@ public:
     void render(const vec3& point, const vec4& color, bool selected, const vec3* in, const vec3* out);
     // Removes every shape from the canvas (the key left the view); the ids become -1.
     void hide();
+    // Whether any of its shapes is on the canvas.
+    bool isDrawn() const { return m_mark != -1 || m_handle_dots[0] != -1 || m_handle_dots[1] != -1; }
 
     // The canvas id of the mark polygon, -1 when it is not drawn.
     int getMarkPolygon() const { return m_mark; }
