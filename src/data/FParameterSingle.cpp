@@ -229,6 +229,10 @@ void FParameterSingle::create_ui_for_key(FKey* key)
 
 void FParameterSingle::free_keys(const char* tag)
 {
+    if (m_line)
+        m_line->removeAllKeys();
+    if (m_curve)
+        m_curve->removeAllKeys();
     for (FKey* key : m_keys) {
         key->setParameter(nullptr);
         key->releaseUI();

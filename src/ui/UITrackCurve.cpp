@@ -110,6 +110,19 @@ bool UITrackCurve::removeKey(UITrackCurveKey* key)
     return true;
 }
 
+void UITrackCurve::removeAllKeys()
+{
+    UITrackCurvePanel* panel = UITrackCurvePanel::get();
+    for (UITrackCurveKey* key : m_keys) {
+        if (panel)
+            panel->forgetKey(key);
+        key->hide();
+        key->setCurve(nullptr);
+    }
+    m_keys.clear();
+    m_dirty = m_stale = true;
+}
+
 void UITrackCurve::sortKeys()
 {
     m_dirty = true;

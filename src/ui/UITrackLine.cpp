@@ -105,6 +105,19 @@ bool UITrackLine::removeKey(UITrackLineKey* key)
     return m_keys.removeValue(key);
 }
 
+void UITrackLine::removeAllKeys()
+{
+    UITrackLinePanel* panel = UITrackLinePanel::get();
+    for (UITrackLineKey* key : m_keys) {
+        if (panel)
+            panel->forgetKey(key);
+        key->clearShapes();
+        key->setLine(nullptr);
+    }
+    m_keys.clear();
+    m_dirty = true;
+}
+
 void UITrackLine::sortKeys()
 {
     if (!std::is_sorted(m_keys.begin(), m_keys.end(), SortKeyByTime<UITrackLineKey>::Compare))
