@@ -4,6 +4,7 @@
 
 #include "anim/Track.h"
 #include "anim/TrackParameter.h"
+#include "data/FKey.h"
 #include "data/FParameterColor.h"
 #include "data/FParameterDVec3.h"
 #include "data/FParameterDouble.h"
@@ -39,6 +40,18 @@ void FTrack::setSelectedParameters(const jSet<FParameterSingle*>& parameters)
     m_selected.clear();
     for (FParameterSingle* parameter : parameters)
         m_selected.insert(parameter);
+}
+
+void FTrack::clearMarks()
+{
+    for (FParameterSingle* parameter : m_singles)
+        parameter->getKeySet().clear();
+}
+
+void FTrack::mark(FKey* key)
+{
+    if (key && key->getParameter())
+        key->getParameter()->getKeySet().insert(key);
 }
 
 // A compound kind keeps its place in the list even when it failed (a null entry), so the views

@@ -4,6 +4,7 @@
 #include "kit/jString.h"
 #include "kit/jVector.h"
 
+class FKey;
 class FParameter;
 class FParameterColor;
 class FParameterDVec3;
@@ -42,6 +43,11 @@ public:
     virtual jSet<FParameterSingle*>& getSelectedParameters() { return m_selected; }
     // Replaces the selected parameters with a copy of parameters.
     virtual void setSelectedParameters(const jSet<FParameterSingle*>& parameters);
+    // The marked keys (each parameter's key set, what the key commands act on): clearMarks unmarks
+    // every key of the track; mark marks one (nothing for a key without a parameter). A view that
+    // chose a selection calls the first, then the second for each key it shows selected.
+    void clearMarks();
+    static void mark(FKey* key);
     // Empties the document and frees the engine track; the document must not be used afterwards.
     virtual void release();
 

@@ -13,6 +13,7 @@ class SettingsPanel;
 class ToolBar;
 class ToolButton;
 class TrackParameter;
+class TrackReg;
 class UIBool;
 class UIButton;
 class UIFloat;
@@ -144,6 +145,8 @@ private:
     void setSelectedKeysTime(float t);
 
     // Binding parameters to nodes and materials (TrackEditorBinding.cpp).
+    // The registration of a type name; null, logged as "<function>:r", when the type is not registered.
+    static const TrackReg* registration(const jString& type, const char* function);
     void cb_select_node(const UIEventMouse* e, UIElement* sender);
     void change_node(FParameter* param);
     void change_material(FParameter* param);

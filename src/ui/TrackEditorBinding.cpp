@@ -63,15 +63,6 @@ int materialKind(int code, int components, UIRoot* root)
     return -1;
 }
 
-// The registration of a type name; null, logged as "<function>:r", when the type is not registered.
-const TrackReg* registration(const jString& type, const char* function)
-{
-    const TrackReg* reg = Track::GetRegByName(type);
-    if (!reg)
-        jLog::error("%s:%s", function, "r");
-    return reg;
-}
-
 // The node an unbound parameter stands for is the world itself: its registration names the
 // setting, "Render.exposure" giving "exposure".
 const jString& afterLastDot(const jString& name, jString& kept)
@@ -83,6 +74,14 @@ const jString& afterLastDot(const jString& name, jString& kept)
 }
 
 } // namespace
+
+const TrackReg* TrackEditor::registration(const jString& type, const char* function)
+{
+    const TrackReg* reg = Track::GetRegByName(type);
+    if (!reg)
+        jLog::error("%s:%s", function, "r");
+    return reg;
+}
 
 bool TrackEditor::pick_node(const jString& type, NodeChoice& choice)
 {

@@ -41,11 +41,9 @@ void TrackEditor::cb_new_track(const UIEventMouse*, UIElement*)
     runPickerDialog(getRoot(), panel, "select_data_type", "TrackEditor::cb_new_track");
     if (!chosen)
         return;
-    const TrackReg* reg = Track::GetRegByName(type);
-    if (!reg) {
-        jLog::error("%s:%s", "TrackEditor::cb_new_track", "r");
+    const TrackReg* reg = registration(type, "TrackEditor::cb_new_track");
+    if (!reg)
         return;
-    }
     if (reg->isForNode()) {
         select_node_helper(type);
         return;

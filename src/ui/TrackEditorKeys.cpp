@@ -38,6 +38,25 @@ const jVector<FParameterSingle*>& singles()
     return AppData::get()->getTrack()->getSingleParameters();
 }
 
+// Calls edit(key) for every marked key (edit says whether it changed the key) and writes every
+// parameter whose keys changed to the engine, its keys sorted; returns whether any changed.
+template <class Edit>
+bool editMarkedKeys(Edit&& edit)
+{
+    bool any = false;
+    for (FParameterSingle* parameter : singles()) {
+        bool touched = false;
+        for (FKey* key : parameter->getKeySet())
+            touched = edit(key) || touched;
+        if (!touched)
+            continue;
+        parameter->sortKeys();
+        parameter->applyKeys();
+        any = true;
+    }
+    return any;
+}
+
 // The live value of a scalar parameter: the bound property's current value; an axis takes its
 // element of the vector's current value, any other part (a nested track's time) 0.
 template <class Engine, class Vector, int VECTOR_KIND>
@@ -143,10 +162,9 @@ void TrackEditor::cb_make_key(const UIEventMouse*, UIElement*)
     if (made.size() < 2)
         return;
     // Every new key is selected, not only the last one announced.
-    for (FParameterSingle* parameter : singles())
-        parameter->getKeySet().clear();
+    AppData::get()->getTrack()->clearMarks();
     for (FKey* key : made)
-        key->getParameter()->getKeySet().insert(key);
+        FTrack::mark(key);
     MsgMngr::get()->notifyHelper(TRACK_MSG_SELECTION_LISTS);
 }
 
@@ -259,24 +277,15 @@ float TrackEditor::getSelectedKeysValue() const
 
 void TrackEditor::setSelectedKeysValue(float value)
 {
-    bool any = false;
-    for (FParameterSingle* parameter : singles()) {
-        bool touched = false;
-        for (FKey* key : parameter->getKeySet()) {
-            if (auto* f = dynamic_cast<FKeyFloat*>(key))
-                f->setValue(value);
-            else if (auto* d = dynamic_cast<FKeyDouble*>(key))
-                d->setValue(double(value));
-            else
-                continue;
-            touched = true;
-        }
-        if (!touched)
-            continue;
-        parameter->sortKeys();
-        parameter->applyKeys();
-        any = true;
-    }
+    const bool any = editMarkedKeys([value](FKey* key) {
+        if (auto* f = dynamic_cast<FKeyFloat*>(key))
+            f->setValue(value);
+        else if (auto* d = dynamic_cast<FKeyDouble*>(key))
+            d->setValue(double(value));
+        else
+            return false;
+        return true;
+    });
     if (any)
         MsgMngr::get()->notifyHelper(TRACK_MSG_KEYS_CHANGED);
 }
@@ -294,16 +303,10 @@ void TrackEditor::setSelectedKeysTime(float t)
 {
     const Track* track = AppData::get()->getTrack()->getEngineTrack();
     t = t < track->getBeginTime() ? track->getBeginTime() : (t > track->getEndTime() ? track->getEndTime() : t);
-    bool any = false;
-    for (FParameterSingle* parameter : singles()) {
-        if (parameter->getKeySet().empty())
-            continue;
-        for (FKey* key : parameter->getKeySet())
-            key->setTime(t);
-        parameter->sortKeys();
-        parameter->applyKeys();
-        any = true;
-    }
+    const bool any = editMarkedKeys([t](FKey* key) {
+        key->setTime(t);
+        return true;
+    });
     if (any)
         MsgMngr::get()->notifyHelper(TRACK_MSG_KEYS_MOVED);
 }

@@ -196,9 +196,8 @@ void TrackEditor::on_key_made(UiMsg* msg)
     auto* key = withKey ? static_cast<FKey*>(withKey->getPtr()) : nullptr;
     if (key && key->getParameter()) {
         // The key commands act on the key sets: they must hold what the views show selected.
-        for (FParameterSingle* parameter : AppData::get()->getTrack()->getSingleParameters())
-            parameter->getKeySet().clear();
-        key->getParameter()->getKeySet().insert(key);
+        AppData::get()->getTrack()->clearMarks();
+        FTrack::mark(key);
         ViewLists lists;
         lists.addKey(key);
         m_lines->setCurrentLine(lists.lines.empty() ? nullptr : lists.lines[0]);

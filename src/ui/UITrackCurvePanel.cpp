@@ -171,14 +171,9 @@ void UITrackCurvePanel::render()
 // from them when it hears 205, then takes the curves' rows as the selected rows on 208.
 void UITrackCurvePanel::send_selection()
 {
-    for (UITrackCurve* curve : m_shown)
-        if (curve->getData())
-            curve->getData()->getKeySet().clear();
-    for (UITrackCurveKey* point : m_selected_keys) {
-        FKey* key = point->getKey();
-        if (key && key->getParameter())
-            key->getParameter()->getKeySet().insert(key);
-    }
+    AppData::get()->getTrack()->clearMarks();
+    for (UITrackCurveKey* point : m_selected_keys)
+        FTrack::mark(point->getKey());
     m_selected_curves.clear();
     for (UITrackCurveKey* point : m_selected_keys)
         m_selected_curves.insert(point->getCurve());

@@ -53,14 +53,9 @@ void copyInto(jSet<T>& to, const jSet<T>& from)
 // from those marks when it hears 205.
 void UITrackLinePanel::send_selection_lists()
 {
-    for (UITrackLine* line : m_lines)
-        if (line->getData())
-            line->getData()->getKeySet().clear();
-    for (UITrackLineKey* mark : m_selected_keys) {
-        FKey* key = mark->getKey();
-        if (key && key->getParameter())
-            key->getParameter()->getKeySet().insert(key);
-    }
+    AppData::get()->getTrack()->clearMarks();
+    for (UITrackLineKey* mark : m_selected_keys)
+        FTrack::mark(mark->getKey());
     MsgMngr::get()->notifyHelper(TRACK_MSG_SELECTION_LISTS);
 }
 

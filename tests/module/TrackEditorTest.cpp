@@ -641,8 +641,13 @@ TEST_F(TrackEditorTest, TheCurveViewSelectsDragsAndFramesKeys)
                        int(std::lround(map.yOfValue(point->getValue()))) + dy);
     };
     UITrackCurveKey* second = fov->getCurve()->getKeys()[1];
+    FParameterSingle* enabled = single(3); // a switch: its keys have no curve
+    ASSERT_EQ(enabled->getCurve(), nullptr);
+    FTrack::mark(enabled->getKey(0));
+    MsgMngr::get()->notifyHelper(TRACK_MSG_SELECTION_LISTS);
+    ASSERT_EQ(lines()->getSelectedKeys().size(), 1);
     clearMessages();
-    const UIEventMouse press = at(second);
+    const UIEventMouse press = at(second); // a plain click: the switch's key is no longer selected
     ASSERT_TRUE(panel->onMouseDown(&press));
     EXPECT_EQ(messages(), (std::vector<int>{TRACK_MSG_SELECTION_LISTS, TRACK_MSG_CURVE_SELECTION}));
     EXPECT_EQ(lines()->getSelectedKeys().size(), 1);
