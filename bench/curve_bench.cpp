@@ -98,6 +98,13 @@ struct EditorScene {
     bool load() { return AppData::get()->loadTrack(jString(curveTrack().c_str()), nullptr); }
     void update() { editor->update(1.0f / 60.0f); }
     void paint() { root->processEvents(); }
+    // Loads the track and shows its first frame.
+    void open()
+    {
+        load();
+        update();
+        paint();
+    }
     // Runs a frame, adding the time of its update and of its paint (in milliseconds) to the sums.
     void frame(double& updating, double& painting)
     {
@@ -162,9 +169,7 @@ void CurveViewMoved(benchmark::State& state)
     if (!ready(state))
         return;
     EditorScene scene;
-    scene.load();
-    scene.update();
-    scene.paint();
+    scene.open();
     AppData* hub = AppData::get();
     const float step = KEY_SPACING * KEYS / float(scene.curves()->getWidth());
     bool shifted = false;
@@ -201,9 +206,7 @@ void CurveDragStep(benchmark::State& state)
     if (!ready(state))
         return;
     EditorScene scene;
-    scene.load();
-    scene.update();
-    scene.paint();
+    scene.open();
     UITrackCurvePanel* panel = UITrackCurvePanel::get();
     UITrackCurveKey* pressed = topmostKey(scene, FIRST_DRAGGED);
     FParameterSingle* dragged = pressed->getKey()->getParameter();
