@@ -148,18 +148,30 @@ void FParameterSingle::setColor(const vec4& color)
         m_curve->setColor(color);
 }
 
+// The marks of the line and the points of the curve are added, removed and (stably) sorted with the
+// keys, so they stand in the keys' order: when the keys are in time order already (most edits keep
+// it, and every edit sorts every parameter), so are they, and only the keys' times are read.
 void FParameterSingle::sortKeys()
 {
-    if (!std::is_sorted(m_keys.begin(), m_keys.end(), SortKeyByTime<FKey>::Compare))
-        std::sort(m_keys.begin(), m_keys.end(), SortKeyByTime<FKey>::Compare); // most edits keep the order
-    m_key_times.clear();
-    m_key_times.reserve(m_keys.size());
-    for (const FKey* key : m_keys)
-        m_key_times.append(key->getTime());
+    read_times();
+    if (std::is_sorted(m_key_times.begin(), m_key_times.end())) {
+        markDirty();
+        return;
+    }
+    std::stable_sort(m_keys.begin(), m_keys.end(), SortKeyByTime<FKey>::Compare);
+    read_times();
     if (m_line)
         m_line->sortKeys();
     if (m_curve)
         m_curve->sortKeys();
+}
+
+void FParameterSingle::read_times()
+{
+    m_key_times.clear();
+    m_key_times.reserve(m_keys.size());
+    for (const FKey* key : m_keys)
+        m_key_times.append(key->getTime());
 }
 
 void FParameterSingle::markDirty()

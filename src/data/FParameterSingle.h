@@ -78,6 +78,8 @@ protected:
     virtual void read_keys() = 0;
     // Frees every key (and its marks) and empties the list and caches.
     void free_keys(const char* tag);
+    // Reads the keys' times, in the keys' order, into m_key_times.
+    void read_times();
 
 private:
     // The engine parameter whose switches the row shows and sets: the compound's when the

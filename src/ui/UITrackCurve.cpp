@@ -125,11 +125,8 @@ void UITrackCurve::removeAllKeys()
 
 void UITrackCurve::sortKeys()
 {
-    m_dirty = true;
-    if (std::is_sorted(m_keys.begin(), m_keys.end(), SortKeyByTime<UITrackCurveKey>::Compare))
-        return; // every edit sorts every parameter: most are in order already
-    std::sort(m_keys.begin(), m_keys.end(), SortKeyByTime<UITrackCurveKey>::Compare);
-    m_stale = true;
+    std::stable_sort(m_keys.begin(), m_keys.end(), SortKeyByTime<UITrackCurveKey>::Compare);
+    m_dirty = m_stale = true;
 }
 
 void UITrackCurve::attach(UICanvas* canvas)

@@ -41,7 +41,7 @@ public:
     // Takes every point out at once, as removeKey does one (each forgets its curve): what a
     // parameter releasing its keys calls first, so that releasing them costs no search.
     void removeAllKeys();
-    // Orders the points by their keys' times.
+    // Orders the points by their keys' times; points at one time keep their order (the keys' own).
     void sortKeys();
 
     // Draws on canvas from now on, making the polyline there (after taking every shape off the

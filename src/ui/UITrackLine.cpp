@@ -120,7 +120,6 @@ void UITrackLine::removeAllKeys()
 
 void UITrackLine::sortKeys()
 {
-    if (!std::is_sorted(m_keys.begin(), m_keys.end(), SortKeyByTime<UITrackLineKey>::Compare))
-        std::sort(m_keys.begin(), m_keys.end(), SortKeyByTime<UITrackLineKey>::Compare); // most edits keep the order
+    std::stable_sort(m_keys.begin(), m_keys.end(), SortKeyByTime<UITrackLineKey>::Compare);
     m_dirty = true;
 }

@@ -49,7 +49,7 @@ public:
     // Takes every mark out at once, as removeKey does one (each forgets its line): what a
     // parameter releasing its keys calls first, so that releasing them costs no search.
     void removeAllKeys();
-    // Orders the marks by their keys' times.
+    // Orders the marks by their keys' times; marks at one time keep their order (the keys' own).
     void sortKeys();
     // The canvas id of the band polygon (what the panel's hit test compares), or -1.
     int getBandPolygon() const { return m_band_polygon; }
