@@ -38,7 +38,7 @@ std::string absolute(const std::string& path)
 
 } // namespace
 
-EditorApp::EditorApp(const HostOptions& options) : m_options(options) {}
+EditorApp::EditorApp(const HostOptions& options, Asking asking) : m_options(options), m_asking(asking) {}
 
 EditorApp::~EditorApp() { shutdown(); }
 
@@ -47,6 +47,11 @@ int EditorApp::run()
     int status = start() ? loop() : 1;
     shutdown();
     return status;
+}
+
+QWidget* EditorApp::window() const
+{
+    return m_window;
 }
 
 bool EditorApp::fail(const std::string& message)
@@ -210,7 +215,8 @@ bool EditorApp::ask_restore(const RecoveryStore::Copy& copy)
 
 bool EditorApp::interactive() const
 {
-    return !m_options.headless && m_options.script.empty() && m_options.screenshot.empty() && !m_root->isHeadless();
+    return !m_options.headless && m_options.script.empty() && m_options.screenshot.empty() &&
+           (m_asking == Asking::Always || !m_root->isHeadless());
 }
 
 bool EditorApp::may_quit()

@@ -12,6 +12,7 @@
 
 class MainWindow;
 class QTimer;
+class QWidget;
 class UIElement;
 class UIRoot;
 class World;
@@ -29,8 +30,12 @@ public:
     // Frames shown before --screenshot captures the window.
     static constexpr int SCREENSHOT_FRAMES = 30;
 
+    // Whether dialogs may wait for an answer on a platform without a display (offscreen, minimal).
+    // The program never lets them, for nobody could answer; a test answers them from its own event loop.
+    enum class Asking { OnDisplay, Always };
+
     // Needs the QApplication to exist.
-    explicit EditorApp(const HostOptions& options);
+    explicit EditorApp(const HostOptions& options, Asking asking = Asking::OnDisplay);
     ~EditorApp();
     EditorApp(const EditorApp&) = delete;
     EditorApp& operator=(const EditorApp&) = delete;
@@ -40,13 +45,19 @@ public:
     // failed. A scene or track that cannot be opened fails the start only in --headless runs;
     // otherwise the editor starts with an empty document and shows the error.
     int run();
+    // Starts the editor as run() does, up to the window shown and the recovery copy dealt with,
+    // without entering the loop; the destructor releases it. Returns false (message on stderr) when
+    // the start failed.
+    bool start();
+
+    // Returns the main window; null before start().
+    QWidget* window() const;
 
     // Advances the program by one frame of dt seconds: the engine's frame time, the editor's
     // update and a viewport repaint.
     void frame(float dt);
 
 private:
-    bool start();
     bool locate_data();
     bool open_scene(const std::string& path);
     bool open_track(const std::string& path);
@@ -57,7 +68,8 @@ private:
     void start_recovery();
     void offer_recovery();
     bool ask_restore(const RecoveryStore::Copy& copy);
-    // True when dialogs may wait for the user: no --headless, no script, no screenshot run.
+    // True when dialogs may wait for the user: no --headless, no script, no screenshot run, and a
+    // display unless Asking::Always.
     bool interactive() const;
     // Answers whether the window may close: asks Save, Discard, Cancel about unsaved edits (only
     // when interactive; other runs keep them in a recovery copy).
@@ -74,6 +86,7 @@ private:
     bool fail(const std::string& message);
 
     HostOptions m_options;
+    Asking m_asking;
     // Attached first, so scripts see every line the run writes.
     jLogBuffer m_log;
     std::string m_program_dir;

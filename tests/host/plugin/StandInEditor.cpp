@@ -1,7 +1,8 @@
 // A stand-in for the track editor module with the same entry table, so the host's loader, frame
-// loop and script runner are tested without the module: a window with a "key" tool button that
-// marks the document changed, a "clear" text button that resets it, and a "lines" view that counts
-// the clicks it receives. STAND_IN_VERSION lets a build claim another table version.
+// loop, script runner and dialogs are tested without the module: a window with a "key" tool button
+// that marks the document changed, a "clear" text button that resets it, and a "lines" view that
+// counts the clicks it receives; the document's file is the one last opened as or saved to, and
+// the title names it as the module's does. STAND_IN_VERSION lets a build claim another table version.
 #include <fstream>
 #include <string>
 
@@ -54,7 +55,10 @@ public:
         return UIWindow::onKeyPress(e);
     }
 
-    void show_title() { setTitle(m_modified ? "Anim - New Track*" : "Anim - New Track"); }
+    void show_title()
+    {
+        setTitle(((m_path.empty() ? "Anim - New Track" : m_path + " - Anim") + (m_modified ? "*" : "")).c_str());
+    }
     void cb_key(const UIEventMouse*, UIElement*)
     {
         m_modified = true;
@@ -68,6 +72,7 @@ public:
 
     StandInView* m_view = nullptr;
     bool m_modified = false;
+    std::string m_path;
     float m_time = 0.0f;
 };
 
@@ -95,24 +100,32 @@ void destroy(UIElement* editor)
     jDelete(editor, k_file, __LINE__, "destroy");
 }
 
-bool load_track_as(UIElement*, const char* path, const char* document, bool edited)
+bool load_track_as(UIElement* editor, const char* path, const char* document, bool edited)
 {
     jLog::message("%s:loaded %s as \"%s\"%s", "StandInEditor::loadTrackAs", path, document, edited ? " edited" : "");
+    auto* standIn = static_cast<StandInEditor*>(editor);
+    standIn->m_path = document;
+    standIn->m_modified = edited;
+    standIn->show_title();
     return true;
 }
 bool has_unsaved_edits(UIElement* editor) { return static_cast<StandInEditor*>(editor)->m_modified; }
-const char* get_path(UIElement*) { return ""; }
+const char* get_path(UIElement* editor) { return static_cast<StandInEditor*>(editor)->m_path.c_str(); }
 // The stand-in's document is its modified switch, written as one line.
 bool save_copy(UIElement* editor, const char* path)
 {
     std::ofstream out(path, std::ios::binary);
     out << (static_cast<StandInEditor*>(editor)->m_modified ? "modified\n" : "clean\n");
-    return static_cast<bool>(out.flush());
+    if (out.flush())
+        return true;
+    jLog::error("%s:cannot write %s", "StandInEditor::saveCopy", path);
+    return false;
 }
 bool save_track_as(UIElement* editor, const char* path)
 {
     if (!save_copy(editor, path))
         return false;
+    static_cast<StandInEditor*>(editor)->m_path = path;
     static_cast<StandInEditor*>(editor)->cb_clear(nullptr, nullptr);
     return true;
 }
