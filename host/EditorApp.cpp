@@ -267,7 +267,8 @@ void EditorApp::show_failure(const char* title)
     const std::vector<jLogBuffer::Line>& lines = m_log.lines();
     auto last = std::find_if(lines.rbegin(), lines.rend(),
                              [](const jLogBuffer::Line& line) { return line.level >= jLogLevel::Error; });
-    QString reason = last == lines.rend() ? QString("The log holds no reason.") : QString::fromStdString(last->text);
+    QString reason = last == lines.rend() ? QString("The log holds no reason.")
+                                          : QString::fromStdString(jLog::withoutReporter(last->text));
     QMessageBox::warning(m_window, title, reason);
 }
 

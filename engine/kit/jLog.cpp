@@ -1,6 +1,7 @@
 #include "kit/jLog.h"
 
 #include <algorithm>
+#include <cctype>
 #include <cstdarg>
 #include <cstdio>
 #include <mutex>
@@ -82,6 +83,15 @@ bool jLog::setStderr(bool enabled)
     bool previous = s.toStderr;
     s.toStderr = enabled;
     return previous;
+}
+
+std::string jLog::withoutReporter(const std::string& line)
+{
+    size_t i = 0;
+    while (i < line.size() && (std::isalnum(static_cast<unsigned char>(line[i])) || line[i] == '_' ||
+                               line.compare(i, 2, "::") == 0))
+        i += line.compare(i, 2, "::") == 0 ? 2 : 1;
+    return i < line.size() && line[i] == ':' ? line.substr(i + 1) : line;
 }
 
 const char* jLog::levelName(jLogLevel level)

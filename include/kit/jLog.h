@@ -33,6 +33,10 @@ public:
     static bool setStderr(bool enabled);
     // Returns the level's name as it appears on stderr ("message", "warning", "error", "fatal").
     static const char* levelName(jLogLevel level);
+    // Returns a line without the name of the function that reported it, for a user to read
+    // ("World::load:a.world:3:1: reason" gives "a.world:3:1: reason"); a line that does not start
+    // with a name and a colon is returned as it is.
+    static std::string withoutReporter(const std::string& line);
 };
 
 // A sink that keeps every line in memory while it is attached: the host's log panel and the tests

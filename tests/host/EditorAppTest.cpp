@@ -151,7 +151,7 @@ TEST_F(EditorAppTest, SaveAsWritesTheChosenFileAndAsksBeforeReplacingOne)
         {"no keeps the file", old, QMessageBox::No, replace, "kept\n", fresh},
         {"yes replaces it", old, QMessageBox::Yes, replace, "clean\n", old},
         {"a failed save shows why", bad, QMessageBox::NoButton,
-         "Cannot save the track: StandInEditor::saveCopy:cannot write " + bad + "\n", "<missing>", old},
+         "Cannot save the track: cannot write " + bad + "\n", "<missing>", old},
     };
     QAction* saveAs = nullptr;
     for (QAction* action : app.window()->findChildren<QAction*>())

@@ -1,6 +1,5 @@
 #include "AnimCommand.h"
 
-#include <cctype>
 #include <cstdio>
 
 #include "anim/Track.h"
@@ -10,17 +9,6 @@
 #include "scene/World.h"
 
 namespace {
-
-// Returns a log line without the name of the function that reported it, which comes first
-// ("World::load:a.world:3:1: reason" gives "a.world:3:1: reason").
-std::string withoutReporter(const std::string& line)
-{
-    size_t i = 0;
-    while (i < line.size() && (std::isalnum(static_cast<unsigned char>(line[i])) || line[i] == '_' ||
-                               line.compare(i, 2, "::") == 0))
-        i += line.compare(i, 2, "::") == 0 ? 2 : 1;
-    return i < line.size() && line[i] == ':' ? line.substr(i + 1) : line;
-}
 
 const char* const k_usage =
     "Usage: kuvo-anim info FILE\n"
@@ -88,7 +76,7 @@ std::vector<std::string> AnimCommand::loadWorld(const std::string& path, World& 
         return lines;
     for (const jLogBuffer::Line& line : log.lines()) {
         if (line.level >= jLogLevel::Error)
-            lines.push_back(withoutReporter(line.text));
+            lines.push_back(jLog::withoutReporter(line.text));
     }
     if (lines.empty())
         lines.push_back(path + ": the scene cannot be loaded");
