@@ -27,7 +27,3 @@ void UIFixture::TearDown()
 }
 
 void UIFixture::settle() const { m_root->processEvents(); }
-
-// fontconfig keeps what it learns about a registered application font for the life of the
-// process; the sanitizer build would report that as a leak of every toolkit test run.
-extern "C" const char* __lsan_default_suppressions() { return "leak:libfontconfig.so\n"; }
