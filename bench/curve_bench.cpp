@@ -24,17 +24,13 @@
 #include "data/FKey.h"
 #include "data/FParameterSingle.h"
 #include "data/FTrack.h"
-#include "editor/DataDir.h"
-#include "kit/jAllocator.h"
-#include "kit/jKit.h"
 #include "msg/MsgMngr.h"
-#include "ui/TrackEditor.h"
 #include "ui/UIAutomation.h"
 #include "ui/UICanvas.h"
-#include "ui/UIRoot.h"
 #include "ui/UITrackCurve.h"
 #include "ui/UITrackCurveKey.h"
 #include "ui/UITrackCurvePanel.h"
+#include "EditorWindow.h"
 #include "TrackEditorMsg.h"
 
 namespace {
@@ -75,29 +71,9 @@ const std::string& curveTrack()
     return path;
 }
 
-// The editor window, shown at 1600 x 900.
-struct EditorScene {
-    EditorScene()
-    {
-        DataDir::set(KUVO_DATA_DIR);
-        jKit::setDataPath(KUVO_DATA_DIR);
-        root = jNew<UIRoot>(FILE_TAG, __LINE__, "EditorScene");
-        editor = jNew<TrackEditor>(FILE_TAG, __LINE__, "EditorScene", root);
-        editor->setSize(1600, 900);
-        editor->show();
-        update();
-        paint();
-    }
-    ~EditorScene()
-    {
-        AppData::get()->reset();
-        editor->release();
-        jDelete(editor, FILE_TAG, __LINE__, "~EditorScene");
-        jDelete(root, FILE_TAG, __LINE__, "~EditorScene");
-    }
+// The editor window with the curve track to open.
+struct EditorScene : EditorWindow {
     bool load() { return AppData::get()->loadTrack(jString(curveTrack().c_str()), nullptr); }
-    void update() { editor->update(1.0f / 60.0f); }
-    void paint() { root->processEvents(); }
     // Loads the track and shows its first frame.
     void open()
     {
@@ -105,20 +81,7 @@ struct EditorScene {
         update();
         paint();
     }
-    // Runs a frame, adding the time of its update and of its paint (in milliseconds) to the sums.
-    void frame(double& updating, double& painting)
-    {
-        const auto start = Clock::now();
-        update();
-        const auto updated = Clock::now();
-        paint();
-        updating += std::chrono::duration<double, std::milli>(updated - start).count();
-        painting += std::chrono::duration<double, std::milli>(Clock::now() - updated).count();
-    }
     UICanvas* curves() const { return UITrackCurvePanel::get()->getCanvas(); }
-
-    UIRoot* root;
-    TrackEditor* editor;
 };
 
 void report(benchmark::State& state, double update, double paint, const EditorScene& scene, int iterations)

@@ -13,10 +13,9 @@
 #include "anim/Track.h"
 #include "anim/TrackParameterFloat.h"
 #include "data/AppData.h"
-#include "editor/DataDir.h"
 #include "kit/jAllocator.h"
-#include "kit/jKit.h"
 #include "msg/MsgMngr.h"
+#include "EditorWindow.h"
 #include "ui/TrackEditor.h"
 #include "ui/UIAutomation.h"
 #include "ui/UICanvas.h"
@@ -55,37 +54,13 @@ const std::string& bigTrack()
     return path;
 }
 
-// The editor window, shown at 1600 x 900, with nothing loaded.
-struct EditorScene {
-    EditorScene()
-    {
-        DataDir::set(KUVO_DATA_DIR);
-        jKit::setDataPath(KUVO_DATA_DIR);
-        root = jNew<UIRoot>(FILE_TAG, __LINE__, "EditorScene");
-        editor = jNew<TrackEditor>(FILE_TAG, __LINE__, "EditorScene", root);
-        editor->setSize(1600, 900);
-        editor->show();
-        editor->update(0.0f);
-        root->processEvents();
-    }
-    ~EditorScene()
-    {
-        AppData::get()->reset();
-        editor->release();
-        jDelete(editor, FILE_TAG, __LINE__, "~EditorScene");
-        jDelete(root, FILE_TAG, __LINE__, "~EditorScene");
-    }
-    UIRoot* root;
-    TrackEditor* editor;
-};
-
 void EditorLoad(benchmark::State& state)
 {
     if (!s_offscreen || bigTrack().empty()) {
         state.SkipWithError("no offscreen platform or no track file");
         return;
     }
-    EditorScene scene;
+    EditorWindow scene;
     for (auto _ : state) {
         if (!AppData::get()->loadTrack(jString(bigTrack().c_str()), nullptr))
             state.SkipWithError("the track did not load");
@@ -104,7 +79,7 @@ void EditorFrame(benchmark::State& state)
         state.SkipWithError("no offscreen platform or no track file");
         return;
     }
-    EditorScene scene;
+    EditorWindow scene;
     AppData::get()->loadTrack(jString(bigTrack().c_str()), nullptr);
     UITrackLinePanel* lines = UITrackLinePanel::get();
     UITrackRowPanel* rows = UITrackRowPanel::get();

@@ -56,9 +56,11 @@ QRect pixel_box(const std::vector<QPointF>& points)
     return QRect(x0, y0, x1 - x0, y1 - y0);
 }
 
-bool draws_before(const UIShapeStore::Shape& a, const UIShapeStore::Shape& b)
+// Where a shape stands in the drawing: by order, then by creation, as one number (the order's sign
+// bit flipped so that negative orders come first).
+std::uint64_t draw_rank(const UIShapeStore::Shape& s)
 {
-    return a.order != b.order ? a.order < b.order : a.seq < b.seq;
+    return std::uint64_t(std::uint32_t(s.order) ^ 0x80000000u) << 32 | s.seq;
 }
 
 } // namespace
@@ -276,12 +278,12 @@ void UIShapeStore::visit(const QRectF& area, F&& f)
 
 int UIShapeStore::paint(QPainter& painter, const QRect& area)
 {
-    // Sorted by draw order, then creation, packed into one number: a view paints thousands of marks.
+    // Sorted by rank, kept beside each id: a view paints thousands of marks.
     std::vector<std::pair<std::uint64_t, int>> ids;
     // A fully transparent shape (a hit area) changes no pixel.
     visit(QRectF(area), [&ids](int id, Shape& s) {
         if (s.color.alpha() > 0 || s.kind == Text)
-            ids.emplace_back(std::uint64_t(std::uint32_t(s.order) ^ 0x80000000u) << 32 | s.seq, id);
+            ids.emplace_back(draw_rank(s), id);
     });
     std::sort(ids.begin(), ids.end());
     painter.setRenderHint(QPainter::Antialiasing, false);
@@ -377,7 +379,7 @@ int UIShapeStore::polygonAt(float x, float y)
     int best = -1;
     QPointF p(x, y);
     visit(QRectF(x - 0.5, y - 0.5, 1.0, 1.0), [&](int id, Shape& s) {
-        if (s.kind == Polygon && contains(s.points, p) && (best < 0 || draws_before(m_shapes[best], s)))
+        if (s.kind == Polygon && contains(s.points, p) && (best < 0 || draw_rank(m_shapes[best]) < draw_rank(s)))
             best = id;
     });
     return best;
