@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstdint>
 #include <mutex>
+#include <unordered_map>
 #include <vector>
 
 #include "jPointerTable.h"
@@ -11,22 +12,57 @@
 
 namespace {
 
-struct Record {
+// Where and what was allocated: every allocation made by one line of code with one size shares one
+// site, so that a live allocation costs the registry one number besides its order.
+struct Site {
     const char* file;
     const char* tag;
     size_t size;
-    uint64_t order;
     int line;
     bool isBuffer;
+
+    bool operator==(const Site&) const = default;
 };
+
+struct SiteHash {
+    size_t operator()(const Site& s) const
+    {
+        const auto mix = [](size_t h, size_t v) { return (h ^ v) * 0x100000001b3ull; };
+        size_t h = mix(mix(reinterpret_cast<uintptr_t>(s.file), reinterpret_cast<uintptr_t>(s.tag)), s.size);
+        return mix(h, static_cast<size_t>(s.line) << 1 | s.isBuffer);
+    }
+};
+
+// A live allocation: its registration order in the high bits, its site in the low SITE_BITS.
+constexpr int SITE_BITS = 24;
+constexpr uint64_t SITE_MASK = (uint64_t(1) << SITE_BITS) - 1;
 
 // The registry itself. It is never destroyed, so allocations released by static destructors at exit
 // still find it.
 struct Registry {
     std::mutex lock;
-    jPointerTable<Record> live;
+    jPointerTable<uint64_t> live;
+    std::vector<Site> sites;
+    std::unordered_map<Site, uint32_t, SiteHash> siteIndex;
     uint64_t nextOrder = 0;
     size_t unknownRemovals = 0;
+
+    // Returns the index of site, adding it when it is new. Past the last index every new site shares
+    // the last one, which then reports the first such site's place and size.
+    uint32_t indexOf(const Site& site)
+    {
+        auto [it, added] = siteIndex.try_emplace(site, static_cast<uint32_t>(sites.size()));
+        if (!added)
+            return it->second;
+        if (sites.size() == SITE_MASK) {
+            siteIndex.erase(it);
+            return static_cast<uint32_t>(SITE_MASK - 1);
+        }
+        sites.push_back(site);
+        return it->second;
+    }
+
+    const Site& siteOf(uint64_t record) const { return sites[record & SITE_MASK]; }
 };
 
 Registry& registry()
@@ -41,7 +77,7 @@ void memAddInfo(void* ptr, bool isBuffer, const char* file, int line, const char
 {
     Registry& reg = registry();
     std::unique_lock guard(reg.lock);
-    Record record{file, tag, size, reg.nextOrder++, line, isBuffer};
+    const uint64_t record = reg.nextOrder++ << SITE_BITS | reg.indexOf(Site{file, tag, size, line, isBuffer});
     if (reg.live.insert(ptr, record))
         return;
     guard.unlock();
@@ -93,7 +129,11 @@ jMemSnapshot jMemRegistry::snapshot()
     Registry& reg = registry();
     std::lock_guard guard(reg.lock);
     jMemSnapshot snap;
-    reg.live.forEach([&snap](void*, const Record& record) { ++snap.m_counts[record.tag ? record.tag : "?"]; });
+    std::vector<size_t> perSite(reg.sites.size());
+    reg.live.forEach([&perSite](void*, uint64_t record) { ++perSite[record & SITE_MASK]; });
+    for (size_t i = 0; i < perSite.size(); ++i)
+        if (perSite[i] > 0)
+            snap.m_counts[reg.sites[i].tag ? reg.sites[i].tag : "?"] += perSite[i];
     return snap;
 }
 
@@ -107,15 +147,17 @@ size_t jMemRegistry::liveCount()
 std::string jMemRegistry::leakReport()
 {
     Registry& reg = registry();
-    std::vector<Record> records;
+    std::vector<Site> leaks;
     {
         std::lock_guard guard(reg.lock);
-        reg.live.forEach([&records](void*, const Record& record) { records.push_back(record); });
+        std::vector<uint64_t> records;
+        reg.live.forEach([&records](void*, uint64_t record) { records.push_back(record); });
+        std::sort(records.begin(), records.end()); // the order is in the high bits
+        for (uint64_t record : records)
+            leaks.push_back(reg.siteOf(record));
     }
-    std::sort(records.begin(), records.end(),
-              [](const Record& a, const Record& b) { return a.order < b.order; });
     std::string text;
-    for (const Record& r : records) {
+    for (const Site& r : leaks) {
         text += std::string(r.tag ? r.tag : "?") + " (" + (r.file ? r.file : "?") + ":" +
                 std::to_string(r.line) + ") " + std::to_string(r.size) + " bytes" +
                 (r.isBuffer ? " buffer" : " object") + "\n";

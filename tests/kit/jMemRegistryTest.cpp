@@ -1,6 +1,9 @@
 #include "kit/jMemRegistry.h"
 
+#include <algorithm>
+#include <random>
 #include <string>
+#include <vector>
 
 #include "kit/jAllocator.h"
 #include "support/Scenario.h"
@@ -21,6 +24,32 @@ TEST_F(jMemRegistryTest, SnapshotCountsLiveAllocationsPerTag)
     jAllocator::get()->localFree(raw);
     EXPECT_EQ(before.changesSince(jMemRegistry::snapshot()), "Test::makeWidget: -1\n");
     jDelete(widget, "tests/kit/jMemRegistryTest", __LINE__, "Test::dropWidget");
+    EXPECT_EQ(jMemRegistry::snapshot(), before);
+}
+
+// A large track registers and frees millions of blocks in any order of addresses: whatever the
+// order, the counts follow and the report keeps the oldest first.
+TEST_F(jMemRegistryTest, CountsHoldWhateverTheOrderOfFrees)
+{
+    const jMemSnapshot before = jMemRegistry::snapshot();
+    std::mt19937 rng(5);
+    std::vector<void*> blocks;
+    for (int i = 0; i < 20000; ++i) {
+        const size_t size = 16 + rng() % 200;
+        blocks.push_back(jAllocator::get()->localAlloc(size));
+        memAddInfo(blocks.back(), true, "tests/kit/jMemRegistryTest", i % 3, i % 2 ? "Test::odd" : "Test::even", size);
+    }
+    EXPECT_EQ(jMemRegistry::snapshot().changesSince(before), "Test::even: +10000\nTest::odd: +10000\n");
+    const std::string report = jMemRegistry::leakReport();
+    EXPECT_LT(report.find("Test::even (tests/kit/jMemRegistryTest:0)"), report.find("Test::odd (tests/kit/jMemRegistryTest:1)"));
+    std::shuffle(blocks.begin() + 1, blocks.end(), rng);
+    for (size_t i = 1; i < blocks.size(); ++i) {
+        memRemoveInfo(blocks[i], "tests/kit/jMemRegistryTest", __LINE__, "Test::free");
+        jAllocator::get()->localFree(blocks[i]);
+    }
+    EXPECT_EQ(jMemRegistry::snapshot().changesSince(before), "Test::even: +1\n");
+    memRemoveInfo(blocks[0], "tests/kit/jMemRegistryTest", __LINE__, "Test::free");
+    jAllocator::get()->localFree(blocks[0]);
     EXPECT_EQ(jMemRegistry::snapshot(), before);
 }
 
