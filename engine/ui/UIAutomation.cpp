@@ -6,6 +6,7 @@
 #include <QMouseEvent>
 #include <QPixmap>
 #include <QPointer>
+#include <QScreen>
 #include <QWheelEvent>
 #include <deque>
 
@@ -262,6 +263,20 @@ bool UIAutomation::saveScreenshot(const UIElement* element, const char* path) co
     const QWidget* w = nativeWidget(element);
     if (!w || !path || !const_cast<QWidget*>(w)->grab().save(QString::fromUtf8(path), "PNG")) {
         jLog::error("%s:cannot write screenshot \"%s\"", "UIAutomation::saveScreenshot", path ? path : "");
+        return false;
+    }
+    return true;
+}
+
+bool UIAutomation::saveShown(const UIElement* element, const char* path) const
+{
+    const QWidget* w = nativeWidget(element);
+    const QWidget* top = w ? w->window() : nullptr;
+    QScreen* screen = top && w->isVisible() ? top->screen() : nullptr;
+    const QPoint at = screen ? w->mapTo(top, QPoint()) : QPoint();
+    if (!screen || !path ||
+        !screen->grabWindow(top->winId(), at.x(), at.y(), w->width(), w->height()).save(QString::fromUtf8(path), "PNG")) {
+        jLog::error("%s:cannot write what is shown to \"%s\"", "UIAutomation::saveShown", path ? path : "");
         return false;
     }
     return true;

@@ -21,9 +21,70 @@ bool bad_id(const char* op)
     return false;
 }
 
+// Asks the toolkit to repaint area of the canvas (canvas pixels), unless all of it waits already.
+void repaint(const UIElement* canvas, UIShapeStore& store, const QRectF& area)
+{
+    if (!store.invalidate(area))
+        return;
+    if (QWidget* w = nativeWidget(canvas))
+        w->update(store.invalid());
+}
+
+// Sets a member of the shape of that kind with that id to value and asks for a repaint of where it
+// was and where it is; measured says whether the member changes a text's size. False (logged
+// "<op>:id") for a bad id.
+template <class T>
+bool assign(const UIElement* canvas, UIShapeStore& store, int id, Kind kind, T UIShapeStore::Shape::*member,
+            T value, bool measured, const char* op)
+{
+    UIShapeStore::Shape* s = store.find(id, kind);
+    if (!s)
+        return bad_id(op);
+    if (s->*member == value)
+        return true; // views set the same again on every pass
+    const QRectF before = store.shownBounds(id);
+    s->*member = std::move(value);
+    s->sized = s->sized && !measured;
+    store.touch(id);
+    repaint(canvas, store, before | store.boundsOf(*s));
+    return true;
+}
+
+// The area of the points first up to last (within the list), or an empty one.
+QRectF span(const std::vector<QPointF>& points, size_t first, size_t last)
+{
+    QRectF area;
+    for (size_t i = first; i <= last && i < points.size(); ++i)
+        area |= QRectF(points[i], QSizeF(0.01, 0.01));
+    return area;
+}
+
+// The area where a trace through before and one through after differ: the stretch between the
+// points they share at the start and at the end, with the chords that join it to those.
+QRectF changed_stretch(const std::vector<QPointF>& before, const std::vector<QPointF>& after)
+{
+    const size_t common = std::min(before.size(), after.size());
+    size_t head = 0;
+    while (head < common && before[head] == after[head])
+        ++head;
+    if (head == before.size() && head == after.size())
+        return QRectF();
+    size_t tail = 0;
+    while (tail < common - head && before[before.size() - 1 - tail] == after[after.size() - 1 - tail])
+        ++tail;
+    const size_t first = head > 0 ? head - 1 : 0;
+    return (span(before, first, before.size() - tail) | span(after, first, after.size() - tail)).adjusted(-1, -1, 1, 1);
+}
+
 } // namespace
 
 // The native surface: every paint request goes to the canvas's shapes.
+// A shape about to change, with the area it covered before.
+struct UICanvas::Change {
+    UIShapeStore::Shape* shape;
+    QRectF before;
+};
+
 class UICanvasWidget : public QWidget {
 public:
     explicit UICanvasWidget(UICanvas* owner) : m_owner(owner) { setFocusPolicy(Qt::ClickFocus); }
@@ -33,7 +94,6 @@ protected:
     {
         if (!m_owner->m_store)
             return;
-        m_owner->m_repaint_asked = false;
         QPainter painter(this);
         m_owner->m_last_paint = m_owner->m_store->paint(painter, e->rect());
     }
@@ -56,92 +116,91 @@ UICanvas::~UICanvas()
     m_store = nullptr;
 }
 
-void UICanvas::changed()
+UICanvas::Change UICanvas::change(int id, int kind, const char* op)
 {
-    if (m_repaint_asked)
-        return;
-    if (QWidget* w = nativeWidget(this)) {
-        m_repaint_asked = true;
-        w->update();
+    UIShapeStore::Shape* s = m_store->find(id, static_cast<Kind>(kind));
+    if (!s) {
+        bad_id(op);
+        return {nullptr, QRectF()};
     }
+    return {s, m_store->shownBounds(id)};
 }
 
 int UICanvas::addLine(int order)
 {
-    changed();
     return m_store->add(UIShapeStore::Line, order);
 }
 
 int UICanvas::addPolygon(int order)
 {
-    changed();
     return m_store->add(UIShapeStore::Polygon, order);
 }
 
 int UICanvas::addText(int order)
 {
-    changed();
     return m_store->add(UIShapeStore::Text, order);
 }
 
 int UICanvas::addTrace(int order)
 {
-    changed();
     return m_store->add(UIShapeStore::Trace, order);
 }
 
 bool UICanvas::add_point(int id, int kind, const vec3& p, const char* op)
 {
-    UIShapeStore::Shape* s = m_store->find(id, static_cast<Kind>(kind));
+    auto [s, before] = change(id, kind, op);
     if (!s)
-        return bad_id(op);
+        return false;
     s->points.emplace_back(p.x, p.y);
     m_store->touch(id);
-    changed();
+    repaint(this, *m_store, before | m_store->boundsOf(*s));
     return true;
 }
 
 bool UICanvas::set_points(int id, int kind, const vec3* points, int count, bool closed, const char* op)
 {
-    UIShapeStore::Shape* s = m_store->find(id, static_cast<Kind>(kind));
+    auto [s, before] = change(id, kind, op);
     if (!s)
-        return bad_id(op);
-    s->points.clear();
+        return false;
+    std::vector<QPointF> fresh;
+    fresh.reserve(static_cast<size_t>(count) + (closed ? 1 : 0));
     for (int i = 0; i < count; ++i)
-        s->points.emplace_back(points[i].x, points[i].y);
+        fresh.emplace_back(points[i].x, points[i].y);
     if (closed && count > 0)
-        s->points.emplace_back(points[0].x, points[0].y);
+        fresh.emplace_back(points[0].x, points[0].y);
+    if (fresh == s->points)
+        return true; // views set the same points again on every pass
+    // A trace of thousands of points mostly changes in one stretch (the keys being dragged).
+    const QRectF stretch = kind == Kind::Trace ? changed_stretch(s->points, fresh) : QRectF();
+    s->points.swap(fresh);
     m_store->touch(id);
-    changed();
+    repaint(this, *m_store, kind == Kind::Trace ? stretch : before | m_store->boundsOf(*s));
     return true;
 }
 
 bool UICanvas::clear_points(int id, int kind, const char* op)
 {
-    UIShapeStore::Shape* s = m_store->find(id, static_cast<Kind>(kind));
+    auto [s, before] = change(id, kind, op);
     if (!s)
-        return bad_id(op);
+        return false;
     s->points.clear();
     m_store->touch(id);
-    changed();
+    repaint(this, *m_store, before);
     return true;
 }
 
 bool UICanvas::set_color(int id, int kind, const vec4& color, const char* op)
 {
-    UIShapeStore::Shape* s = m_store->find(id, static_cast<Kind>(kind));
-    if (!s)
-        return bad_id(op);
-    s->color = color_of(color);
-    changed();
-    return true;
+    return assign(this, *m_store, id, static_cast<Kind>(kind), &UIShapeStore::Shape::color, color_of(color), false, op);
 }
 
 bool UICanvas::remove_shape(int id, int kind, const char* op)
 {
-    if (!m_store->remove(id, static_cast<Kind>(kind)))
-        return bad_id(op);
-    changed();
+    auto [s, before] = change(id, kind, op);
+    if (!s)
+        return false;
+    m_store->remove(id, static_cast<Kind>(kind));
+    repaint(this, *m_store, before);
     return true;
 }
 
@@ -166,13 +225,7 @@ bool UICanvas::removeLine(int id) { return remove_shape(id, Kind::Line, "UICanva
 
 bool UICanvas::setLineWidth(int id, float width)
 {
-    UIShapeStore::Shape* s = m_store->find(id, Kind::Line);
-    if (!s)
-        return bad_id("UICanvas::setLineWidth");
-    s->width = width;
-    m_store->touch(id);
-    changed();
-    return true;
+    return assign(this, *m_store, id, Kind::Line, &UIShapeStore::Shape::width, width, false, "UICanvas::setLineWidth");
 }
 
 bool UICanvas::addPolygonPoint(int id, const vec3& p)
@@ -188,63 +241,33 @@ bool UICanvas::removePolygon(int id) { return remove_shape(id, Kind::Polygon, "U
 
 bool UICanvas::setText(int id, const char* text)
 {
-    UIShapeStore::Shape* s = m_store->find(id, Kind::Text);
-    if (!s)
-        return bad_id("UICanvas::setText");
-    QString fresh = QString::fromUtf8(text ? text : "");
-    if (fresh == s->text)
-        return true; // layouts set the same texts again on every pass
-    s->text = std::move(fresh);
-    s->sized = false;
-    m_store->touch(id);
-    changed();
-    return true;
+    return assign(this, *m_store, id, Kind::Text, &UIShapeStore::Shape::text, QString::fromUtf8(text ? text : ""), true,
+                  "UICanvas::setText");
 }
 
 bool UICanvas::setTextPosition(int id, float x, float y)
 {
-    UIShapeStore::Shape* s = m_store->find(id, Kind::Text);
-    if (!s)
-        return bad_id("UICanvas::setTextPosition");
-    s->position = QPointF(x, y);
-    m_store->touch(id);
-    changed();
-    return true;
+    return assign(this, *m_store, id, Kind::Text, &UIShapeStore::Shape::position, QPointF(x, y), false,
+                  "UICanvas::setTextPosition");
 }
 
 bool UICanvas::setTextColor(int id, const vec4& c) { return set_color(id, Kind::Text, c, "UICanvas::setTextColor"); }
 
 bool UICanvas::setTextFontSize(int id, int size)
 {
-    UIShapeStore::Shape* s = m_store->find(id, Kind::Text);
-    if (!s)
-        return bad_id("UICanvas::setTextFontSize");
-    s->fontSize = size;
-    s->sized = false;
-    m_store->touch(id);
-    changed();
-    return true;
+    return assign(this, *m_store, id, Kind::Text, &UIShapeStore::Shape::fontSize, size, true, "UICanvas::setTextFontSize");
 }
 
 bool UICanvas::setTextOutline(int id, int width)
 {
-    UIShapeStore::Shape* s = m_store->find(id, Kind::Text);
-    if (!s)
-        return bad_id("UICanvas::setTextOutline");
-    s->outline = std::max(0, width);
-    m_store->touch(id);
-    changed();
-    return true;
+    return assign(this, *m_store, id, Kind::Text, &UIShapeStore::Shape::outline, std::max(0, width), false,
+                  "UICanvas::setTextOutline");
 }
 
 bool UICanvas::setTextOutlineColor(int id, const vec4& color)
 {
-    UIShapeStore::Shape* s = m_store->find(id, Kind::Text);
-    if (!s)
-        return bad_id("UICanvas::setTextOutlineColor");
-    s->outlineColor = color_of(color);
-    changed();
-    return true;
+    return assign(this, *m_store, id, Kind::Text, &UIShapeStore::Shape::outlineColor, color_of(color), false,
+                  "UICanvas::setTextOutlineColor");
 }
 
 int UICanvas::getTextWidth(int id) const
@@ -269,7 +292,7 @@ bool UICanvas::setOrder(int id, int order)
 {
     if (!m_store->reorder(id, order))
         return bad_id("UICanvas::setOrder");
-    changed();
+    repaint(this, *m_store, m_store->shownBounds(id));
     return true;
 }
 
@@ -290,7 +313,8 @@ int UICanvas::getPolygonIntersection(int x, int y) const
 void UICanvas::removeAll()
 {
     m_store->clear();
-    changed();
+    if (QWidget* w = nativeWidget(this))
+        repaint(this, *m_store, QRectF(w->rect()));
 }
 
 int UICanvas::getNumShapes() const { return m_store->liveCount(); }

@@ -154,7 +154,7 @@ QSizeF UIShapeStore::textSize(const Shape& s) const
     return s.size;
 }
 
-QRectF UIShapeStore::bounds_of(const Shape& s) const
+QRectF UIShapeStore::boundsOf(const Shape& s) const
 {
     if (s.kind == Text) {
         if (s.text.isEmpty())
@@ -174,6 +174,12 @@ QRectF UIShapeStore::bounds_of(const Shape& s) const
     return QRectF(QPointF(x0 - pad, y0 - pad), QPointF(x1 + pad, y1 + pad));
 }
 
+QRectF UIShapeStore::shownBounds(int id) const
+{
+    const Shape& s = m_shapes[id];
+    return s.stale ? boundsOf(s) : s.bounds;
+}
+
 // Which of a shape's first four cells (cx, cy) is, or -1 for a later one: a shape's place in those
 // lists is kept, so taking a small shape out of a crowded cell costs no search.
 int UIShapeStore::slot_of(const Shape& s, int cx, int cy)
@@ -184,7 +190,7 @@ int UIShapeStore::slot_of(const Shape& s, int cx, int cy)
 
 void UIShapeStore::file(int id, Shape& s)
 {
-    s.bounds = bounds_of(s);
+    s.bounds = boundsOf(s);
     if (s.bounds.isEmpty())
         return;
     s.cells[0] = cell_of(s.bounds.left(), k_cell);
@@ -241,7 +247,7 @@ void UIShapeStore::refresh()
         if (s.kind == Removed || !s.stale)
             continue;
         s.stale = false;
-        const QRectF bounds = bounds_of(s);
+        const QRectF bounds = boundsOf(s);
         if (!bounds.isEmpty() && !s.bounds.isEmpty() && same_cells(s, bounds)) {
             s.bounds = bounds; // still in the same cells: nothing to refile
             continue;
@@ -276,8 +282,20 @@ void UIShapeStore::visit(const QRectF& area, F&& f)
     }
 }
 
+bool UIShapeStore::invalidate(const QRectF& area)
+{
+    if (area.isEmpty())
+        return false;
+    const QRect pixels = area.toAlignedRect().adjusted(-1, -1, 1, 1);
+    if (m_invalid.contains(pixels))
+        return false;
+    m_invalid |= pixels;
+    return true;
+}
+
 int UIShapeStore::paint(QPainter& painter, const QRect& area)
 {
+    m_invalid = QRect();
     // Sorted by rank, kept beside each id: a view paints thousands of marks.
     std::vector<std::pair<std::uint64_t, int>> ids;
     // A fully transparent shape (a hit area) changes no pixel.

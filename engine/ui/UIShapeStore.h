@@ -58,7 +58,13 @@ public:
     void clear();
     int liveCount() const { return m_live; }
 
-    // Paints the shapes that meet area, in draw order; returns how many it painted.
+    // Adds area to the pixels waiting for a repaint; returns whether that grew (one rectangle
+    // around all of them, which the paint then covers).
+    bool invalidate(const QRectF& area);
+    const QRect& invalid() const { return m_invalid; }
+
+    // Paints the shapes that meet area, in draw order; returns how many it painted. Nothing waits for
+    // a repaint afterwards.
     int paint(QPainter& painter, const QRect& area);
     // Returns the topmost polygon containing (x, y), edges included, or -1.
     int polygonAt(float x, float y);
@@ -66,6 +72,11 @@ public:
     QFont fontOf(int pixelSize) const;
     // Returns the width and height of a text shape's text.
     QSizeF textSize(const Shape& s) const;
+    // Returns the area the shape's pixels can cover as it is now (empty when it draws nothing).
+    QRectF boundsOf(const Shape& s) const;
+    // Returns the area a live shape covers before a change: its bounds as last filed, or as they are
+    // now when it changed since (the earlier change then marked the area it had been painted in).
+    QRectF shownBounds(int id) const;
 
 private:
     static constexpr int k_cell = 128;
@@ -75,7 +86,6 @@ private:
     void unfile(int id, Shape& s);
     static int slot_of(const Shape& s, int cx, int cy);
     static bool same_cells(const Shape& s, const QRectF& bounds);
-    QRectF bounds_of(const Shape& s) const;
     void paint_text(QPainter& painter, const Shape& s);
     QImage render_text(const Shape& s) const;
     std::vector<int>& cell(int cx, int cy) { return m_grid[key(cx, cy)]; }
@@ -98,4 +108,5 @@ private:
     std::uint32_t m_seq = 0;
     std::uint32_t m_stamp = 0;
     int m_live = 0;
+    QRect m_invalid;
 };

@@ -82,6 +82,10 @@ public:
     // Saves what the element shows as a PNG file; returns false and logs naming the path when it
     // cannot be written.
     bool saveScreenshot(const UIElement* element, const char* path) const;
+    // Saves as a PNG file the pixels the element's window shows where the element is: what it last
+    // painted there, parts that wait for a repaint included (a screenshot paints afresh). False,
+    // logged naming the path, when the element is not shown or the file cannot be written.
+    bool saveShown(const UIElement* element, const char* path) const;
     // Reads the colour of pixel (x, y) of a PNG file; returns false and logs when the file cannot
     // be read or the point lies outside it.
     bool readPixel(const char* path, int x, int y, vec4& out) const;

@@ -86,9 +86,11 @@ private:
     bool clear_points(int id, int kind, const char* op);
     bool set_color(int id, int kind, const vec4& color, const char* op);
     bool remove_shape(int id, int kind, const char* op);
-    void changed();
+    // The live shape of that kind with that id, its area before a change kept for the repaint; null
+    // (logged "UICanvas::<op>:id") for a bad id.
+    struct Change;
+    Change change(int id, int kind, const char* op);
 
     UIShapeStore* m_store;
     int m_last_paint = 0;
-    bool m_repaint_asked = false; // one request per repaint, however many shapes change
 };

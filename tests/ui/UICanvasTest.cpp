@@ -1,6 +1,10 @@
+#include <QImage>
+#include <functional>
+
 #include "UIFixture.h"
 #include "ui/UIAutomation.h"
 #include "ui/UICanvas.h"
+#include "ui/UIWindow.h"
 
 namespace {
 
@@ -183,4 +187,52 @@ TEST_F(UICanvasTest, TracesFillEachColumnTheyCrossAndKeepTheDrawOrder)
     EXPECT_TRUE(canvas->removeTrace(green));
     EXPECT_FALSE(canvas->setTracePoints(green, across, 2));
     expectLogged("UICanvas::setTracePoints:id");
+}
+
+// A change repaints only around what it touches (a long trace only where its points changed), and
+// never less: after each change, what the window shows is a fresh painting, pixel for pixel.
+TEST_F(UICanvasTest, EachChangeRepaintsAllItTouches)
+{
+    UIWindow* window = make<UIWindow>(root(), "canvas", 100, 80);
+    window->addChild(canvas, UI_EXPAND_NONE);
+    const int a = add_rect(canvas, 0, 10, 10, 30, 30, k_red);
+    const int b = add_rect(canvas, 1, 20, 20, 40, 40, k_green);
+    vec3 wave[10];
+    for (int i = 0; i < 10; ++i)
+        wave[i] = vec3(5.0f + 10 * i, 40.0f + (i % 3) * 10.0f, 0);
+    const int trace = canvas->addTrace(2);
+    canvas->setTracePoints(trace, wave, 10);
+    canvas->setTraceColor(trace, k_blue);
+    const int label = canvas->addText(3);
+    canvas->setText(label, "12");
+    canvas->setTextPosition(label, 60, 5);
+    window->show();
+    settle();
+    const std::function<void()> changes[] = {
+        [&] { add_rect(canvas, 0, 50, 50, 70, 70, k_red); },
+        [&] { canvas->setPolygonColor(b, k_blue); },
+        [&] { canvas->setOrder(a, 2); },
+        [&] {
+            wave[5].y = 5.0f;
+            canvas->setTracePoints(trace, wave, 10);
+        },
+        [&] { canvas->setTracePoints(trace, wave + 2, 6); },
+        [&] { canvas->setTextPosition(label, 40, 60); },
+        [&] { canvas->setText(label, "3456"); },
+        [&] { canvas->setTextOutline(label, 2); },
+        [&] { canvas->removePolygon(b); },
+        [&] { canvas->removeAll(); },
+    };
+    const std::string shown = dir.file("shown.png"), fresh = dir.file("fresh.png");
+    for (size_t i = 0; i < std::size(changes); ++i) {
+        SCOPED_TRACE(i);
+        changes[i]();
+        settle();
+        ASSERT_TRUE(root()->getAutomation()->saveShown(canvas, shown.c_str()));
+        ASSERT_TRUE(root()->getAutomation()->saveScreenshot(canvas, fresh.c_str()));
+        const QImage seen = QImage(QString::fromStdString(shown)).convertToFormat(QImage::Format_RGB32);
+        EXPECT_EQ(seen, QImage(QString::fromStdString(fresh)).convertToFormat(QImage::Format_RGB32));
+    }
+    window->removeChild(canvas);
+    destroy(window);
 }
