@@ -50,13 +50,23 @@ bool assign(const UIElement* canvas, UIShapeStore& store, int id, Kind kind, T U
     return true;
 }
 
+// Whether two points are the same to the bit (the toolkit's own comparison allows for rounding).
+bool equal(const QPointF& a, const QPointF& b) { return a.x() == b.x() && a.y() == b.y(); }
+
 // The area of the points first up to last (within the list), or an empty one.
 QRectF span(const std::vector<QPointF>& points, size_t first, size_t last)
 {
-    QRectF area;
-    for (size_t i = first; i <= last && i < points.size(); ++i)
-        area |= QRectF(points[i], QSizeF(0.01, 0.01));
-    return area;
+    last = std::min(last, points.size() - 1);
+    if (first > last || points.empty())
+        return QRectF();
+    double x0 = points[first].x(), x1 = x0, y0 = points[first].y(), y1 = y0;
+    for (size_t i = first + 1; i <= last; ++i) {
+        x0 = std::min(x0, points[i].x());
+        x1 = std::max(x1, points[i].x());
+        y0 = std::min(y0, points[i].y());
+        y1 = std::max(y1, points[i].y());
+    }
+    return QRectF(QPointF(x0, y0), QPointF(x1, y1)).adjusted(-0.01, -0.01, 0.01, 0.01);
 }
 
 // The area where a trace through before and one through after differ: the stretch between the
@@ -65,12 +75,12 @@ QRectF changed_stretch(const std::vector<QPointF>& before, const std::vector<QPo
 {
     const size_t common = std::min(before.size(), after.size());
     size_t head = 0;
-    while (head < common && before[head] == after[head])
+    while (head < common && equal(before[head], after[head]))
         ++head;
     if (head == before.size() && head == after.size())
         return QRectF();
     size_t tail = 0;
-    while (tail < common - head && before[before.size() - 1 - tail] == after[after.size() - 1 - tail])
+    while (tail < common - head && equal(before[before.size() - 1 - tail], after[after.size() - 1 - tail]))
         ++tail;
     const size_t first = head > 0 ? head - 1 : 0;
     return (span(before, first, before.size() - tail) | span(after, first, after.size() - tail)).adjusted(-1, -1, 1, 1);
@@ -162,14 +172,19 @@ bool UICanvas::set_points(int id, int kind, const vec3* points, int count, bool 
     auto [s, before] = change(id, kind, op);
     if (!s)
         return false;
-    std::vector<QPointF> fresh;
-    fresh.reserve(static_cast<size_t>(count) + (closed ? 1 : 0));
-    for (int i = 0; i < count; ++i)
-        fresh.emplace_back(points[i].x, points[i].y);
-    if (closed && count > 0)
-        fresh.emplace_back(points[0].x, points[0].y);
-    if (fresh == s->points)
+    const size_t n = static_cast<size_t>(std::max(count, 0)) + (closed && count > 0 ? 1 : 0);
+    const auto given = [&](size_t i) {
+        const vec3& p = points[i < static_cast<size_t>(count) ? i : 0];
+        return QPointF(p.x, p.y);
+    };
+    bool same = s->points.size() == n;
+    for (size_t i = 0; same && i < n; ++i)
+        same = equal(s->points[i], given(i));
+    if (same)
         return true; // views set the same points again on every pass
+    std::vector<QPointF> fresh(n);
+    for (size_t i = 0; i < n; ++i)
+        fresh[i] = given(i);
     // A trace of thousands of points mostly changes in one stretch (the keys being dragged).
     const QRectF stretch = kind == Kind::Trace ? changed_stretch(s->points, fresh) : QRectF();
     s->points.swap(fresh);
