@@ -99,10 +99,12 @@ bool EditorApp::start()
         return fail("the track editor module did not create its window");
     m_window->dockEditor(UIHostBridge::widgetOf(m_editor));
     start_recovery();
-    if (!open_documents())
-        return false;
+    // Shown and painted first, so that a long open shows its progress in a drawn window.
     m_window->show();
     m_window->activateWindow();
+    m_root->processEvents();
+    if (!open_documents())
+        return false;
     // Keys start out going to the editor's commands, not into whichever of its fields came first.
     m_editor->setFocus();
     offer_recovery();
@@ -177,6 +179,7 @@ void EditorApp::start_recovery()
     RecoveryStore store(RecoveryStore::defaultFolder());
     m_recovery = std::make_unique<RecoveryKeeper>(m_plugin.api(), m_editor, std::move(store));
     m_plugin.api()->setFileListener(m_editor, &EditorApp::on_file_event, this);
+    m_plugin.api()->setProgressListener(m_editor, &EditorApp::on_progress, this);
     m_recovery_timer = std::make_unique<QTimer>();
     QObject::connect(m_recovery_timer.get(), &QTimer::timeout, [this] { m_recovery->save(); });
     m_recovery_timer->start(std::max(1, static_cast<int>(std::lround(m_options.recoverySeconds * 1000.0))));
@@ -280,6 +283,12 @@ void EditorApp::on_file_event(void* context, TrackFileEvent event, const char*)
     case TRACK_FILE_SAVE_FAILED: app->show_failure("Cannot save the track"); break;
     case TRACK_FILE_LOAD_FAILED: app->show_failure("Cannot open the track"); break;
     }
+}
+
+void EditorApp::on_progress(void* context, const char* path, int percent)
+{
+    const QString file = QString::fromStdString(std::filesystem::path(path).filename().string());
+    static_cast<EditorApp*>(context)->m_window->showProgress(file, percent);
 }
 
 void EditorApp::frame(float dt)

@@ -79,6 +79,8 @@ private:
     // Shows a failed file command's logged reason in a message box when interactive.
     void show_failure(const char* title);
     static void on_file_event(void* context, TrackFileEvent event, const char* path);
+    // Shows the progress of an open of a track file in the status bar.
+    static void on_progress(void* context, const char* path, int percent);
     int loop();
     bool save_screenshot(const std::string& path) const;
     void shutdown();

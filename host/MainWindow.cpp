@@ -108,6 +108,16 @@ void MainWindow::showError(const QString& text)
     statusBar()->showMessage(text, ERROR_SHOW_MS);
 }
 
+void MainWindow::showProgress(const QString& file, int percent)
+{
+    if (percent < 100)
+        statusBar()->showMessage(QString("Opening %1… %2 %").arg(file).arg(percent));
+    else
+        statusBar()->showMessage("Ready");
+    // The open holds the event loop: paint the status bar now.
+    statusBar()->repaint();
+}
+
 void MainWindow::closeEvent(QCloseEvent* event)
 {
     if (m_close_guard && !m_close_guard())

@@ -35,6 +35,9 @@ public:
     void setCloseGuard(CloseGuard guard);
     // Shows text in red in the status bar for ERROR_SHOW_MS.
     void showError(const QString& text);
+    // Shows in the status bar, at once, how far the open of file has come (percent below 100), or
+    // that the window is ready again (100).
+    void showProgress(const QString& file, int percent);
 
 protected:
     void closeEvent(QCloseEvent* event) override;

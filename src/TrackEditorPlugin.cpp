@@ -86,6 +86,12 @@ void setFileListener(UIElement* element, TrackFileListener listener, void* conte
         editor->setFileListener(listener, context);
 }
 
+void setProgressListener(UIElement* element, TrackProgressListener listener, void* context)
+{
+    if (editorOf(element))
+        AppData::get()->getLoadProgress().setListener(listener, context);
+}
+
 void setPlay(UIElement* element, bool play, bool loop)
 {
     TrackEditor* editor = editorOf(element);
@@ -128,7 +134,7 @@ void destroy(UIElement* element)
 
 const TrackEditorPluginApi API = {
     TrackEditorPluginApi::VERSION, create, setWorld, update, loadTrack, setPlay, getTitle, findView, destroy,
-    loadTrackAs, hasUnsavedEdits, getPath, saveTrackAs, saveCopy, clearTrack, setFileListener,
+    loadTrackAs, hasUnsavedEdits, getPath, saveTrackAs, saveCopy, clearTrack, setFileListener, setProgressListener,
 };
 
 } // namespace

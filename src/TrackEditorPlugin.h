@@ -19,9 +19,13 @@ enum TrackFileEvent : int {
 // Hears the editor's file events; path is "" for TRACK_FILE_DISCARDING.
 using TrackFileListener = void (*)(void* context, TrackFileEvent event, const char* path);
 
+// Hears how far the open of the track file at path has come: 0 when it starts, then rising whole
+// percents, each once, and 100 when it is over (opened or not).
+using TrackProgressListener = void (*)(void* context, const char* path, int percent);
+
 struct TrackEditorPluginApi {
     // Raised when the table changes incompatibly; the host refuses a module of another version.
-    static constexpr int VERSION = 2;
+    static constexpr int VERSION = 3;
 
     int version;
     // Builds the Track Editor window for the host's root and makes it the editor instance.
@@ -62,6 +66,9 @@ struct TrackEditorPluginApi {
     void (*clearTrack)(UIElement* editor);
     // Makes listener hear the file events of the editor's own commands with context; null stops it.
     void (*setFileListener)(UIElement* editor, TrackFileListener listener, void* context);
+    // Makes listener hear the progress of every open of a track file (the host's and the editor's
+    // own Load) with context; null stops it.
+    void (*setProgressListener)(UIElement* editor, TrackProgressListener listener, void* context);
 };
 
 extern "C" {

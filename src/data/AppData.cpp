@@ -80,17 +80,22 @@ bool AppData::loadTrack(const jString& path, World* world)
 
 bool AppData::loadTrackAs(const jString& path, const jString& document, World* world)
 {
+    m_progress.begin(path);
     mjl reader;
     if (!reader.open(path.c_str(), 0)) {
+        m_progress.end();
         jLog::error("Open world error:%s", path.c_str());
         return false;
     }
+    m_progress.read();
     reset();
     if (document.nempty()) {
         m_path = document;
         m_name = document.baseName();
     }
-    if (take_loaded(reader.getRoot(), world))
+    const bool loaded = take_loaded(reader.getRoot(), world);
+    m_progress.end();
+    if (loaded)
         return true;
     // The engine names the line and column of each problem; this line names the file.
     jLog::error("%s:%s: not a track the engine can play", "AppData::loadTrack", path.c_str());

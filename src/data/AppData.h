@@ -1,5 +1,6 @@
 #pragma once
 
+#include "data/TrackLoadProgress.h"
 #include "kit/jMath.h"
 #include "kit/jString.h"
 
@@ -62,6 +63,9 @@ public:
     static vec4 RowColor(int i);
     static constexpr int ROW_COLORS = 14;
 
+    // How far the open of a track file has come, for the host to show.
+    TrackLoadProgress& getLoadProgress() { return m_progress; }
+
     // Frees the document and forgets the file's path and name when the module is unloaded, so nothing
     // is left to report as leaked. The hub must not be used afterwards.
     void release();
@@ -76,4 +80,5 @@ private:
     float m_end = 0.0f;
     float m_time = 0.0f;
     FTrack* m_track = nullptr;
+    TrackLoadProgress m_progress;
 };

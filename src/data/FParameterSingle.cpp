@@ -228,6 +228,7 @@ float FParameterSingle::getKeyTimeBefore(float t, bool& found) const
 
 void FParameterSingle::create_ui_for_key(FKey* key)
 {
+    AppData::get()->getLoadProgress().keyMade();
     key->releaseUI();
     UITrackLineKey* mark = make_line_key(key);
     m_line->addKey(mark);

@@ -4,6 +4,7 @@
 
 #include "anim/Track.h"
 #include "anim/TrackParameter.h"
+#include "data/AppData.h"
 #include "data/FKey.h"
 #include "data/FParameterColor.h"
 #include "data/FParameterDVec3.h"
@@ -158,6 +159,10 @@ bool FTrack::load(Package* root, World* world)
     }
     if (!m_track->load(root, world))
         return false;
+    size_t keys = 0;
+    for (int i = 0; i < m_track->getNumParameters(); ++i)
+        keys += static_cast<size_t>(m_track->getParameter(i)->getNumKeys());
+    AppData::get()->getLoadProgress().expect(keys);
     for (int i = 0; i < m_track->getNumParameters(); ++i)
         create_for_kind(m_track->getParameter(i));
     return true;

@@ -3,7 +3,37 @@
 #include "ModuleFixture.h"
 #include "anim/Track.h"
 
-using AppDataTest = ModuleFixture;
+#include <algorithm>
+#include <vector>
+
+// Records what an open of a track file reports of its progress.
+class AppDataTest : public ModuleFixture {
+protected:
+    void SetUp() override
+    {
+        ModuleFixture::SetUp();
+        AppData::get()->getLoadProgress().setListener(&AppDataTest::heard, this);
+    }
+    void TearDown() override
+    {
+        AppData::get()->getLoadProgress().setListener(nullptr, nullptr);
+        ModuleFixture::TearDown();
+    }
+    static void heard(void* context, const char*, int percent) { static_cast<AppDataTest*>(context)->percents.push_back(percent); }
+    // Whether the open reported rose from 0 to 100, step by step, through every value in steps; the
+    // record is then emptied for the next open.
+    bool rose(std::vector<int> steps)
+    {
+        std::vector<int> heard;
+        heard.swap(percents);
+        steps.insert(steps.begin(), 0);
+        steps.push_back(100);
+        return heard.front() == 0 && heard.back() == 100 && std::is_sorted(heard.begin(), heard.end()) &&
+               std::adjacent_find(heard.begin(), heard.end()) == heard.end() &&
+               std::includes(heard.begin(), heard.end(), steps.begin(), steps.end());
+    }
+    std::vector<int> percents;
+};
 
 // The range is only clamped at zero; the cursor takes the begin first, even in an inverted range.
 TEST_F(AppDataTest, RangeClampsAtZeroOnlyAndTheCursorStaysInsideItBeginFirst)
@@ -32,6 +62,7 @@ TEST_F(AppDataTest, LoadAndSaveTakeTheFileAndResetForgetsIt)
 {
     AppData* data = AppData::get();
     ASSERT_TRUE(loadSample("demo.anim"));
+    EXPECT_TRUE(rose({30, 40, 99})) << "the keys are made from 40 to 99 %";
     EXPECT_EQ(data->getPath(), samplePath("demo.anim").c_str());
     EXPECT_EQ(data->getEndTime(), engine()->getEndTime());
     EXPECT_EQ(data->getTime(), engine()->getBeginTime());
@@ -73,8 +104,10 @@ TEST_F(AppDataTest, FailedLoadsLogWhyAndKeepOrEmptyTheDocument)
     AppData* data = AppData::get();
     ASSERT_TRUE(loadSample("demo.anim"));
     const int parameters = engine()->getNumParameters();
+    percents.clear();
     EXPECT_FALSE(data->loadTrack(jString("/nonexistent/missing.anim"), demoWorld()));
     expectLogged("Open world error:/nonexistent/missing.anim");
+    EXPECT_TRUE(rose({}));
     EXPECT_EQ(data->getPath(), samplePath("demo.anim").c_str());
     EXPECT_EQ(engine()->getNumParameters(), parameters);
 
@@ -83,6 +116,7 @@ TEST_F(AppDataTest, FailedLoadsLogWhyAndKeepOrEmptyTheDocument)
     ASSERT_TRUE(writeFileText(path, "{\"format\": \"kuvo-anim\", \"version\": 1, \"parameters\": 7}\n"));
     EXPECT_FALSE(data->loadTrack(jString(path.c_str()), nullptr));
     expectLogged("AppData::loadTrack:" + path + ": not a track the engine can play");
+    EXPECT_TRUE(rose({30}));
     EXPECT_TRUE(data->isEmpty());
     EXPECT_EQ(data->getPath(), path.c_str());
     EXPECT_EQ(data->getName(), "broken");

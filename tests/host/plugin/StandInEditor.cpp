@@ -131,10 +131,11 @@ bool save_track_as(UIElement* editor, const char* path)
 }
 void clear_track(UIElement* editor) { static_cast<StandInEditor*>(editor)->cb_clear(nullptr, nullptr); }
 void set_file_listener(UIElement*, TrackFileListener, void*) {}
+void set_progress_listener(UIElement*, TrackProgressListener, void*) {}
 
 const TrackEditorPluginApi k_api = {STAND_IN_VERSION, create, set_world, update, load_track, set_play, get_title,
                                     find_view, destroy, load_track_as, has_unsaved_edits, get_path, save_track_as,
-                                    save_copy, clear_track, set_file_listener};
+                                    save_copy, clear_track, set_file_listener, set_progress_listener};
 
 } // namespace
 
