@@ -6,6 +6,8 @@
 // it posts its message: playback, a saved file and the key marks agree as soon as it returns.
 #include "ui/TrackEditor.h"
 
+#include <algorithm>
+
 #include "TrackEditorMsg.h"
 #include "anim/Track.h"
 #include "anim/TrackParameterColor.h"
@@ -208,15 +210,6 @@ void TrackEditor::clear_selected()
     m_curves->setSelectedKeys(jVector<UITrackCurveKey*>());
 }
 
-bool TrackEditor::onKeyPress(const UIEventKey* e)
-{
-    if (e->key == UI_KEY_DELETE) {
-        delete_key();
-        MsgMngr::get()->notifyHelper(TRACK_MSG_KEYS_DELETED);
-    }
-    return UIWindow::onKeyPress(e);
-}
-
 void TrackEditor::delete_key()
 {
     for (FParameterSingle* parameter : singles()) {
@@ -296,6 +289,18 @@ float TrackEditor::getSelectedKeysTime() const
         if (!parameter->getKeySet().empty())
             return (*parameter->getKeySet().begin())->getTime();
     return 0.0f;
+}
+
+// Each key keeps within the track's limits on its own: a nudge past a limit gathers keys there.
+void TrackEditor::nudge_selected_keys(float dt)
+{
+    const Track* track = AppData::get()->getTrack()->getEngineTrack();
+    const bool any = editMarkedKeys([dt, track](FKey* key) {
+        key->setTime(std::clamp(key->getTime() + dt, track->getBeginTime(), track->getEndTime()));
+        return true;
+    });
+    if (any)
+        MsgMngr::get()->notifyHelper(TRACK_MSG_KEYS_MOVED);
 }
 
 // Every selected key of a parameter lands on the one time: nothing merges them.
