@@ -116,6 +116,7 @@ void Track::reset()
     m_end = 0.0f;
     m_loop = false;
     m_frame_rate = 0.0f;
+    m_snapping = false;
     m_time = 0.0f;
 }
 
@@ -176,6 +177,7 @@ bool Track::read(TrackReader& reader, const Package* root, World* world)
     readRange(reader, root, begin, end);
     bool loop = reader.optionalBool(root, "loop", false);
     float frameRate = readFrameRate(reader, root);
+    bool snapping = reader.optionalBool(root, "snap", false);
 
     jVector<TrackParameter*> parameters;
     const Package* list = reader.require(root, "parameters");
@@ -197,6 +199,7 @@ bool Track::read(TrackReader& reader, const Package* root, World* world)
     m_end = end;
     m_loop = loop;
     m_frame_rate = frameRate;
+    m_snapping = snapping;
     setWorld(world);
     return true;
 }
@@ -263,9 +266,11 @@ bool Track::save(Package* root) const
     root->addDouble("begin", TrackKeyCodec::widen(m_begin));
     root->addDouble("end", TrackKeyCodec::widen(m_end));
     root->addBool("loop", m_loop);
-    // Written only when set, so that a track without one stays as older writers made it.
+    // Written only when set, so that a track without them stays as older writers made it.
     if (m_frame_rate > 0.0f)
         root->addDouble("frame_rate", TrackKeyCodec::widen(m_frame_rate));
+    if (m_snapping)
+        root->addBool("snap", true);
     Package* list = root->addArray("parameters");
     for (const TrackParameter* p : m_parameters)
         p->write(list->add());

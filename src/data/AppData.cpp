@@ -72,6 +72,18 @@ void AppData::setFrameRate(float fps)
         track->setFrameRate(fps);
 }
 
+bool AppData::isSnapping() const
+{
+    const Track* track = m_track ? m_track->getEngineTrack() : nullptr;
+    return track && track->isSnapping();
+}
+
+void AppData::setSnapping(bool snapping)
+{
+    if (Track* track = m_track ? m_track->getEngineTrack() : nullptr)
+        track->setSnapping(snapping);
+}
+
 void AppData::reset()
 {
     m_track->clear();

@@ -55,6 +55,10 @@ public:
     float getFrameRate() const;
     // Sets the document track's frame rate (anything not above 0 clears it); nothing without a track.
     void setFrameRate(float fps);
+    // Whether the document track snaps to whole frames (false without a track).
+    bool isSnapping() const;
+    // Sets the document track's snapping switch; nothing without a track.
+    void setSnapping(bool snapping);
     // True when the document has no engine track or the track has no parameter.
     bool isEmpty() const;
 

@@ -1,10 +1,13 @@
 #include "ui/TimeUnits.h"
 
+#include <cctype>
 #include <cmath>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
 
+#include "data/AppData.h"
+#include "kit/KeyState.h"
 #include "ui/UITrackCurveGrid.h"
 #include "ui/UITrackCurveMapping.h"
 
@@ -52,7 +55,7 @@ bool TimeUnits::parse(const char* text, float fps, float& out)
     size_t length = std::strlen(text);
     while (length > 0 && text[length - 1] == ' ')
         --length;
-    const char unit = length > 0 ? char(text[length - 1] | 0x20) : '\0';
+    const char unit = length > 0 ? char(std::tolower(static_cast<unsigned char>(text[length - 1]))) : '\0';
     const bool frames = unit == 'f';
     if (frames && !hasFrames(fps))
         return false;
@@ -72,6 +75,13 @@ float TimeUnits::toFrame(float t, float fps)
     if (!hasFrames(fps))
         return t;
     return float(std::round(double(t) * double(fps)) / double(fps));
+}
+
+float TimeUnits::landing(float t)
+{
+    const AppData* data = AppData::get();
+    const bool inverted = GetKeyState(VK_CONTROL) < 0;
+    return data->isSnapping() != inverted ? toFrame(t, data->getFrameRate()) : t;
 }
 
 double TimeUnits::rulerStep(double secondsPerPixel, float fps, int minPixels)

@@ -18,6 +18,9 @@ public:
     static bool parse(const char* text, float fps, float& out);
     // The time of the frame nearest t; t itself without a frame rate.
     static float toFrame(float t, float fps);
+    // Where a gesture of the user puts t: the nearest frame of the document while its snapping is
+    // on (off while Ctrl is held; the other way round while snapping is off), else t.
+    static float landing(float t);
     // The ruler's step in seconds whose ticks lie at least minPixels apart where one pixel spans
     // secondsPerPixel: whole frames (1, 2, 5, 10, 20, ... frames) with a frame rate, else
     // 1, 2 or 5 x 10^n seconds; 0 when secondsPerPixel is not positive and finite.

@@ -162,6 +162,7 @@ void TrackEditor::clear()
     m_playing = false;
     m_btn_play->setChecked(false);
     m_btn_loop->setChecked(false);
+    m_btn_snap->setChecked(false);
     AppData* data = AppData::get();
     if (!data->isEmpty())
         data->setTime(data->getBeginTime());

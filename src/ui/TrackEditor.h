@@ -208,6 +208,11 @@ private:
     void cb_play(const UIEventMouse* e, UIElement* sender);
     void cb_end(const UIEventMouse* e, UIElement* sender);
     void cb_loop(const UIEventMouse* e, UIElement* sender);
+    // The snap switch: the document's snapping follows the button (posts 195); an empty document
+    // cannot snap.
+    void cb_snap(const UIEventMouse* e, UIElement* sender);
+    // Shows the whole track between the range marks.
+    void cb_frame_all(const UIEventMouse* e, UIElement* sender);
 
     World* m_world = nullptr;
     UIWidget* m_settings = nullptr;
@@ -246,6 +251,7 @@ private:
     ToolBar* m_play_bar = nullptr;
     ToolButton* m_btn_loop = nullptr;
     ToolButton* m_btn_play = nullptr;
+    ToolButton* m_btn_snap = nullptr;
     jVector<UIFloat*> m_fields;
     jVector<UITimeField*> m_time_fields;
     bool m_modified = false;

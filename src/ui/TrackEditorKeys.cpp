@@ -26,6 +26,7 @@
 #include "data/FTrack.h"
 #include "kit/jAllocator.h"
 #include "msg/MsgMngr.h"
+#include "ui/TimeUnits.h"
 #include "ui/UITrackCurvePanel.h"
 #include "ui/UITrackLinePanel.h"
 #include "ui/UITrackRowPanel.h"
@@ -150,7 +151,7 @@ void TrackEditor::cb_arrange_xy(const UIEventMouse*, UIElement*)
 
 void TrackEditor::cb_make_key(const UIEventMouse*, UIElement*)
 {
-    const float t = AppData::get()->getTime();
+    const float t = TimeUnits::landing(AppData::get()->getTime());
     jVector<FKey*> made;
     const jSet<FParameterSingle*> selected = AppData::get()->getTrack()->getSelectedParameters();
     for (FParameterSingle* parameter : selected) {

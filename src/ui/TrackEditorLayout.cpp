@@ -285,5 +285,9 @@ void TrackEditor::init_bottom()
     m_play_bar->addButton(icon("time_next").c_str(), bind(&TrackEditor::cb_end, this));
     m_btn_loop = m_play_bar->addButton(icon("time_loop").c_str(), bind(&TrackEditor::cb_loop, this));
     m_btn_loop->setCheckEnable(true);
+    m_btn_snap = m_play_bar->addTextButton(tr("snap"), bind(&TrackEditor::cb_snap, this));
+    m_btn_snap->setCheckEnable(true);
+    m_btn_snap->setTooltip(tr("tip_snap"));
+    m_play_bar->addTextButton(tr("frame_all"), bind(&TrackEditor::cb_frame_all, this))->setTooltip(tr("tip_frame_all"));
     m_bottom->addChild(m_play_bar, UI_EXPAND_NONE, -1);
 }

@@ -72,9 +72,7 @@ bool TrackEditor::on_shortcut(const UIEventKey* e)
         m_btn_play->setChecked(!m_btn_play->isChecked());
         cb_play(nullptr, nullptr);
     } else if (e->key == UI_KEY_HOME && e->isShift()) {
-        TimeRangeView view = shownRange();
-        view.frameAll();
-        show_range(view);
+        cb_frame_all(nullptr, nullptr);
     } else if (e->key == UI_KEY_HOME && plain) {
         cb_begin(nullptr, nullptr);
     } else if (e->key == UI_KEY_END && plain) {
@@ -96,6 +94,26 @@ bool TrackEditor::on_shortcut(const UIEventKey* e)
         return false;
     }
     return true;
+}
+
+void TrackEditor::cb_frame_all(const UIEventMouse*, UIElement*)
+{
+    if (AppData::get()->isEmpty())
+        return;
+    TimeRangeView view = shownRange();
+    view.frameAll();
+    show_range(view);
+}
+
+void TrackEditor::cb_snap(const UIEventMouse*, UIElement*)
+{
+    AppData* data = AppData::get();
+    if (data->isEmpty()) {
+        m_btn_snap->setChecked(false);
+        return;
+    }
+    data->setSnapping(m_btn_snap->isChecked());
+    MsgMngr::get()->notifyHelper(TRACK_MSG_OPTION_CHANGED);
 }
 
 // With a frame rate the play head lands on whole frames, whatever time it left from.

@@ -42,8 +42,9 @@ void UITimeRuler::clearShapes()
 
 void UITimeRuler::render(float from, float to, int width, int top, float fps)
 {
-    if (!m_canvas || (from == m_from && to == m_to && width == m_width && fps == m_fps))
+    if (!m_canvas || (from == m_from && to == m_to && width == m_width && top == m_top && fps == m_fps))
         return;
+    m_top = top;
     m_from = from;
     m_to = to;
     m_width = width;

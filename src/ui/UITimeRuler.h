@@ -48,6 +48,7 @@ private:
     float m_from = 0.0f;
     float m_to = 0.0f;
     int m_width = -1;
+    int m_top = 0;
     float m_fps = -1.0f;
     double m_step = 0.0;
     jVector<int> m_ticks;

@@ -163,6 +163,7 @@ TEST_F(TrackTest, SavedTracksLoadBackTheSame)
     track.setEndTime(4.0f);
     track.setLoop(true);
     track.setFrameRate(23.976f);
+    track.setSnapping(true);
     mover()->setShow(VEC3_SWIZZLE_X, true);
     TrackParameterFloat* p = add<TrackParameterFloat>();
     p->setName("Roughness");
@@ -185,7 +186,9 @@ TEST_F(TrackTest, SavedTracksLoadBackTheSame)
     EXPECT_TRUE(track.isLoop());
     EXPECT_EQ(track.getEndTime(), 4.0f);
     EXPECT_EQ(track.getFrameRate(), 23.976f);
-    EXPECT_NE(first.find("\"loop\": true,\n  \"frame_rate\": 23.976,\n"), std::string::npos) << first;
+    EXPECT_TRUE(track.isSnapping());
+    EXPECT_NE(first.find("\"loop\": true,\n  \"frame_rate\": 23.976,\n  \"snap\": true,\n"), std::string::npos)
+        << first;
     // Without a frame rate the member is left out, as older writers did.
     track.setFrameRate(0.0f);
     EXPECT_EQ(savedText().find("frame_rate"), std::string::npos);

@@ -1,6 +1,8 @@
 // The Track Editor window: its title, commands, playback, and views kept in step by host messages.
 #include "ui/TrackEditor.h"
 
+#include <cmath>
+
 #include "ModuleFixture.h"
 #include "TrackEditorMsg.h"
 #include "anim/Track.h"
@@ -12,6 +14,7 @@
 #include "editor/ButtonLookup.h"
 #include "editor/Locale.h"
 #include "editor/ToolButton.h"
+#include "kit/KeyState.h"
 #include "msg/MsgMngr.h"
 #include "scene/Node.h"
 #include "scene/World.h"
@@ -375,6 +378,36 @@ TEST_F(TrackEditorTest, KeysPlayStepAndSelectWhereverTheFocusIs)
     EXPECT_TRUE(key(UI_KEY_ESCAPE));
     EXPECT_TRUE(lines()->getSelectedKeys().empty());
     EXPECT_FALSE(key('Q'));
+}
+
+// The snap button lands the play head and made keys on whole frames; Ctrl inverts it for a gesture.
+TEST_F(TrackEditorTest, SnappingLandsThePlayHeadAndMadeKeysOnWholeFrames)
+{
+    loadDemo();
+    AppData::get()->setFrameRate(24.0f);
+    button("snap")->click();
+    EXPECT_TRUE(AppData::get()->isSnapping());
+    frame();
+    UICanvas* canvas = bar()->getCanvas();
+    const UIEventMouse press = mouseAt(canvas, canvas->getWidth() / 3 + 1, canvas->getHeight() / 2);
+    bar()->onMouseDown(&press);
+    const float t = AppData::get()->getTime();
+    EXPECT_GT(t, 1.0f);
+    EXPECT_FLOAT_EQ(t * 24.0f, std::round(t * 24.0f));
+    selectRow(11);
+    struct Made {
+        bool snap, ctrl;
+        float time;
+    } made[] = {{true, false, 0.5f}, {true, true, 0.51f}, {false, false, 0.51f}, {false, true, 0.5f}};
+    for (const Made& m : made) {
+        if (AppData::get()->isSnapping() != m.snap)
+            button("snap")->click();
+        AppData::get()->setTime(0.51f);
+        SetKeyState(VK_CONTROL, m.ctrl);
+        button("key")->click();
+        SetKeyState(VK_CONTROL, false);
+        EXPECT_EQ((*single(11)->getKeySet().begin())->getTime(), m.time) << m.snap << m.ctrl;
+    }
 }
 
 // Ctrl+wheel zooms the shown range about the pointer (the time under it stays), never past an
