@@ -570,6 +570,11 @@ TEST_F(TrackEditorTest, TimeBarsFollowTheDocumentAndMoveItsTime)
     MsgMngr::get()->notifyHelper(TRACK_MSG_TIME_CHANGED);
     EXPECT_FLOAT_EQ(bar()->getTime(), 2.0f);
     EXPECT_FLOAT_EQ(engine()->getTime(), 3.0f);
+    // A light line crosses the key lines at the current time, two thirds into the shown range.
+    frame();
+    UICanvas* keyLines = lines()->getCanvas();
+    const int x = UITrackLinePanel::timeToPixel(3.0f, 1.0f, 4.0f, keyLines->getWidth());
+    EXPECT_GT(pixel(keyLines, x, 81).x, pixel(keyLines, x + 4, 81).x + 0.3f);
 }
 
 // A selection made in one view becomes the document's and every other view's, and a new key becomes
