@@ -78,19 +78,20 @@ bool parsePointer(const std::vector<std::string>& words, ScriptCommand& out, std
         }
         first = 2;
     }
-    size_t count = out.verb == ScriptCommand::DRAG ? 4 : 2;
+    const bool drag = out.verb == ScriptCommand::DRAG, wheel = out.verb == ScriptCommand::WHEEL;
+    size_t count = drag ? 4 : (wheel ? 3 : 2);
     if (!parseNumbers(words, first, count, out.points)) {
-        reason = words[0] + (count == 4 ? " needs X1 Y1 X2 Y2" : " needs X Y");
+        reason = words[0] + (drag ? " needs X1 Y1 X2 Y2" : (wheel ? " needs X Y NOTCHES" : " needs X Y"));
         return false;
     }
     size_t extra = words.size() - first - count;
-    if (out.verb == ScriptCommand::DRAG && extra == 1) {
+    if ((drag || wheel) && extra == 1) {
         const std::string& mod = words.back();
         out.ctrl = mod == "ctrl";
         out.shift = mod == "shift";
         if (out.ctrl || out.shift)
             return true;
-        reason = "drag modifier must be ctrl or shift, not \"" + mod + "\"";
+        reason = words[0] + " modifier must be ctrl or shift, not \"" + mod + "\"";
         return false;
     }
     if (extra != 0) {
@@ -217,6 +218,7 @@ bool AutomationScript::parse_line(const std::string& line, ScriptCommand& out, s
         {"click", ScriptCommand::CLICK},
         {"dclick", ScriptCommand::DCLICK},
         {"drag", ScriptCommand::DRAG},
+        {"wheel", ScriptCommand::WHEEL},
         {"type", ScriptCommand::TYPE},
         {"answer", ScriptCommand::ANSWER},
         {"expect-title", ScriptCommand::EXPECT_TITLE},
@@ -256,6 +258,7 @@ bool AutomationScript::parse_line(const std::string& line, ScriptCommand& out, s
     case ScriptCommand::CLICK:
     case ScriptCommand::DCLICK:
     case ScriptCommand::DRAG:
+    case ScriptCommand::WHEEL:
         return parsePointer(words, out, reason);
     case ScriptCommand::ANSWER:
         return parseAnswer(words, rest, out, reason);

@@ -13,6 +13,7 @@ struct ScriptCommand {
         CLICK,            // click [@view] X Y
         DCLICK,           // dclick [@view] X Y
         DRAG,             // drag [@view] X1 Y1 X2 Y2 [ctrl|shift]
+        WHEEL,            // wheel [@view] X Y NOTCHES [ctrl|shift]
         TYPE,             // type TEXT: into the focused field
         ANSWER,           // answer choose|select|press|find|screenshot|file|ok|cancel|yes|no|color ...: queued
                           // for the next modal dialog
@@ -25,15 +26,16 @@ struct ScriptCommand {
 
     Verb verb = QUIT;
     int line = 0;              // 1-based line in the script
-    std::string view;          // CLICK, DCLICK, DRAG: "" for the window, else "lines", "rows", "timebar", "curves"
-    std::vector<float> points; // CLICK/DCLICK: x y; DRAG: x1 y1 x2 y2; ANSWER color: r g b a
+    std::string view;          // CLICK, DCLICK, DRAG, WHEEL: "" for the window, else "lines", "rows", "timebar",
+                               // "curves"
+    std::vector<float> points; // CLICK/DCLICK: x y; DRAG: x1 y1 x2 y2; WHEEL: x y notches; ANSWER color: r g b a
     std::string text;          // PRESS name, TYPE text, ANSWER kind, EXPECT_* text, SCREENSHOT path
     std::string argument;      // ANSWER choose/select dotted path, press button key, find text, screenshot or
                                // file path
     int count = 0;             // FRAMES
     float seconds = 0.0f;      // IDLE
     int keyCode = 0;           // KEY: the engine key code
-    bool ctrl = false;         // KEY and DRAG modifiers
+    bool ctrl = false;         // KEY, DRAG and WHEEL modifiers
     bool shift = false;
     bool alt = false;
 };

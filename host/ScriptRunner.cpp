@@ -82,7 +82,8 @@ bool ScriptRunner::execute(const ScriptCommand& c, std::string& reason)
     case ScriptCommand::KEY: return key(c, reason);
     case ScriptCommand::CLICK:
     case ScriptCommand::DCLICK:
-    case ScriptCommand::DRAG: return pointer(c, reason);
+    case ScriptCommand::DRAG:
+    case ScriptCommand::WHEEL: return pointer(c, reason);
     case ScriptCommand::TYPE:
         if (automation->typeText(c.text.c_str()))
             return true;
@@ -160,6 +161,8 @@ bool ScriptRunner::pointer(const ScriptCommand& c, std::string& reason)
         done = automation->click(x, y);
     } else if (c.verb == ScriptCommand::DCLICK) {
         done = automation->mouseDClick(x, y);
+    } else if (c.verb == ScriptCommand::WHEEL) {
+        done = automation->mouseWheel(x, y, static_cast<int>(c.points[2]), modifiers_of(c));
     } else {
         int mods = modifiers_of(c);
         int x2 = 0, y2 = 0;

@@ -37,6 +37,8 @@ bool sameKind(int a, int b)
     return a == b || (text(a) && text(b));
 }
 const char* const FORMAT_NAME = "kuvo-anim";
+// Far above any rate footage or games run at; a larger number is a typing slip.
+constexpr float MAX_FRAME_RATE = 1000.0f;
 
 // Reads the play range of a track document into begin and end, recording every problem. A range
 // that ends before it begins is one only for a strict reader: the engine loads it as it is.
@@ -49,6 +51,20 @@ void readRange(TrackReader& reader, const Package* root, float& begin, float& en
     if (read && reader.isStrict() && end < begin)
         reader.fail(endNode, "end " + std::string(ToString(end).c_str()) + " comes before begin " +
                                  ToString(begin).c_str());
+}
+
+// The optional frame rate: absent means none (0); present, it must lie in (0, MAX_FRAME_RATE].
+float readFrameRate(TrackReader& reader, const Package* root)
+{
+    const Package* node = reader.optional(root, "frame_rate");
+    float fps = 0.0f;
+    if (!node || !reader.readFloat(node, fps, "frame_rate"))
+        return 0.0f;
+    if (fps > 0.0f && fps <= MAX_FRAME_RATE)
+        return fps;
+    reader.fail(node, "frame_rate " + std::string(ToString(fps).c_str()) + " is not above 0 and at most " +
+                          std::to_string(int(MAX_FRAME_RATE)));
+    return 0.0f;
 }
 
 // Returns the node a binding names in world: by id, else by name; then the prefab's internal node
@@ -99,6 +115,8 @@ void Track::reset()
     m_begin = 0.0f;
     m_end = 0.0f;
     m_loop = false;
+    m_frame_rate = 0.0f;
+    m_snapping = false;
     m_time = 0.0f;
 }
 
@@ -158,6 +176,8 @@ bool Track::read(TrackReader& reader, const Package* root, World* world)
     float begin = 0.0f, end = 0.0f;
     readRange(reader, root, begin, end);
     bool loop = reader.optionalBool(root, "loop", false);
+    float frameRate = readFrameRate(reader, root);
+    bool snapping = reader.optionalBool(root, "snap", false);
 
     jVector<TrackParameter*> parameters;
     const Package* list = reader.require(root, "parameters");
@@ -178,6 +198,8 @@ bool Track::read(TrackReader& reader, const Package* root, World* world)
     m_begin = begin;
     m_end = end;
     m_loop = loop;
+    m_frame_rate = frameRate;
+    m_snapping = snapping;
     setWorld(world);
     return true;
 }
@@ -244,6 +266,11 @@ bool Track::save(Package* root) const
     root->addDouble("begin", TrackKeyCodec::widen(m_begin));
     root->addDouble("end", TrackKeyCodec::widen(m_end));
     root->addBool("loop", m_loop);
+    // Written only when set, so that a track without them stays as older writers made it.
+    if (m_frame_rate > 0.0f)
+        root->addDouble("frame_rate", TrackKeyCodec::widen(m_frame_rate));
+    if (m_snapping)
+        root->addBool("snap", true);
     Package* list = root->addArray("parameters");
     for (const TrackParameter* p : m_parameters)
         p->write(list->add());

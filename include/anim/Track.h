@@ -31,7 +31,7 @@ public:
 
     // Destroys every parameter and every cached nested track; the range and loop switch stay.
     virtual void release();
-    // Returns the range to 0..0 with looping off; the parameters stay.
+    // Returns the range to 0..0 with looping, frame rate and snapping off; the parameters stay.
     virtual void reset();
 
     virtual float getBeginTime() const { return m_begin; }
@@ -42,6 +42,14 @@ public:
     virtual void setEndTime(float t);
     virtual bool isLoop() const { return m_loop; }
     virtual void setLoop(bool loop) { m_loop = loop; }
+    // Frames per second the track is edited at; 0 means none (times are shown in seconds and
+    // nothing snaps to frames). Playback never reads it.
+    float getFrameRate() const { return m_frame_rate; }
+    // Stores a frame rate; anything not above 0 (NaN included) stores 0, none.
+    void setFrameRate(float fps) { m_frame_rate = fps > 0.0f ? fps : 0.0f; }
+    // Whether the editor lands dragged keys, made keys and the play head on whole frames.
+    bool isSnapping() const { return m_snapping; }
+    void setSnapping(bool snapping) { m_snapping = snapping; }
 
     // Replaces the content of the track with a parsed .anim document and binds it to world (may be
     // null). Returns false and logs "Track::load:LINE:COLUMN: reason" for the first problem; the
@@ -128,6 +136,8 @@ private:
     float m_begin = 0.0f;
     float m_end = 0.0f;
     bool m_loop = false;
+    float m_frame_rate = 0.0f;
+    bool m_snapping = false;
     float m_time = 0.0f;
     World* m_world = nullptr;
     bool m_playing = false;

@@ -60,6 +60,30 @@ void AppData::setTime(float t)
     m_time = t < m_begin ? m_begin : (t < m_end ? t : m_end);
 }
 
+float AppData::getFrameRate() const
+{
+    const Track* track = m_track ? m_track->getEngineTrack() : nullptr;
+    return track ? track->getFrameRate() : 0.0f;
+}
+
+void AppData::setFrameRate(float fps)
+{
+    if (Track* track = m_track ? m_track->getEngineTrack() : nullptr)
+        track->setFrameRate(fps);
+}
+
+bool AppData::isSnapping() const
+{
+    const Track* track = m_track ? m_track->getEngineTrack() : nullptr;
+    return track && track->isSnapping();
+}
+
+void AppData::setSnapping(bool snapping)
+{
+    if (Track* track = m_track ? m_track->getEngineTrack() : nullptr)
+        track->setSnapping(snapping);
+}
+
 void AppData::reset()
 {
     m_track->clear();

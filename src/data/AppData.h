@@ -52,6 +52,14 @@ public:
     // Writes the document to a track file atomically, keeping the document's path (a recovery
     // copy). Returns false (logged with the path and the reason; the file untouched) on failure.
     bool saveCopy(const jString& path) const;
+    // The document track's frame rate (0: none, or no track).
+    float getFrameRate() const;
+    // Sets the document track's frame rate (anything not above 0 clears it); nothing without a track.
+    void setFrameRate(float fps);
+    // Whether the document track snaps to whole frames (false without a track).
+    bool isSnapping() const;
+    // Sets the document track's snapping switch; nothing without a track.
+    void setSnapping(bool snapping);
     // True when the document has no engine track or the track has no parameter.
     bool isEmpty() const;
 

@@ -27,34 +27,45 @@ SettingsPanel::SettingsPanel(UIRoot* root)
 {
     setPreferredSize(PREFERRED_WIDTH, PREFERRED_HEIGHT);
     m_grid = jNew<UIGridLayout>("src/ui/SettingsPanel", __LINE__, "SettingsPanel::SettingsPanel", root, 2, 4);
-    m_grid->setFixHeight(33);
+    m_grid->setFixHeight(50);
     addChild(m_grid, UI_EXPAND_ACROSS, -1);
-    m_min = add_row("min_time", &SettingsPanel::setMinTime, &SettingsPanel::getMinTime);
-    m_max = add_row("max_time", &SettingsPanel::setMaxTime, &SettingsPanel::getMaxTime);
+    m_min = add_row("min_time", &SettingsPanel::setMinTime, &SettingsPanel::getMinTime, TRACK_MSG_LIMITS_CHANGED);
+    m_max = add_row("max_time", &SettingsPanel::setMaxTime, &SettingsPanel::getMaxTime, TRACK_MSG_LIMITS_CHANGED);
+    m_frame_rate = jNew<UIFloat>("src/ui/SettingsPanel", __LINE__, "SettingsPanel::SettingsPanel", AppData::get(),
+                                 &AppData::setFrameRate, &AppData::getFrameRate, label("frame_rate"),
+                                 TRACK_MSG_OPTION_CHANGED, "");
 }
 
-UIFloat* SettingsPanel::add_row(const char* key, void (SettingsPanel::*setter)(float),
-                                float (SettingsPanel::*getter)() const)
+UIElement* SettingsPanel::label(const char* key)
 {
     m_grid->addChild(jNew<UILabel>("src/ui/SettingsPanel", __LINE__, "SettingsPanel::SettingsPanel", getRoot(),
                                    tr(key)),
                      UI_EXPAND_NONE, -1);
+    return m_grid;
+}
+
+UIFloat* SettingsPanel::add_row(const char* key, void (SettingsPanel::*setter)(float),
+                                float (SettingsPanel::*getter)() const, int message)
+{
     return jNew<UIFloat>("src/ui/SettingsPanel", __LINE__, "SettingsPanel::SettingsPanel", this, setter, getter,
-                         m_grid, TRACK_MSG_LIMITS_CHANGED, "");
+                         label(key), message, "");
 }
 
 void SettingsPanel::refresh()
 {
     m_min->refresh();
     m_max->refresh();
+    m_frame_rate->refresh();
 }
 
 void SettingsPanel::release()
 {
     jDelete(m_min, "src/ui/SettingsPanel", __LINE__, "SettingsPanel::release");
     jDelete(m_max, "src/ui/SettingsPanel", __LINE__, "SettingsPanel::release");
+    jDelete(m_frame_rate, "src/ui/SettingsPanel", __LINE__, "SettingsPanel::release");
     m_min = nullptr;
     m_max = nullptr;
+    m_frame_rate = nullptr;
     UIWindow::release();
 }
 

@@ -6,11 +6,11 @@ class UIFloat;
 class UIGridLayout;
 
 // The track settings window: the track's start and end time, each kept at least a microsecond
-// apart from the other and the start never below 0.
+// apart from the other and the start never below 0, and its frame rate (0 for none).
 class SettingsPanel : public UIWindow {
 public:
     static constexpr int PREFERRED_WIDTH = 128;
-    static constexpr int PREFERRED_HEIGHT = 80;
+    static constexpr int PREFERRED_HEIGHT = 112;
 
     explicit SettingsPanel(UIRoot* root);
 
@@ -29,9 +29,13 @@ public:
     void setMaxTime(float t);
 
 private:
-    UIFloat* add_row(const char* key, void (SettingsPanel::*setter)(float), float (SettingsPanel::*getter)() const);
+    // Adds the translated label of key to the grid; returns the grid, where the row's field goes.
+    UIElement* label(const char* key);
+    UIFloat* add_row(const char* key, void (SettingsPanel::*setter)(float), float (SettingsPanel::*getter)() const,
+                     int message);
 
     UIGridLayout* m_grid = nullptr;
     UIFloat* m_min = nullptr;
     UIFloat* m_max = nullptr;
+    UIFloat* m_frame_rate = nullptr;
 };

@@ -14,6 +14,8 @@
 #include "msg/MsgMngr.h"
 #include "ui/SettingsPanel.h"
 #include "ui/UIScrollBox.h"
+#include "ui/UITimeBar.h"
+#include "ui/UITimeField.h"
 #include "ui/UITrackCurvePanel.h"
 #include "ui/UITrackLinePanel.h"
 #include "ui/UITrackRowPanel.h"
@@ -92,6 +94,9 @@ void TrackEditor::update(float dt)
         advance_time(dt);
     update_node_panel();
     refresh_fields();
+    for (UITimeBar* bar : {m_timebar_top, m_timebar_bottom})
+        if (bar)
+            bar->setFrameRate(AppData::get()->getFrameRate());
     if (m_rows && m_lines && m_rows->getScroll() && m_lines->getScroll())
         m_lines->getScroll()->setVScrollValue(m_rows->getScroll()->getVScrollValue());
     UIWindow::update(dt);
@@ -147,6 +152,8 @@ void TrackEditor::refresh_fields()
 {
     for (UIFloat* field : m_fields)
         field->refresh();
+    for (UITimeField* field : m_time_fields)
+        field->refresh();
 }
 
 void TrackEditor::clear()
@@ -155,6 +162,7 @@ void TrackEditor::clear()
     m_playing = false;
     m_btn_play->setChecked(false);
     m_btn_loop->setChecked(false);
+    m_btn_snap->setChecked(false);
     AppData* data = AppData::get();
     if (!data->isEmpty())
         data->setTime(data->getBeginTime());
@@ -226,6 +234,9 @@ void TrackEditor::release()
     for (UIFloat* field : m_fields)
         jDelete(field, "src/ui/TrackEditor", __LINE__, "TrackEditor::release");
     m_fields.release();
+    for (UITimeField* field : m_time_fields)
+        jDelete(field, "src/ui/TrackEditor", __LINE__, "TrackEditor::release");
+    m_time_fields.release();
     jDelete(m_node_name, "src/ui/TrackEditor", __LINE__, "TrackEditor::release");
     jDelete(m_node_id, "src/ui/TrackEditor", __LINE__, "TrackEditor::release");
     jDelete(m_node_type, "src/ui/TrackEditor", __LINE__, "TrackEditor::release");

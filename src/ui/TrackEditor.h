@@ -12,6 +12,7 @@ class Node;
 class SettingsPanel;
 class ToolBar;
 class ToolButton;
+class TimeRangeView;
 class TrackParameter;
 class TrackReg;
 class UIBool;
@@ -23,8 +24,10 @@ class UIIntBase;
 class UIRoot;
 class UISpliter;
 class UITimeBar;
+class UITimeField;
 class UITrackCurvePanel;
 class UITrackLinePanel;
+class UITrackRow;
 class UITrackRowPanel;
 class UIWidget;
 class World;
@@ -48,8 +51,15 @@ public:
     // Closes the settings dialog and releases the widget tree.
     void release() override;
     // The delete key (260) deletes the selected keys and posts 204; every key then goes on to the
-    // window's elements.
+    // window's elements, and what they leave is a shortcut (TrackEditorShortcuts.cpp) or not handled.
     bool onKeyPress(const UIEventKey* e) override;
+    // Ctrl+wheel over the key lines or a time bar zooms the shown range about the pointer,
+    // Shift+wheel pans it; anything else goes on to the window's elements.
+    bool onMouseWheel(const UIEventMouse* e) override;
+    // A middle drag on the key lines pans the shown range; other presses go on to the elements.
+    bool onMouseDown(const UIEventMouse* e) override;
+    bool onMouseMove(const UIEventMouse* e) override;
+    bool onMouseUp(const UIEventMouse* e) override;
     // Brings the title, the modified mark and the played time up to date after a host message.
     void processMsg(UiMsg* msg) override;
 
@@ -143,6 +153,18 @@ private:
     void setSelectedKeysValue(float value);
     float getSelectedKeysTime() const;
     void setSelectedKeysTime(float t);
+    // Moves every selected key by dt seconds, each kept within the track's limits; posts 202.
+    void nudge_selected_keys(float dt);
+
+    // Keyboard and pointer navigation in time (TrackEditorShortcuts.cpp).
+    bool on_shortcut(const UIEventKey* e);
+    // One frame, or 1 % of the track without a frame rate.
+    float frame_step() const;
+    void step_time(int direction);
+    void select_all_keys();
+    void frame_selected_keys();
+    void show_range(const TimeRangeView& view);
+    bool time_under(int x, int y, float& t) const;
 
     // Binding parameters to nodes and materials (TrackEditorBinding.cpp).
     // The registration of a type name; null, logged as "<function>:r", when the type is not registered.
@@ -157,6 +179,9 @@ private:
     bool pick_node(const jString& type, NodeChoice& choice);
     bool pick_internal_node(Node* node, const jString& type, NodeChoice& choice, const char* function);
     TrackParameter* binding_target(FParameter* param, int kind, const char* function) const;
+    // A row's tooltip: the node ("Cube (Node.position)") or material its parameter is bound to, and
+    // its type; only the type for a global setting.
+    static jString describe_row(const UITrackRow* row);
     // The parameter of the row panel's current row, or null.
     FParameter* selected_parameter() const;
     // The node a bound parameter names: by id, else by its saved name, else by id in the current
@@ -183,6 +208,11 @@ private:
     void cb_play(const UIEventMouse* e, UIElement* sender);
     void cb_end(const UIEventMouse* e, UIElement* sender);
     void cb_loop(const UIEventMouse* e, UIElement* sender);
+    // The snap switch: the document's snapping follows the button (posts 195); an empty document
+    // cannot snap.
+    void cb_snap(const UIEventMouse* e, UIElement* sender);
+    // Shows the whole track between the range marks.
+    void cb_frame_all(const UIEventMouse* e, UIElement* sender);
 
     World* m_world = nullptr;
     UIWidget* m_settings = nullptr;
@@ -221,12 +251,17 @@ private:
     ToolBar* m_play_bar = nullptr;
     ToolButton* m_btn_loop = nullptr;
     ToolButton* m_btn_play = nullptr;
+    ToolButton* m_btn_snap = nullptr;
     jVector<UIFloat*> m_fields;
+    jVector<UITimeField*> m_time_fields;
     bool m_modified = false;
     // Unlike the title's mark, cleared only by a save that wrote the file, a load or a clear.
     bool m_unsaved = false;
     TrackFileListener m_file_listener = nullptr;
     void* m_file_listener_context = nullptr;
     bool m_playing = false;
+    // A middle drag panning the shown range, and the pointer's last x.
+    bool m_panning = false;
+    int m_pan_x = 0;
     jString m_data_path;
 };

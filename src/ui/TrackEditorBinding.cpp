@@ -7,6 +7,7 @@
 // engine vector is therefore getParent()->getTrackParameter() of any of its axes.
 #include "ui/TrackEditor.h"
 
+#include <string>
 #include <utility>
 
 #include "TrackEditorMsg.h"
@@ -293,6 +294,25 @@ void TrackEditor::setMaterialHierarchy(bool hierarchy)
 {
     if (FParameter* param = selected_parameter())
         param->setMaterialHierarchy(hierarchy);
+}
+
+// Names what the row's parameter (an axis: its vector) is bound to by the names saved with the
+// binding, so that it reads the same with or without the scene, and ends with its type.
+jString TrackEditor::describe_row(const UITrackRow* row)
+{
+    const auto* param = static_cast<const FParameter*>(row->getData());
+    if (!param)
+        return jString();
+    const FParameter* bound = param->getParent() ? param->getParent() : param;
+    const TrackParameter* engine = bound->getTrackParameter();
+    jString target;
+    if (engine && engine->isForMaterial())
+        target = jString("material ") + engine->getMaterialName() + ", " + engine->getMaterialTag();
+    else if (bound->getNodeIndex() != -1 && engine && engine->getNodeName().nempty())
+        target = engine->getNodeName();
+    else if (bound->getNodeIndex() != -1)
+        target = jString("node ") + std::to_string(bound->getNodeIndex()).c_str();
+    return target.empty() ? bound->getTypeName() : target + " (" + bound->getTypeName() + ")";
 }
 
 const jString& TrackEditor::getTrackDataType() const

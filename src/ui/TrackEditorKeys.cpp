@@ -6,6 +6,8 @@
 // it posts its message: playback, a saved file and the key marks agree as soon as it returns.
 #include "ui/TrackEditor.h"
 
+#include <algorithm>
+
 #include "TrackEditorMsg.h"
 #include "anim/Track.h"
 #include "anim/TrackParameterColor.h"
@@ -24,6 +26,7 @@
 #include "data/FTrack.h"
 #include "kit/jAllocator.h"
 #include "msg/MsgMngr.h"
+#include "ui/TimeUnits.h"
 #include "ui/UITrackCurvePanel.h"
 #include "ui/UITrackLinePanel.h"
 #include "ui/UITrackRowPanel.h"
@@ -148,7 +151,7 @@ void TrackEditor::cb_arrange_xy(const UIEventMouse*, UIElement*)
 
 void TrackEditor::cb_make_key(const UIEventMouse*, UIElement*)
 {
-    const float t = AppData::get()->getTime();
+    const float t = TimeUnits::landing(AppData::get()->getTime());
     jVector<FKey*> made;
     const jSet<FParameterSingle*> selected = AppData::get()->getTrack()->getSelectedParameters();
     for (FParameterSingle* parameter : selected) {
@@ -206,15 +209,6 @@ void TrackEditor::clear_selected()
     m_lines->setSelectedKeys(jVector<UITrackLineKey*>());
     m_curves->setSelectedCurves(jVector<UITrackCurve*>());
     m_curves->setSelectedKeys(jVector<UITrackCurveKey*>());
-}
-
-bool TrackEditor::onKeyPress(const UIEventKey* e)
-{
-    if (e->key == UI_KEY_DELETE) {
-        delete_key();
-        MsgMngr::get()->notifyHelper(TRACK_MSG_KEYS_DELETED);
-    }
-    return UIWindow::onKeyPress(e);
 }
 
 void TrackEditor::delete_key()
@@ -296,6 +290,18 @@ float TrackEditor::getSelectedKeysTime() const
         if (!parameter->getKeySet().empty())
             return (*parameter->getKeySet().begin())->getTime();
     return 0.0f;
+}
+
+// Each key keeps within the track's limits on its own: a nudge past a limit gathers keys there.
+void TrackEditor::nudge_selected_keys(float dt)
+{
+    const Track* track = AppData::get()->getTrack()->getEngineTrack();
+    const bool any = editMarkedKeys([dt, track](FKey* key) {
+        key->setTime(std::clamp(key->getTime() + dt, track->getBeginTime(), track->getEndTime()));
+        return true;
+    });
+    if (any)
+        MsgMngr::get()->notifyHelper(TRACK_MSG_KEYS_MOVED);
 }
 
 // Every selected key of a parameter lands on the one time: nothing merges them.

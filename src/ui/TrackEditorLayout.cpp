@@ -16,6 +16,7 @@
 #include "ui/UILabel.h"
 #include "ui/UISpliter.h"
 #include "ui/UITimeBar.h"
+#include "ui/UITimeField.h"
 #include "ui/UITrackCurvePanel.h"
 #include "ui/UITrackLinePanel.h"
 #include "ui/UITrackRowPanel.h"
@@ -78,24 +79,24 @@ void copyBands(const UIElement* from, UIElement* to)
         to->getChild(i)->setHeightWeight(from->getChild(i)->getHeightWeight());
 }
 
-// Adds a label and a number field width pixels wide, named name and bound to an owner's getter and
-// setter; the field posts message after an edit (none when 0).
-template <class C, class S, class G>
-UIFloat* addField(UIElement* row, const char* key, C* owner, S setter, G getter, int message, const char* name,
-                  int width)
+// Adds a label and a value field (Field: UIFloat or UITimeField) width pixels wide, named name and
+// bound to an owner's getter and setter; the field posts message after an edit (none when 0).
+template <class Field, class C, class S, class G>
+Field* addField(UIElement* row, const char* key, C* owner, S setter, G getter, int message, const char* name,
+                int width)
 {
     addLabel(row, tr(key));
-    auto* field = jNew<UIFloat>("src/ui/TrackEditor", __LINE__, "TrackEditor::init_layout", owner, setter, getter, row,
-                                message, name);
+    auto* field = jNew<Field>("src/ui/TrackEditor", __LINE__, "TrackEditor::init_layout", owner, setter, getter, row,
+                              message, name);
     field->getEditor()->setFixWidth(width);
     return field;
 }
 
-// A number field of the data hub in the bottom row.
+// A time field of the data hub in the bottom row.
 template <class S, class G>
-UIFloat* addHubField(UIElement* row, const char* key, S setter, G getter, int message)
+UITimeField* addHubField(UIElement* row, const char* key, S setter, G getter, int message)
 {
-    return addField(row, key, AppData::get(), setter, getter, message, "", FIELD_WIDTH);
+    return addField<UITimeField>(row, key, AppData::get(), setter, getter, message, "", FIELD_WIDTH);
 }
 
 } // namespace
@@ -154,6 +155,7 @@ void TrackEditor::init_top_left()
     columns.append({tr("E"), false});
     columns.append({tr("T"), false});
     m_rows = jNew<UITrackRowPanel>("src/ui/TrackEditor", __LINE__, "TrackEditor::init_top_left", getRoot(), columns);
+    m_rows->setDescriber(&TrackEditor::describe_row);
     lower->addChild(m_rows, UI_EXPAND_BOTH, -1);
     m_left_bands = addBands(m_left, upper, lower);
     m_left_bands->sigSizeChanged = bind(&TrackEditor::cb_track_table_size_changed, this);
@@ -243,9 +245,9 @@ void TrackEditor::init_key_bar(UIElement* bar)
     m_key_bar->addSpacer();
     bar->addChild(m_key_bar, UI_EXPAND_NONE, -1);
     // The commands post their own messages.
-    m_fields.append(addField(bar, "time", this, &TrackEditor::setSelectedKeysTime, &TrackEditor::getSelectedKeysTime,
-                             0, "t", KEY_FIELD_WIDTH));
-    m_fields.append(addField(bar, "value", this, &TrackEditor::setSelectedKeysValue,
+    m_time_fields.append(addField<UITimeField>(bar, "time", this, &TrackEditor::setSelectedKeysTime,
+                                               &TrackEditor::getSelectedKeysTime, 0, "t", KEY_FIELD_WIDTH));
+    m_fields.append(addField<UIFloat>(bar, "value", this, &TrackEditor::setSelectedKeysValue,
                              &TrackEditor::getSelectedKeysValue, 0, "", KEY_FIELD_WIDTH));
 }
 
@@ -266,9 +268,10 @@ void TrackEditor::init_bottom()
     m_settings_bar->addButton(icon("setting").c_str(), bind(&TrackEditor::cb_track_settings, this));
     m_bottom->addChild(m_settings_bar, UI_EXPAND_NONE, -1);
 
-    m_fields.append(addHubField(m_bottom, "begin", &AppData::setBeginTime, &AppData::getBeginTime, TRACK_MSG_RANGE_CHANGED));
-    m_fields.append(addHubField(m_bottom, "end", &AppData::setEndTime, &AppData::getEndTime, TRACK_MSG_RANGE_CHANGED));
-    m_fields.append(addHubField(m_bottom, "time", &AppData::setTime, &AppData::getTime, TRACK_MSG_TIME_CHANGED));
+    m_time_fields.append(
+        addHubField(m_bottom, "begin", &AppData::setBeginTime, &AppData::getBeginTime, TRACK_MSG_RANGE_CHANGED));
+    m_time_fields.append(addHubField(m_bottom, "end", &AppData::setEndTime, &AppData::getEndTime, TRACK_MSG_RANGE_CHANGED));
+    m_time_fields.append(addHubField(m_bottom, "time", &AppData::setTime, &AppData::getTime, TRACK_MSG_TIME_CHANGED));
 
     m_timebar_bottom = make_timebar("TrackEditor::init_bottom");
     m_timebar_bottom->setMinHeight(BOTTOM_TIMEBAR_HEIGHT);
@@ -282,5 +285,9 @@ void TrackEditor::init_bottom()
     m_play_bar->addButton(icon("time_next").c_str(), bind(&TrackEditor::cb_end, this));
     m_btn_loop = m_play_bar->addButton(icon("time_loop").c_str(), bind(&TrackEditor::cb_loop, this));
     m_btn_loop->setCheckEnable(true);
+    m_btn_snap = m_play_bar->addTextButton(tr("snap"), bind(&TrackEditor::cb_snap, this));
+    m_btn_snap->setCheckEnable(true);
+    m_btn_snap->setTooltip(tr("tip_snap"));
+    m_play_bar->addTextButton(tr("frame_all"), bind(&TrackEditor::cb_frame_all, this))->setTooltip(tr("tip_frame_all"));
     m_bottom->addChild(m_play_bar, UI_EXPAND_NONE, -1);
 }

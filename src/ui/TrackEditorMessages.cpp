@@ -145,6 +145,7 @@ void TrackEditor::on_track_loaded()
     m_lines->setDirty();
     m_curves->refit();
     m_btn_loop->setChecked(track && track->isLoop());
+    m_btn_snap->setChecked(track && track->isSnapping());
     m_play_bar->updateButtons();
     set_window_modified(false);
     m_unsaved = false;

@@ -8,6 +8,7 @@
 #include "data/FParameterSingle.h"
 #include "data/FTrack.h"
 #include "msg/MsgMngr.h"
+#include "ui/TimeUnits.h"
 #include "ui/UICanvas.h"
 #include "ui/UITimeBar.h"
 #include "ui/UITrackCurvePanel.h"
@@ -51,7 +52,8 @@ void TrackEditor::on_timebar_range_changed(const UIEventChanged*, UIElement* sen
 
 void TrackEditor::on_timebar_cur_time_changed(const UIEventChanged*, UIElement* sender)
 {
-    AppData::get()->setTime(static_cast<const UITimeBar*>(sender)->getTime());
+    // The bar keeps its own rules; with snapping the play head then lands on the frame.
+    AppData::get()->setTime(TimeUnits::landing(static_cast<const UITimeBar*>(sender)->getTime()));
     MsgMngr::get()->notifyHelper(TRACK_MSG_TIME_CHANGED);
 }
 

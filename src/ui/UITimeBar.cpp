@@ -87,6 +87,8 @@ UITimeBar::UITimeBar(UIRoot* root, float min, float max)
     m_canvas->setMinWidth(MIN_WIDTH);
     m_canvas->setMinHeight(MIN_HEIGHT);
     create_shapes();
+    // Over the range band, under the play head: the head hides the labels it passes.
+    m_ruler.attach(m_canvas, ORDER_RANGE_LINE);
 }
 
 UITimeBar::~UITimeBar() = default;
@@ -113,6 +115,7 @@ void UITimeBar::create_shapes()
 void UITimeBar::release()
 {
     if (m_canvas) {
+        m_ruler.clearShapes();
         m_canvas->release();
         jDelete(m_canvas, k_file, __LINE__, "UITimeBar::release");
         m_canvas = nullptr;
@@ -155,6 +158,7 @@ void UITimeBar::update(float dt)
         rebuild_mark(m_begin_line, m_begin_polygon, xb);
         rebuild_mark(m_end_line, m_end_polygon, xe);
         rebuild_play_head(xt);
+        m_ruler.render(m_min, m_max, width, BAND_INSET, m_frame_rate);
         // m_dirty is left set on purpose: after the first change the shapes are rebuilt on every
         // frame, as the window has always had them.
     }
@@ -382,6 +386,14 @@ void UITimeBar::setBegin(float t)
 void UITimeBar::setEnd(float t)
 {
     m_end = clamp_time(t, m_min, m_max);
+    m_dirty = true;
+}
+
+void UITimeBar::setFrameRate(float fps)
+{
+    if (fps == m_frame_rate)
+        return;
+    m_frame_rate = fps;
     m_dirty = true;
 }
 

@@ -2,13 +2,14 @@
 
 #include "kit/SignalSlot.h"
 #include "kit/jVector.h"
+#include "ui/UITimeRuler.h"
 #include "ui/UIVLayout.h"
 
 class UICanvas;
 
 // The strip on which the user sets the playback range (a begin and an end mark) and the current
-// time (the play head) along a time axis from min to max. Everything is drawn as shapes of one
-// canvas, rebuilt in update.
+// time (the play head) along a time axis from min to max, under a ruler of labelled ticks in
+// seconds or frames. Everything is drawn as shapes of one canvas, rebuilt in update.
 class UITimeBar : public UIVLayout {
 public:
     // A signal: every handler is called with the event and the bar.
@@ -62,6 +63,11 @@ public:
     void setEnd(float t);
     // Sets the current time, clamped to the range.
     void setTime(float t);
+    // Sets the frame rate the ruler counts in (0: seconds); a redraw is asked only on a change.
+    void setFrameRate(float fps);
+    float getFrameRate() const { return m_frame_rate; }
+    // The ruler drawn along the axis.
+    const UITimeRuler& getRuler() const { return m_ruler; }
 
     // Raised when the user moves the begin or end mark.
     Signal& rangeChanged() { return m_range_changed; }
@@ -109,4 +115,6 @@ private:
     int m_time_polygon = -1;
     Signal m_range_changed;
     Signal m_time_changed;
+    float m_frame_rate = 0.0f;
+    UITimeRuler m_ruler;
 };

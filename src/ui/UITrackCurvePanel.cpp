@@ -23,8 +23,12 @@ constexpr const char* FILE_TAG = "src/ui/UITrackCurvePanel";
 UITrackCurvePanel* g_instance = nullptr;
 
 const vec4 BACKGROUND{0.12f, 0.12f, 0.12f, 1.0f};
-// Draw orders: the grid beneath the curves, the rubber-band box above everything.
+// Draw orders: the grid beneath the curves, the time labels over them, the rubber-band box above
+// everything.
+constexpr int ORDER_RULER = 1 << 19;
 constexpr int ORDER_BOX = 1 << 20;
+// The ruler's ticks and labels take this many pixels above the bottom edge.
+constexpr int RULER_HEIGHT = 15;
 
 } // namespace
 
@@ -39,6 +43,7 @@ UITrackCurvePanel::UITrackCurvePanel(UIRoot* root)
     m_scroll->addChild(m_canvas, UI_EXPAND_BOTH, -1);
     m_grid = jNew<UITrackCurveGrid>(FILE_TAG, __LINE__, "UITrackCurvePanel::UITrackCurvePanel");
     m_grid->attach(m_canvas);
+    m_ruler.attach(m_canvas, ORDER_RULER);
     m_box = jNew<UIRubberBand>(FILE_TAG, __LINE__, "UITrackCurvePanel::UITrackCurvePanel", m_canvas, ORDER_BOX);
     g_instance = this;
 }
@@ -66,6 +71,7 @@ void UITrackCurvePanel::release()
     m_pressed = nullptr;
     jDelete(m_grid, FILE_TAG, __LINE__, "UITrackCurvePanel::release");
     m_grid = nullptr;
+    m_ruler.clearShapes();
     jDelete(m_box, FILE_TAG, __LINE__, "UITrackCurvePanel::release");
     m_box = nullptr;
     UIVLayout::release();
@@ -156,6 +162,9 @@ void UITrackCurvePanel::render()
         m_grid_time = hub->getTime();
         m_grid->render(m_mapping, m_grid_time);
     }
+    // Unchanged, the ruler returns at once; a new frame rate changes it without marking the view.
+    m_ruler.render(hub->getBeginTime(), hub->getEndTime(), m_mapping.getWidth(), m_mapping.getHeight() - RULER_HEIGHT,
+                   hub->getFrameRate());
     int x0 = 0, y0 = 0, w = 0, h = 0;
     m_scroll->getVisibleArea(x0, y0, w, h);
     for (UITrackCurve* curve : m_shown) {

@@ -2,6 +2,7 @@
 
 #include "kit/jSet.h"
 #include "kit/jVector.h"
+#include "ui/UITimeRuler.h"
 #include "ui/UITrackCurveMapping.h"
 #include "ui/UIVLayout.h"
 
@@ -82,6 +83,9 @@ private:
 
     UITrackCurveMapping m_mapping;
     UITrackCurveGrid* m_grid = nullptr;
+    // Labelled times along the bottom edge: the shown range in seconds or frames, as the key lines
+    // below it show it.
+    UITimeRuler m_ruler;
     jVector<UITrackCurve*> m_shown;
     jSet<UITrackCurve*> m_selected_curves;
     jSet<UITrackCurveKey*> m_selected_keys;

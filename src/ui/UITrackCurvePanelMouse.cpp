@@ -15,6 +15,7 @@
 #include "data/FParameterSingle.h"
 #include "data/FTrack.h"
 #include "msg/MsgMngr.h"
+#include "ui/TimeUnits.h"
 #include "ui/UICanvas.h"
 #include "ui/UIRubberBand.h"
 #include "ui/UITrackCurve.h"
@@ -229,7 +230,9 @@ void UITrackCurvePanel::drag_keys(int x, int y, bool constrain)
     }
     const Track* track = AppData::get()->getTrack()->getEngineTrack();
     const float lo = track->getBeginTime() - lowest, hi = track->getEndTime() - highest;
-    const float wanted = valueOnly ? m_press_time : m_press_time + m_mapping.timeOfX(float(x)) - m_mapping.timeOfX(float(px));
+    const float wanted = valueOnly ? m_press_time
+                                   : TimeUnits::landing(m_press_time + m_mapping.timeOfX(float(x)) -
+                                                        m_mapping.timeOfX(float(px)));
     const float time = std::clamp(wanted, lo, std::max(lo, hi));
     const double value = timeOnly ? m_press_value
                                   : m_press_value + m_mapping.valueOfY(float(y)) - m_mapping.valueOfY(float(py));

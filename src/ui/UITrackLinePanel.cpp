@@ -43,6 +43,9 @@ struct TimeScale {
 };
 
 const vec4 BACKGROUND{0.1f, 0.1f, 0.1f, 1.0f};
+// The current-time line, as light as the curve view's, over every mark.
+const vec4 CURSOR_COLOR{0.85f, 0.85f, 0.85f, 0.8f};
+constexpr int CURSOR_ORDER = INT_MAX / 2;
 
 } // namespace
 
@@ -58,6 +61,8 @@ UITrackLinePanel::UITrackLinePanel(UIRoot* root)
     m_canvas->setMinHeight(UITrackLine::ROW_PITCH);
     m_box = jNew<UIRubberBand>(FILE_TAG, __LINE__, "UITrackLinePanel::UITrackLinePanel", m_canvas, m_order);
     m_order += 2;
+    m_cursor = m_canvas->addLine(CURSOR_ORDER);
+    m_canvas->setLineColor(m_cursor, CURSOR_COLOR);
     g_instance = this;
 }
 
@@ -88,6 +93,7 @@ void UITrackLinePanel::release()
     m_current_key = nullptr;
     jDelete(m_box, FILE_TAG, __LINE__, "UITrackLinePanel::release");
     m_box = nullptr;
+    m_cursor = -1;
     UIVLayout::release();
     m_scroll = nullptr;
     m_canvas = nullptr;
@@ -194,8 +200,22 @@ void UITrackLinePanel::update(float dt)
             m_lines_dirty = true;
         }
         render_lines();
+        render_cursor();
     }
     UIVLayout::update(dt);
+}
+
+void UITrackLinePanel::render_cursor()
+{
+    const AppData* hub = AppData::get();
+    const int x = timeToPixel(hub->getTime(), hub->getBeginTime(), hub->getEndTime(), m_width);
+    const int height = m_canvas->getHeight();
+    if (x == m_cursor_x && height == m_cursor_height)
+        return;
+    m_cursor_x = x;
+    m_cursor_height = height;
+    const vec3 ends[2] = {vec3(float(x), 0.0f, 0.0f), vec3(float(x), float(height), 0.0f)};
+    m_canvas->setLinePoints(m_cursor, ends, 2, false);
 }
 
 // Only the lines in view are drawn; a line that scrolls out gives its marks' shapes back, and a line

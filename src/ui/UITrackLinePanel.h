@@ -1,5 +1,7 @@
 #pragma once
 
+#include <climits>
+
 #include "kit/jSet.h"
 #include "kit/jVector.h"
 #include "ui/UIVLayout.h"
@@ -65,6 +67,8 @@ public:
 
 private:
     void render_lines();
+    // Moves the current-time line to the data hub's time when it or the mapping changed.
+    void render_cursor();
     void render_line(UITrackLine* line, int y);
     void leave_view(UITrackLine* line);
     void start_box(bool extend);
@@ -107,4 +111,7 @@ private:
     UIScrollBox* m_scroll = nullptr;
     UICanvas* m_canvas = nullptr;
     UIRubberBand* m_box = nullptr;
+    int m_cursor = -1; // the current-time line across every key line
+    int m_cursor_x = INT_MIN;
+    int m_cursor_height = -1;
 };

@@ -15,6 +15,7 @@
 #include "kit/jLog.h"
 #include "msg/MsgMngr.h"
 #include "scene/Engine.h"
+#include "ui/TimeUnits.h"
 #include "ui/UICanvas.h"
 #include "ui/UIRubberBand.h"
 #include "ui/UIScrollBox.h"
@@ -222,7 +223,7 @@ void UITrackLinePanel::drag_keys(int x)
     int px = m_press_x, py = m_press_y;
     m_canvas->screenToLocal(px, py);
     const float wanted = m_press_time + pixelToTime(x, begin, end, m_width) - pixelToTime(px, begin, end, m_width);
-    move_block(held_time(wanted));
+    move_block(held_time(TimeUnits::landing(wanted)));
 }
 
 // The track's time limits hold the block as a whole, not the visible range: keys out of view move
@@ -324,7 +325,7 @@ void UITrackLinePanel::make_key(int x, int y)
     FParameterSingle* parameter = m_lines[row]->getData();
     const AppData* hub = AppData::get();
     const Track* track = engineTrack();
-    const float t = pixelToTime(x, hub->getBeginTime(), hub->getEndTime(), m_width);
+    const float t = TimeUnits::landing(pixelToTime(x, hub->getBeginTime(), hub->getEndTime(), m_width));
     FKey* key = parameter->makeKeyAt(std::min(std::max(t, track->getBeginTime()), track->getEndTime()));
     if (!key)
         return;

@@ -64,6 +64,8 @@ void UITrackRowPanel::removeRow(UITrackRow* row)
     m_saved_selection.erase(row);
     if (m_current == row)
         m_current = nullptr;
+    if (m_tooltip_row == row)
+        m_tooltip_row = nullptr; // the next move over its place describes the row there now
     m_dirty = true;
 }
 
@@ -115,6 +117,7 @@ void UITrackRowPanel::release()
     m_selected.clear();
     m_saved_selection.clear();
     m_current = nullptr;
+    m_tooltip_row = nullptr;
     UIVLayout::release();
     m_scroll = nullptr;
     m_canvas = nullptr;
@@ -164,6 +167,23 @@ bool UITrackRowPanel::onMouseDown(const UIEventMouse* e)
         }
     }
     return UIVLayout::onMouseDown(e);
+}
+
+bool UITrackRowPanel::onMouseMove(const UIEventMouse* e)
+{
+    if (!m_canvas || m_describe.empty())
+        return UIVLayout::onMouseMove(e);
+    int x = e->x;
+    int y = e->y;
+    m_canvas->screenToLocal(x, y);
+    const int index = y >= 0 ? y / UITrackRow::ROW_PITCH : -1;
+    const UITrackRow* row = isHit(e->x, e->y) && index >= 0 && index < m_rows.size() ? m_rows[index] : nullptr;
+    if (row != m_tooltip_row) {
+        m_tooltip_row = row;
+        m_tooltip = row ? m_describe(row) : jString();
+        m_canvas->setTooltip(m_tooltip.c_str());
+    }
+    return UIVLayout::onMouseMove(e);
 }
 
 // Empty space always leaves the selection empty: it is cleared before the modifier is looked at,

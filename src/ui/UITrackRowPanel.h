@@ -1,6 +1,8 @@
 #pragma once
 
+#include "kit/SignalSlot.h"
 #include "kit/jSet.h"
+#include "kit/jString.h"
 #include "kit/jVector.h"
 #include "ui/UITrackRow.h"
 #include "ui/UIVLayout.h"
@@ -28,6 +30,15 @@ public:
     // toggles a row's button, or clears the selection on empty space. Returns true when it hit a
     // row or a button; a press on empty space travels on to the layout.
     bool onMouseDown(const UIEventMouse* e) override;
+    // Over a row, gives the rows' canvas that row's description as its tooltip; the move then goes
+    // on to the layout.
+    bool onMouseMove(const UIEventMouse* e) override;
+
+    // What a row's tooltip says (what its parameter is bound to, and its type).
+    using Describer = Function<jString(const UITrackRow*)>;
+    void setDescriber(const Describer& describe) { m_describe = describe; }
+    // The tooltip the rows' canvas shows now ("" off the rows).
+    const jString& getTooltip() const { return m_tooltip; }
 
     // Appends row and draws it on the panel's canvas; logs "<fn>: row is already defined" and
     // changes nothing when the panel holds it already.
@@ -68,4 +79,7 @@ private:
     UITrackRow* m_current = nullptr;
     jSet<UITrackRow*> m_selected;
     jSet<UITrackRow*> m_saved_selection;
+    Describer m_describe;
+    const UITrackRow* m_tooltip_row = nullptr;
+    jString m_tooltip;
 };

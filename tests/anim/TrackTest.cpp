@@ -162,6 +162,8 @@ TEST_F(TrackTest, SavedTracksLoadBackTheSame)
 {
     track.setEndTime(4.0f);
     track.setLoop(true);
+    track.setFrameRate(23.976f);
+    track.setSnapping(true);
     mover()->setShow(VEC3_SWIZZLE_X, true);
     TrackParameterFloat* p = add<TrackParameterFloat>();
     p->setName("Roughness");
@@ -183,16 +185,25 @@ TEST_F(TrackTest, SavedTracksLoadBackTheSame)
     EXPECT_NE(first.find("\n        [0.0, 0.1, 0.0, 0.0, 0.5, 0.25, 3],\n"), std::string::npos) << first;
     EXPECT_TRUE(track.isLoop());
     EXPECT_EQ(track.getEndTime(), 4.0f);
+    EXPECT_EQ(track.getFrameRate(), 23.976f);
+    EXPECT_TRUE(track.isSnapping());
+    EXPECT_NE(first.find("\"loop\": true,\n  \"frame_rate\": 23.976,\n  \"snap\": true,\n"), std::string::npos)
+        << first;
+    // Without a frame rate the member is left out, as older writers did.
+    track.setFrameRate(0.0f);
+    EXPECT_EQ(savedText().find("frame_rate"), std::string::npos);
 }
 
 TEST_F(TrackTest, LoadedTracksAreBoundToTheWorldAndUnregisteredTypesDoNotPlay)
 {
+    track.setFrameRate(30.0f);
     ASSERT_TRUE(loadText(R"({"version": 1, "begin": 0, "end": 1, "parameters": [
         {"kind": 1, "type": "Light.intensity", "node": {"id": 4, "name": "Lamp"},
          "keys": [[0, 2, 0, 0, 0, 0, 1], [1, 4, 0, 0, 0, 0, 1]], "comment": "ignored"},
         {"kind": 1, "type": "Light.glow", "node": {"id": 4}, "keys": [[0, 9, 0, 0, 0, 0, 1]]}],
         "author": "ignored too"})"));
     EXPECT_EQ(track.getParameter(1)->getReg(), nullptr);
+    EXPECT_EQ(track.getFrameRate(), 0.0f); // a file without one has none
     track.set(0.5f);
     EXPECT_EQ(lamp->getLightIntensity(), 3.0f);
     EXPECT_EQ(track.getParameter(0)->getName(), "Light.intensity");
@@ -222,6 +233,8 @@ TEST_F(TrackTest, AFailedLoadNamesThePlaceAndKeepsTheTrack)
         {R"({"version": 1, "begin": 0, "end": 1, "parameters": [{"kind": 1, "type": "Light.intensity", "keys": [[0, 1, 0, 0, 0, 0, 9]]}]})",
          "key type 9 is not 0 to 4"},
         {R"([1, 2])", "a track document must be a JSON object"},
+        {R"({"version": 1, "begin": 0, "end": 1, "frame_rate": 0, "parameters": []})",
+         "Track::load:1:52: frame_rate 0 is not above 0 and at most 1000"},
     };
     for (const Case& c : cases) {
         EXPECT_FALSE(loadText(c.text)) << c.text;

@@ -1,6 +1,8 @@
 // The Track Editor window: its title, commands, playback, and views kept in step by host messages.
 #include "ui/TrackEditor.h"
 
+#include <cmath>
+
 #include "ModuleFixture.h"
 #include "TrackEditorMsg.h"
 #include "anim/Track.h"
@@ -12,11 +14,13 @@
 #include "editor/ButtonLookup.h"
 #include "editor/Locale.h"
 #include "editor/ToolButton.h"
+#include "kit/KeyState.h"
 #include "msg/MsgMngr.h"
 #include "scene/Node.h"
 #include "scene/World.h"
 #include "ui/UIAutomation.h"
 #include "ui/SettingsPanel.h"
+#include "ui/TimeRangeView.h"
 #include "ui/UIButton.h"
 #include "ui/UICanvas.h"
 #include "ui/UICheckBox.h"
@@ -143,7 +147,28 @@ protected:
         for (int i = 0; i < e->getNumChilds(); ++i)
             collect(e->getChild(i), found);
     }
-    // The texts of the settings window's fields (start, end), once it was opened.
+    std::string fieldText(int i) const
+    {
+        std::vector<const UIEditLineWheel*> fields;
+        collect(m_editor, fields);
+        return fields[i]->getText().c_str();
+    }
+    bool key(int code, int modifiers = 0)
+    {
+        UIEventKey e;
+        e.key = code;
+        e.modifiers = modifiers;
+        return m_editor->onKeyPress(&e);
+    }
+    // Turns the wheel at canvas x of the key lines, holding modifiers; returns the shown range.
+    std::pair<float, float> wheel(int x, int notches, int modifiers)
+    {
+        UIEventMouse e = mouseAt(lines()->getCanvas(), x, 5, UI_MOUSE_NONE, 0, modifiers);
+        e.wheel = notches;
+        EXPECT_TRUE(m_editor->onMouseWheel(&e));
+        return {AppData::get()->getBeginTime(), AppData::get()->getEndTime()};
+    }
+    // The texts of the settings window's fields (start, end, frame rate), once it was opened.
     std::vector<std::string> settingsTexts() const
     {
         std::vector<const UIEditLineWheel*> fields;
@@ -286,11 +311,137 @@ TEST_F(TrackEditorTest, ClearEmptiesTheDocumentAndTheViewsAndAnEmptyTrackCannotP
 TEST_F(TrackEditorTest, TheSettingsWindowShowsTheTimesOfTheDocument)
 {
     button("setting")->click();
-    EXPECT_EQ(settingsTexts(), (std::vector<std::string>{"0", "10"}));
+    EXPECT_EQ(settingsTexts(), (std::vector<std::string>{"0", "10", "0"}));
     loadDemo();
-    EXPECT_EQ(settingsTexts(), (std::vector<std::string>{"0", "6"}));
+    AppData::get()->setFrameRate(25.0f);
+    button("setting")->click(); // shows the document again
+    EXPECT_EQ(settingsTexts(), (std::vector<std::string>{"0", "6", "25"}));
     button("clear")->click();
-    EXPECT_EQ(settingsTexts(), (std::vector<std::string>{"0", "10"}));
+    EXPECT_EQ(settingsTexts(), (std::vector<std::string>{"0", "10", "0"}));
+}
+
+// Times show to the frame (to four decimals without a frame rate) and read back as typed, in
+// seconds or in frames; text that is no time changes nothing.
+TEST_F(TrackEditorTest, TimeFieldsShowTheFrameAndReadSecondsOrFrames)
+{
+    loadDemo();
+    AppData::get()->setTime(0.465f);
+    frame();
+    EXPECT_EQ(fieldText(4), "0.465");
+    AppData::get()->setFrameRate(24.0f);
+    frame();
+    EXPECT_EQ(fieldText(4), "0.4583");
+    struct Typed {
+        const char* text;
+        float time;
+        const char* shown;
+    } typed[] = {{"36f", 1.5f, "1.5"}, {"1.25", 1.25f, "1.25"}, {" 2.25s ", 2.25f, "2.25"}, {"abc", 2.25f, "2.25"},
+                 {"3x", 2.25f, "2.25"}, {"12F", 0.5f, "0.5"}};
+    for (const Typed& t : typed) {
+        SCOPED_TRACE(t.text);
+        typeInto(4, t.text);
+        EXPECT_EQ(AppData::get()->getTime(), t.time);
+        EXPECT_EQ(fieldText(4), t.shown);
+        m_editor->setFocus(); // the next click starts a new text
+    }
+}
+
+// Without the mouse: Space plays and stops, End and Home jump, Right steps a whole frame, Alt+Right
+// nudges the selected key a frame, Ctrl+A selects every key and Escape none.
+TEST_F(TrackEditorTest, KeysPlayStepAndSelectWhereverTheFocusIs)
+{
+    loadDemo();
+    AppData::get()->setFrameRate(24.0f);
+    AppData::get()->setTime(0.03f);
+    EXPECT_TRUE(key(UI_KEY_RIGHT));
+    EXPECT_FLOAT_EQ(AppData::get()->getTime(), 2.0f / 24.0f);
+    EXPECT_FLOAT_EQ(bar()->getTime(), 2.0f / 24.0f);
+    EXPECT_TRUE(key(UI_KEY_END));
+    EXPECT_EQ(AppData::get()->getTime(), 6.0f);
+    EXPECT_TRUE(key(UI_KEY_HOME));
+    EXPECT_EQ(AppData::get()->getTime(), 0.0f);
+    EXPECT_TRUE(key(UI_KEY_SPACE));
+    EXPECT_TRUE(m_editor->isPlay());
+    EXPECT_TRUE(key(UI_KEY_SPACE));
+    EXPECT_FALSE(m_editor->isPlay());
+
+    FKey* intensityKey = single(11)->getKey(1);
+    const float was = intensityKey->getTime();
+    FTrack::mark(intensityKey);
+    EXPECT_TRUE(key(UI_KEY_RIGHT, UI_MOD_ALT));
+    EXPECT_FLOAT_EQ(intensityKey->getTime(), was + 1.0f / 24.0f);
+    int keys = 0;
+    for (FParameterSingle* parameter : doc()->getSingleParameters())
+        keys += parameter->getNumKeys();
+    EXPECT_TRUE(key('A', UI_MOD_CTRL));
+    EXPECT_EQ(lines()->getSelectedKeys().size(), keys);
+    EXPECT_TRUE(key(UI_KEY_ESCAPE));
+    EXPECT_TRUE(lines()->getSelectedKeys().empty());
+    EXPECT_FALSE(key('Q'));
+}
+
+// The snap button lands the play head and made keys on whole frames; Ctrl inverts it for a gesture.
+TEST_F(TrackEditorTest, SnappingLandsThePlayHeadAndMadeKeysOnWholeFrames)
+{
+    loadDemo();
+    AppData::get()->setFrameRate(24.0f);
+    button("snap")->click();
+    EXPECT_TRUE(AppData::get()->isSnapping());
+    frame();
+    UICanvas* canvas = bar()->getCanvas();
+    const UIEventMouse press = mouseAt(canvas, canvas->getWidth() / 3 + 1, canvas->getHeight() / 2);
+    bar()->onMouseDown(&press);
+    const float t = AppData::get()->getTime();
+    EXPECT_GT(t, 1.0f);
+    EXPECT_FLOAT_EQ(t * 24.0f, std::round(t * 24.0f));
+    selectRow(11);
+    struct Made {
+        bool snap, ctrl;
+        float time;
+    } made[] = {{true, false, 0.5f}, {true, true, 0.51f}, {false, false, 0.51f}, {false, true, 0.5f}};
+    for (const Made& m : made) {
+        if (AppData::get()->isSnapping() != m.snap)
+            button("snap")->click();
+        AppData::get()->setTime(0.51f);
+        SetKeyState(VK_CONTROL, m.ctrl);
+        button("key")->click();
+        SetKeyState(VK_CONTROL, false);
+        EXPECT_EQ((*single(11)->getKeySet().begin())->getTime(), m.time) << m.snap << m.ctrl;
+    }
+}
+
+// Ctrl+wheel zooms the shown range about the pointer (the time under it stays), never past an
+// empty or inverted range nor beyond the track; Shift+wheel pans; F frames the selected keys and
+// Shift+Home shows the whole track.
+TEST_F(TrackEditorTest, WheelZoomsAboutThePointerAndKeysFrameTheRange)
+{
+    loadDemo();
+    frame();
+    const int w = lines()->getCanvas()->getWidth();
+    const int x = 6 + (w - 12) / 4;
+    const float under = UITrackLinePanel::pixelToTime(x, 0.0f, 6.0f, w);
+    auto [begin, end] = wheel(x, 3, UI_MOD_CTRL);
+    EXPECT_LT(end - begin, 6.0f * 0.52f);
+    EXPECT_NEAR(UITrackLinePanel::pixelToTime(x, begin, end, w), under, 1e-4f);
+    EXPECT_EQ(bar()->getBegin(), begin);
+    for (int i = 0; i < 40; ++i)
+        std::tie(begin, end) = wheel(x, 1, UI_MOD_CTRL);
+    EXPECT_NEAR(end - begin, TimeRangeView::MIN_SPAN, 1e-6f);
+    EXPECT_NEAR(UITrackLinePanel::pixelToTime(x, begin, end, w), under, 1e-3f);
+    const float zoomed = begin;
+    std::tie(begin, end) = wheel(x, -1, UI_MOD_SHIFT);
+    EXPECT_NEAR(begin - zoomed, 0.1f * TimeRangeView::MIN_SPAN, 1e-5f);
+    std::tie(begin, end) = wheel(x, -90, UI_MOD_CTRL);
+    EXPECT_EQ(std::make_pair(begin, end), std::make_pair(0.0f, 6.0f));
+
+    FTrack::mark(single(11)->getKey(1));
+    FTrack::mark(single(11)->getKey(2));
+    EXPECT_TRUE(key('F'));
+    const float from = single(11)->getKey(1)->getTime(), to = single(11)->getKey(2)->getTime();
+    EXPECT_NEAR(AppData::get()->getBeginTime(), from - (to - from) * 0.05f, 1e-5f);
+    EXPECT_NEAR(AppData::get()->getEndTime(), to + (to - from) * 0.05f, 1e-5f);
+    EXPECT_TRUE(key(UI_KEY_HOME, UI_MOD_SHIFT));
+    EXPECT_EQ(AppData::get()->getEndTime(), 6.0f);
 }
 
 // An unchanged file is not saved; a new track takes the chosen name with the track extension added,
@@ -368,6 +519,16 @@ TEST_F(TrackEditorTest, EveryKeyOwningParameterHasARowAndALineSideBySide)
         EXPECT_EQ(lines()->getLines()[i]->getKeys().size(), singles[i]->getNumKeys()) << i;
     }
     frame();
+    // Hovering a row names what it is bound to, so rows of one name can be told apart.
+    const std::pair<int, const char*> tips[] = {
+        {1, "Crate (Node.position)"}, {14, "Render.exposure"}, {16, "material metal, roughness (Material.float)"}};
+    for (const auto& [row, tip] : tips) {
+        rows()->getScroll()->setVScrollValue((row - 1) * UITrackRow::ROW_PITCH);
+        frame();
+        const UIEventMouse hover = mouseAt(rows()->getCanvas(), 20, row * UITrackRow::ROW_PITCH + 11, UI_MOUSE_NONE, 0);
+        rows()->onMouseMove(&hover);
+        EXPECT_EQ(rows()->getTooltip(), tip);
+    }
     UIScrollBox* rowScroll = rows()->getScroll();
     ASSERT_GT(rowScroll->getVScrollMax(), 0) << "the demo has more rows than the window shows";
     rowScroll->setVScrollValue(44);
@@ -409,6 +570,11 @@ TEST_F(TrackEditorTest, TimeBarsFollowTheDocumentAndMoveItsTime)
     MsgMngr::get()->notifyHelper(TRACK_MSG_TIME_CHANGED);
     EXPECT_FLOAT_EQ(bar()->getTime(), 2.0f);
     EXPECT_FLOAT_EQ(engine()->getTime(), 3.0f);
+    // A light line crosses the key lines at the current time, two thirds into the shown range.
+    frame();
+    UICanvas* keyLines = lines()->getCanvas();
+    const int x = UITrackLinePanel::timeToPixel(3.0f, 1.0f, 4.0f, keyLines->getWidth());
+    EXPECT_GT(pixel(keyLines, x, 81).x, pixel(keyLines, x + 4, 81).x + 0.3f);
 }
 
 // A selection made in one view becomes the document's and every other view's, and a new key becomes

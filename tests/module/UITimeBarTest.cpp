@@ -234,3 +234,35 @@ TEST_F(UITimeBarTest, SettersClampSilentlyAndReleaseLeavesAnInertBar)
     EXPECT_EQ(loose->getCanvasWidth(), 0u);
     destroy(loose);
 }
+
+// The ruler's step follows the zoom and the unit: at 100 pixels a second it ticks every half second,
+// or every 10 frames at 24 fps; labels never come closer than 6 pixels to the next tick, so a wide
+// label ("3500000" frames 50 pixels apart) takes the next round step.
+TEST_F(UITimeBarTest, RulerTicksAtRoundStepsWhoseLabelsNeverTouch)
+{
+    struct Case {
+        float max;
+        float fps;
+        double step;
+        const char* second; // the label of the second tick
+    } cases[] = {
+        {4.0f, 0.0f, 0.5, "0.5"},           {4.0f, 24.0f, 10.0 / 24.0, "10"}, {0.125f, 0.0f, 0.02, "0.02"},
+        {400.0f, 0.0f, 50.0, "50"},         {400.0f, 60.0f, 5000.0 / 60.0, "5000"},
+        {4000.0f, 1000.0f, 1000.0, "1000000"},
+    };
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.max);
+        bar->setMax(c.max);
+        bar->setFrameRate(c.fps);
+        bar->update(0.0f);
+        const UITimeRuler& ruler = bar->getRuler();
+        EXPECT_NEAR(ruler.getStep(), c.step, c.step * 1e-6);
+        ASSERT_GE(ruler.getLabels().size(), 3);
+        EXPECT_EQ(ruler.getLabels().size(), int(c.max / c.step + 1e-3) + 1);
+        EXPECT_EQ(ruler.getTexts()[0], "0");
+        EXPECT_EQ(ruler.getTexts()[1], c.second);
+        const double pixels = ruler.getStep() * (W - 12) / c.max;
+        for (int i = 0; i < ruler.getLabels().size(); ++i)
+            EXPECT_LT(2 + canvas()->getTextWidth(ruler.getLabels()[i]) + UITimeRuler::LABEL_GAP, pixels) << i;
+    }
+}

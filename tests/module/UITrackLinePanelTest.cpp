@@ -227,6 +227,26 @@ TEST_F(UITrackLinePanelTest, DoubleClickOnAnEmptySpotMakesAKeyThere)
     EXPECT_EQ(messages(), (std::vector<int>{TRACK_MSG_KEY_MADE, TRACK_MSG_KEY_MADE}));
 }
 
+// With snapping on, a dragged key lands on whole frames (at 24 fps, 12.5 pixels apart here) and a
+// double click makes its key on one; holding Ctrl drags freely for that gesture.
+TEST_F(UITrackLinePanelTest, SnappingLandsDraggedAndMadeKeysOnWholeFrames)
+{
+    loadPulse();
+    AppData::get()->setFrameRate(24.0f);
+    AppData::get()->setSnapping(true);
+    click(0, 1); // 0.5 s
+    press(xOf(0.5f), 15);
+    move(xOf(0.5f) + 20, 15); // 0.567 s, frame 13.6
+    EXPECT_FLOAT_EQ(mark(0, 1)->getTime(), 14.0f / 24.0f);
+    SetKeyState(VK_CONTROL, true);
+    move(xOf(0.5f) + 21, 15);
+    SetKeyState(VK_CONTROL, false);
+    EXPECT_NEAR(mark(0, 1)->getTime(), 0.57f, 1e-5f);
+    release(xOf(0.5f) + 21, 15);
+    EXPECT_TRUE(dclick(xOf(0.26f), 15));
+    EXPECT_EQ(single(0)->getKey(1)->getTime(), 0.25f);
+}
+
 // A press during a gesture is swallowed; a move after a release outside the panel ends it.
 TEST_F(UITrackLinePanelTest, PressDuringAGestureIsSwallowedAndALostReleaseEndsIt)
 {
