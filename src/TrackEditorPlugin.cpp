@@ -1,6 +1,7 @@
 // The module's entry table: how the host creates, drives and destroys the Track Editor.
 #include "TrackEditorPlugin.h"
 
+#include "TrackEditorGltf.h"
 #include "TrackEditorMsg.h"
 #include "anim/Track.h"
 #include "data/AppData.h"
@@ -86,6 +87,18 @@ void setFileListener(UIElement* element, TrackFileListener listener, void* conte
         editor->setFileListener(listener, context);
 }
 
+bool importGltf(UIElement* element, const char* path, bool replace)
+{
+    TrackEditor* editor = editorOf(element);
+    return editor && TrackEditorGltf::importFile(editor, path, replace);
+}
+
+bool exportGltf(UIElement* element, const char* path)
+{
+    TrackEditor* editor = editorOf(element);
+    return editor && TrackEditorGltf::exportFile(editor, path);
+}
+
 void setPlay(UIElement* element, bool play, bool loop)
 {
     TrackEditor* editor = editorOf(element);
@@ -128,7 +141,7 @@ void destroy(UIElement* element)
 
 const TrackEditorPluginApi API = {
     TrackEditorPluginApi::VERSION, create, setWorld, update, loadTrack, setPlay, getTitle, findView, destroy,
-    loadTrackAs, hasUnsavedEdits, getPath, saveTrackAs, saveCopy, clearTrack, setFileListener,
+    loadTrackAs, hasUnsavedEdits, getPath, saveTrackAs, saveCopy, clearTrack, setFileListener, importGltf, exportGltf,
 };
 
 } // namespace

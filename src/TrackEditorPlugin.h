@@ -21,7 +21,7 @@ using TrackFileListener = void (*)(void* context, TrackFileEvent event, const ch
 
 struct TrackEditorPluginApi {
     // Raised when the table changes incompatibly; the host refuses a module of another version.
-    static constexpr int VERSION = 2;
+    static constexpr int VERSION = 3;
 
     int version;
     // Builds the Track Editor window for the host's root and makes it the editor instance.
@@ -62,6 +62,15 @@ struct TrackEditorPluginApi {
     void (*clearTrack)(UIElement* editor);
     // Makes listener hear the file events of the editor's own commands with context; null stops it.
     void (*setFileListener)(UIElement* editor, TrackFileListener listener, void* context);
+    // Reads the animation of a glTF file (.gltf or .glb) into the document: its parameters replace
+    // the document's (replace) or are added to them, and the document is marked modified. Returns
+    // false (logged with the path and the problem) when it cannot be read; the document is then
+    // unchanged.
+    bool (*importGltf)(UIElement* editor, const char* path, bool replace);
+    // Writes the document's node positions, rotations and scales as a glTF animation to path (.glb
+    // binary, else .gltf); parameters glTF cannot carry are logged as warnings. Returns false
+    // (logged with the reason) when nothing can be exported or the file cannot be written.
+    bool (*exportGltf)(UIElement* editor, const char* path);
 };
 
 extern "C" {
