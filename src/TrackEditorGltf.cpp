@@ -2,7 +2,9 @@
 
 #include <unistd.h>
 
+#include <cerrno>
 #include <cstdio>
+#include <cstring>
 #include <cstdlib>
 #include <string>
 
@@ -17,33 +19,17 @@
 
 namespace {
 
-// A track file of its own in the system's temporary folder, removed on destruction.
-class ScratchFile {
-public:
-    ScratchFile()
-    {
-        const char* folder = std::getenv("TMPDIR");
-        std::string pattern = std::string(folder && *folder ? folder : "/tmp") + "/kuvo-import-XXXXXX";
-        int fd = mkstemp(pattern.data());
-        if (fd >= 0) {
-            close(fd);
-            m_path = pattern;
-        }
-    }
-    ~ScratchFile()
-    {
-        if (!m_path.empty())
-            std::remove(m_path.c_str());
-    }
-    ScratchFile(const ScratchFile&) = delete;
-    ScratchFile& operator=(const ScratchFile&) = delete;
-
-    // The file's path; empty when it could not be made.
-    const std::string& path() const { return m_path; }
-
-private:
-    std::string m_path;
-};
+// Returns the path of a new empty file in the system's temporary folder, or "" when none can be made.
+std::string makeScratchFile()
+{
+    const char* folder = std::getenv("TMPDIR");
+    std::string path = std::string(folder && *folder ? folder : "/tmp") + "/kuvo-import-XXXXXX";
+    int fd = mkstemp(path.data());
+    if (fd < 0)
+        return "";
+    close(fd);
+    return path;
+}
 
 } // namespace
 
@@ -67,14 +53,18 @@ bool TrackEditorGltf::importFile(TrackEditor* editor, const char* path, bool rep
     if (!replace && (!current->save(&tree) || !merged.load(&tree, world)))
         return false;
     importer.addTo(merged);
-    ScratchFile scratch;
-    std::string reason;
-    if (scratch.path().empty() || !merged.saveFile(scratch.path().c_str(), &reason)) {
+    std::string scratch = makeScratchFile();
+    std::string reason = std::strerror(errno);
+    bool staged = !scratch.empty() && merged.saveFile(scratch.c_str(), &reason);
+    if (!staged) {
+        std::remove(scratch.c_str());
         jLog::error("%s:%s: the imported track cannot be staged: %s", function, path, reason.c_str());
         return false;
     }
     jString document = AppData::get()->getPath(); // the load empties the one it was read from
-    return editor->loadAs(jString(scratch.path().c_str()), document, true);
+    bool loaded = editor->loadAs(jString(scratch.c_str()), document, true);
+    std::remove(scratch.c_str());
+    return loaded;
 }
 
 bool TrackEditorGltf::exportFile(TrackEditor* editor, const char* path)
@@ -85,9 +75,9 @@ bool TrackEditorGltf::exportFile(TrackEditor* editor, const char* path)
         return false;
     }
     GltfExport exporter;
-    jString name = AppData::get()->getName();
-    exporter.setName(name.nempty() ? name.c_str() : "animation");
-    exporter.setSource(name.nempty() ? name.c_str() : "the track");
+    std::string name = AppData::get()->getName().c_str();
+    exporter.setSource(name.empty() ? "the track" : name);
+    exporter.setName(name.empty() ? "animation" : name.substr(0, name.find_last_of('.')));
     if (!exporter.write(*AppData::get()->getTrack()->getEngineTrack(), *editor->getWorld(), path)) {
         jLog::error("%s:%s", function, exporter.getError().c_str());
         return false;

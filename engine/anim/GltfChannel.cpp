@@ -108,7 +108,6 @@ void GltfChannel::copyKeys()
 void GltfChannel::resample()
 {
     m_interpolation = LINEAR;
-    m_resampled = true;
     std::vector<float> keyTimes;
     for (const TrackParameterFloat* c : m_keyed) {
         for (int k = 0; c && k < c->getNumKeys(); ++k)

@@ -20,9 +20,6 @@ public:
     GltfChannel(const TrackParameterVec3& p, const vec3& rest, bool rotation);
 
     Interpolation getInterpolation() const { return m_interpolation; }
-    // Whether the curves had to be resampled (they had segments of different kinds, different
-    // key times per component, or Bezier handles glTF cannot express).
-    bool isResampled() const { return m_resampled; }
     const std::vector<float>& getTimes() const { return m_times; }
     const std::vector<float>& getValues() const { return m_values; }
     // Numbers per value: 3, or 4 for a rotation.
@@ -35,6 +32,8 @@ private:
     // Returns the kind of the segment that starts at key k of c, or -1 for one glTF has none of.
     static int segmentKind(const TrackParameterFloat& c, int k);
     void copyKeys();
+    // Resamples to LINEAR keys: for curves with segments of different kinds, different key times
+    // per component, or Bezier handles glTF cannot express, and for rotations that are not held.
     void resample();
     // Returns the evaluated vector at t (the rotation as a quaternion).
     std::vector<double> sample(float t) const;
@@ -44,7 +43,6 @@ private:
     vec3 m_rest;
     bool m_rotation;
     Interpolation m_interpolation = LINEAR;
-    bool m_resampled = false;
     std::vector<float> m_times;
     std::vector<float> m_values;
 };

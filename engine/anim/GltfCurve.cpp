@@ -34,6 +34,10 @@ bool GltfCurve::read(const tinygltf::Model& model, const tinygltf::AnimationSamp
     if (!GltfAccessor::read(model, sampler.input, 1, times, error) ||
         !GltfAccessor::read(model, sampler.output, width, m_values, error))
         return false;
+    if (model.accessors[sampler.input].componentType != TINYGLTF_COMPONENT_TYPE_FLOAT) {
+        error = "accessor " + std::to_string(sampler.input) + ": key times must be 32-bit floats";
+        return false;
+    }
     m_times.assign(times.begin(), times.end());
     size_t perKey = m_interpolation == CUBICSPLINE ? 3 : 1;
     if (m_values.size() != m_times.size() * perKey * static_cast<size_t>(width)) {

@@ -106,20 +106,27 @@ bool GltfExport::addParameter(tinygltf::Model& model, const TrackParameter* p, c
         m_error = m_source + ": " + label + " animates node \"" + p->getNodeName().c_str() + "\", which the scene does not have";
         return false;
     }
-    const auto& vector = static_cast<const TrackParameterVec3&>(*p);
-    bool rotation = std::strcmp(mapping->path, "rotation") == 0;
-    vec3 rest = rotation ? node->getRotation() : (std::strcmp(mapping->path, "scale") == 0 ? node->getScale() : node->getPosition());
-    GltfChannel channel(vector, rest, rotation);
+    tinygltf::Animation& animation = model.animations[0];
+    tinygltf::AnimationChannel target;
+    target.target_node = nodeIndex(model, node);
+    target.target_path = mapping->path;
+    // glTF allows one channel per node and path: the first parameter wins.
+    for (const tinygltf::AnimationChannel& c : animation.channels) {
+        if (c.target_node == target.target_node && c.target_path == target.target_path) {
+            m_warnings.push_back(label + " is not exported: another parameter animates the same node's " +
+                                 mapping->path);
+            return true;
+        }
+    }
+    bool rotation = target.target_path == "rotation";
+    vec3 rest = rotation ? node->getRotation() : (target.target_path == "scale" ? node->getScale() : node->getPosition());
+    GltfChannel channel(static_cast<const TrackParameterVec3&>(*p), rest, rotation);
     tinygltf::AnimationSampler sampler;
     sampler.input = addAccessor(model, channel.getTimes(), 1);
     sampler.output = addAccessor(model, channel.getValues(), channel.getWidth());
     sampler.interpolation = k_interpolations[channel.getInterpolation()];
-    tinygltf::Animation& animation = model.animations[0];
     animation.samplers.push_back(sampler);
-    tinygltf::AnimationChannel target;
     target.sampler = static_cast<int>(animation.samplers.size()) - 1;
-    target.target_node = nodeIndex(model, node);
-    target.target_path = mapping->path;
     animation.channels.push_back(target);
     return true;
 }
