@@ -1,7 +1,8 @@
 #include "anim/GltfImport.h"
 
+#include <algorithm>
 #include <cmath>
-#include <cstdio>
+#include <cstdlib>
 #include <fstream>
 
 #include "GltfCurve.h"
