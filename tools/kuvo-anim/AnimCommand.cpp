@@ -1,5 +1,7 @@
 #include "AnimCommand.h"
 
+#include <algorithm>
+
 #include <cstdio>
 
 #include "anim/Track.h"
@@ -73,6 +75,26 @@ std::vector<std::string> AnimCommand::load(const std::string& path, Track& track
     for (const TrackReader::Problem& p : reader.problems())
         lines.push_back(path + ":" + std::to_string(p.line) + ":" + std::to_string(p.column) + ": " + p.reason);
     return lines;
+}
+
+std::string AnimCommand::splitFiles(const std::vector<std::string>& args, const std::vector<Option>& options,
+                                    std::string& in, std::string& out, const std::string& shape)
+{
+    std::vector<std::string> files;
+    for (size_t i = 0; i < args.size(); ++i) {
+        const auto option = std::find_if(options.begin(), options.end(), [&](const Option& o) { return args[i] == o.name; });
+        if (option != options.end() && i + 1 < args.size())
+            *option->value = args[++i];
+        else if (args[i].rfind("--", 0) == 0)
+            return "unexpected argument \"" + args[i] + "\"";
+        else
+            files.push_back(args[i]);
+    }
+    if (files.size() != 2)
+        return shape;
+    in = files[0];
+    out = files[1];
+    return "";
 }
 
 bool AnimCommand::report(const std::vector<std::string>& problems)

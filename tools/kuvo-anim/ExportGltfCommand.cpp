@@ -13,27 +13,6 @@ struct Options {
     std::string world;
 };
 
-// Reads the arguments; returns an empty text, or why they are not usable.
-std::string parseOptions(const std::vector<std::string>& args, Options& o)
-{
-    std::vector<std::string> files;
-    for (size_t i = 0; i < args.size(); ++i) {
-        if (args[i] == "--world" && i + 1 < args.size())
-            o.world = args[++i];
-        else if (args[i].rfind("--", 0) == 0)
-            return "unexpected argument \"" + args[i] + "\"";
-        else
-            files.push_back(args[i]);
-    }
-    if (files.size() != 2)
-        return "export-gltf takes IN.anim and OUT.gltf|OUT.glb";
-    if (o.world.empty())
-        return "export-gltf needs --world SCENE: the glTF nodes rest where the scene's nodes are";
-    o.in = files[0];
-    o.out = files[1];
-    return "";
-}
-
 // Returns the file's name without its folder and extension.
 std::string stem(const std::string& path)
 {
@@ -46,7 +25,9 @@ std::string stem(const std::string& path)
 int AnimCommand::exportGltf(const std::vector<std::string>& args)
 {
     Options o;
-    std::string problem = parseOptions(args, o);
+    std::string problem = splitFiles(args, {{"--world", &o.world}}, o.in, o.out, "export-gltf takes IN.anim and OUT.gltf|OUT.glb");
+    if (problem.empty() && o.world.empty())
+        problem = "export-gltf needs --world SCENE: the glTF nodes rest where the scene's nodes are";
     if (!problem.empty())
         return usage(problem);
     World world;

@@ -14,34 +14,13 @@ struct Options {
     std::string world;
 };
 
-// Reads the arguments; returns an empty text, or why they are not usable.
-std::string parseOptions(const std::vector<std::string>& args, Options& o)
-{
-    std::vector<std::string> files;
-    for (size_t i = 0; i < args.size(); ++i) {
-        bool value = i + 1 < args.size();
-        if (args[i] == "--animation" && value)
-            o.animation = args[++i];
-        else if (args[i] == "--world" && value)
-            o.world = args[++i];
-        else if (args[i].rfind("--", 0) == 0)
-            return "unexpected argument \"" + args[i] + "\"";
-        else
-            files.push_back(args[i]);
-    }
-    if (files.size() != 2)
-        return "import-gltf takes IN.gltf|IN.glb and OUT.anim";
-    o.in = files[0];
-    o.out = files[1];
-    return "";
-}
-
 } // namespace
 
 int AnimCommand::importGltf(const std::vector<std::string>& args)
 {
     Options o;
-    std::string problem = parseOptions(args, o);
+    std::string problem = splitFiles(args, {{"--animation", &o.animation}, {"--world", &o.world}}, o.in, o.out,
+                                     "import-gltf takes IN.gltf|IN.glb and OUT.anim");
     if (!problem.empty())
         return usage(problem);
     World world;
