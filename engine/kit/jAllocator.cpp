@@ -4,6 +4,7 @@
 
 #include <cstdint>
 #include <cstdlib>
+#include <cstring>
 
 #include "kit/jLog.h"
 
@@ -58,6 +59,14 @@ void* jAllocator::largeAlloc(size_t size)
         munmap(reinterpret_cast<void*>(aligned + rounded), tail);
     madvise(reinterpret_cast<void*>(aligned), rounded, MADV_HUGEPAGE);
     return reinterpret_cast<void*>(aligned);
+}
+
+void* jAllocator::largeAllocZeroed(size_t size)
+{
+    void* table = largeAlloc(size);
+    if (size < HUGE_PAGE)
+        std::memset(table, 0, size); // a fresh mapping is zero already
+    return table;
 }
 
 void jAllocator::largeFree(void* ptr, size_t size)

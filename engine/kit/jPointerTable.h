@@ -2,19 +2,29 @@
 
 #include <cstddef>
 #include <cstdint>
-#include <vector>
+#include <type_traits>
+
+#include "kit/jAllocator.h"
 
 // A hash table from non-null pointers to values, kept in one flat array (open addressing with
 // linear probing, at most half full, backward-shift deletion). The allocation registry holds
 // millions of entries while a large track is open; this keeps an insert or erase to a probe or two
-// in one array, with no allocation per entry.
+// in one array, with no allocation per entry. The array is one of the allocator's zeroed large
+// tables (huge pages where the system offers them): growing writes only the entries it moves.
 template <class Value>
 class jPointerTable {
+    static_assert(std::is_trivially_copyable_v<Value>, "entries move as bytes and start as zero bytes");
+
 public:
+    jPointerTable() = default;
+    ~jPointerTable() { jAllocator::get()->largeFree(m_slots, m_capacity * sizeof(Slot)); }
+    jPointerTable(const jPointerTable&) = delete;
+    jPointerTable& operator=(const jPointerTable&) = delete;
+
     // Adds key with value; false (nothing changed) when key is already there.
     bool insert(void* key, const Value& value)
     {
-        if ((m_count + 1) * 2 > m_slots.size())
+        if ((m_count + 1) * 2 > m_capacity)
             grow();
         size_t i = home(key);
         while (m_slots[i].key) {
@@ -31,7 +41,7 @@ public:
     // Removes key; false when it is not there.
     bool erase(void* key)
     {
-        if (m_slots.empty())
+        if (m_capacity == 0)
             return false;
         size_t i = home(key);
         while (m_slots[i].key != key) {
@@ -59,18 +69,18 @@ public:
     template <class F>
     void forEach(F&& f) const
     {
-        for (const Slot& slot : m_slots)
-            if (slot.key)
-                f(slot.key, slot.value);
+        for (size_t i = 0; i < m_capacity; ++i)
+            if (m_slots[i].key)
+                f(m_slots[i].key, m_slots[i].value);
     }
 
 private:
     struct Slot {
-        void* key = nullptr;
-        Value value{};
+        void* key;
+        Value value;
     };
 
-    size_t mask() const { return m_slots.size() - 1; }
+    size_t mask() const { return m_capacity - 1; }
 
     // Allocations made one after another lie close together in memory; keeping that order in the
     // table (the address in 32-byte steps, folded once) makes their entries neighbours as well, so
@@ -83,20 +93,22 @@ private:
 
     void grow()
     {
-        std::vector<Slot> old;
-        old.swap(m_slots);
-        const size_t capacity = old.empty() ? 1024 : old.size() * 2;
-        m_slots.assign(capacity, Slot{});
+        Slot* old = m_slots;
+        const size_t oldCapacity = m_capacity;
+        m_capacity = oldCapacity ? oldCapacity * 2 : 1024;
+        m_slots = static_cast<Slot*>(jAllocator::get()->largeAllocZeroed(m_capacity * sizeof(Slot)));
         m_bits = 0;
-        for (size_t c = capacity; c > 1; c >>= 1)
+        for (size_t c = m_capacity; c > 1; c >>= 1)
             ++m_bits;
         m_count = 0;
-        for (const Slot& slot : old)
-            if (slot.key)
-                insert(slot.key, slot.value);
+        for (size_t i = 0; i < oldCapacity; ++i)
+            if (old[i].key)
+                insert(old[i].key, old[i].value);
+        jAllocator::get()->largeFree(old, oldCapacity * sizeof(Slot));
     }
 
-    std::vector<Slot> m_slots;
+    Slot* m_slots = nullptr;
+    size_t m_capacity = 0;
     size_t m_count = 0;
     int m_bits = 0;
 };

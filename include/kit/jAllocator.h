@@ -25,7 +25,10 @@ public:
     // random does not miss the address translation cache as well. Tables smaller than a huge page
     // come from localAlloc. Aborts as localAlloc does.
     void* largeAlloc(size_t size);
-    // Frees memory obtained from largeAlloc with the same size; null is ignored.
+    // largeAlloc's table with every byte zero. Tables of a huge page or more come from the system
+    // zero-filled, so nothing is written until they are used.
+    void* largeAllocZeroed(size_t size);
+    // Frees memory obtained from largeAlloc or largeAllocZeroed with the same size; null is ignored.
     void largeFree(void* ptr, size_t size);
 };
 
