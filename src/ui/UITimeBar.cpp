@@ -125,6 +125,8 @@ void UITimeBar::release()
 
 int UITimeBar::timeToPixel(float t) const
 {
+    if (!(m_max > m_min))
+        return SIDE_MARGIN; // an empty or inverted axis has no length to place a time along
     float usable = static_cast<float>(static_cast<int>(m_canvas_width) - 2 * SIDE_MARGIN);
     return static_cast<int>((t - m_min) * usable * (1.0f / (m_max - m_min)) + static_cast<float>(SIDE_MARGIN));
 }

@@ -74,7 +74,8 @@ public:
     // Raised when the user moves the play head (or steps it with the keys).
     Signal& timeChanged() { return m_time_changed; }
 
-    // Canvas x of time t at the cached canvas width, truncated toward zero.
+    // Canvas x of time t at the cached canvas width, truncated toward zero; the axis's start when the
+    // range is empty or inverted.
     int timeToPixel(float t) const;
     // The time under canvas x for the running drag: clamped to the axis, then snapped.
     float pixelToTime(int x) const;

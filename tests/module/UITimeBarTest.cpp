@@ -225,6 +225,9 @@ TEST_F(UITimeBarTest, SettersClampSilentlyAndReleaseLeavesAnInertBar)
     bar->setMin(-2.0f);
     bar->setMax(-3.0f);
     EXPECT_EQ(bar->getMax(), -3.0f);
+    bar->setMax(-2.0f); // an empty track: every time sits at the axis's start
+    EXPECT_EQ(bar->timeToPixel(-2.0f), 6);
+    EXPECT_EQ(bar->timeToPixel(5.0f), 6);
     EXPECT_TRUE(calls.empty());
     // Released, a bar has no canvas left and its updates draw nothing.
     auto* loose = make<UITimeBar>(root(), 0.0f, 1.0f);
