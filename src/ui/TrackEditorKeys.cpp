@@ -155,12 +155,13 @@ void TrackEditor::cb_make_key(const UIEventMouse*, UIElement*)
     jVector<FKey*> made;
     const jSet<FParameterSingle*> selected = AppData::get()->getTrack()->getSelectedParameters();
     for (FParameterSingle* parameter : selected) {
-        if (FKey* key = makeLiveKey(parameter, t)) {
+        FKey* key = makeLiveKey(parameter, t);
+        parameter->sortKeys();
+        parameter->applyKeys();
+        if (key) { // announced once the engine plays it, so the step it records holds the key
             made.append(key);
             MsgMngr::get()->notifyHelperPtr(TRACK_MSG_KEY_MADE, key);
         }
-        parameter->sortKeys();
-        parameter->applyKeys();
     }
     if (made.size() < 2)
         return;

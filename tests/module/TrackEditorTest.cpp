@@ -198,7 +198,10 @@ protected:
 TEST_F(TrackEditorTest, TitleShowsTheDocumentAndItsModifiedMark)
 {
     EXPECT_EQ(title(), "Anim - New Track");
-    MsgMngr::get()->notifyHelper(TRACK_MSG_PARAMETER_NEW);
+    MsgMngr::get()->notifyHelper(TRACK_MSG_PARAMETER_NEW); // announced, but the file would not change
+    EXPECT_EQ(title(), "Anim - New Track");
+    engine()->setEndTime(4.0f);
+    MsgMngr::get()->notifyHelper(TRACK_MSG_LIMITS_CHANGED);
     EXPECT_EQ(title(), "Anim - New Track*");
     MsgMngr::get()->notifyHelper(TRACK_MSG_SAVED);
     EXPECT_EQ(title(), "Anim - New Track");
@@ -212,7 +215,7 @@ TEST_F(TrackEditorTest, TitleShowsTheDocumentAndItsModifiedMark)
     EXPECT_TRUE(button("time_loop")->isChecked()); // the demo loops
     std::string path = samplePath("demo.anim");
     EXPECT_EQ(title(), (path + " - Anim").c_str());
-    MsgMngr::get()->notifyHelper(TRACK_MSG_PARAMETER_CHANGED);
+    button("time_loop")->click();
     root()->getAutomation()->answerCancel();
     button("load")->click();
     EXPECT_FALSE(AppData::get()->isEmpty());
@@ -304,7 +307,7 @@ TEST_F(TrackEditorTest, ClearEmptiesTheDocumentAndTheViewsAndAnEmptyTrackCannotP
     key.key = UI_KEY_DELETE;
     m_editor->onKeyPress(&key);
     EXPECT_EQ(messages(), (std::vector<int>{TRACK_MSG_TIME_CHANGED, TRACK_MSG_KEYS_DELETED}));
-    EXPECT_EQ(title(), "Anim - New Track*");
+    EXPECT_EQ(title(), "Anim - New Track"); // nothing was deleted
 }
 
 // An open settings window follows the document: a load or a clear replaces the times it shows.
@@ -459,7 +462,8 @@ TEST_F(TrackEditorTest, SavingWritesChangesUnderTheFilesPathOrAChosenName)
     button("save")->click();
     EXPECT_EQ(readFileText(path), "sentinel");
     EXPECT_TRUE(messages().empty());
-    MsgMngr::get()->notifyHelper(TRACK_MSG_PARAMETER_CHANGED);
+    button("time_loop")->click();
+    button("time_loop")->click(); // two steps that end where the file is: still a change to save
     button("save")->click();
     EXPECT_EQ(readFileText(path), readFileText(samplePath("demo.anim")));
     EXPECT_EQ(title(), (path + " - Anim").c_str());
@@ -919,4 +923,61 @@ TEST_F(TrackEditorTest, CurveHandlesShapeTheirKeysSides)
         EXPECT_EQ(engine->getKey(1).tangents.w, t.w);
         EXPECT_EQ(engine->getKey(1).type, c.after);
     }
+}
+
+// Every edit is one step of the history, a drag over many moves included: undoing every step gives
+// back the loaded file's bytes and takes the title's mark away, redoing them gives back the edited
+// bytes. The buttons name the step they would act on and are greyed out without one; a new edit
+// drops the undone steps.
+TEST_F(TrackEditorTest, UndoAndRedoWalkTheEditsOneUserActionAtATime)
+{
+    loadDemo();
+    frame();
+    const jString clean = title();
+    std::string loaded, edited, now;
+    ASSERT_TRUE(AppData::get()->snapshot(loaded));
+    EXPECT_FALSE(button("undo")->isEnabled());
+    AppData::get()->setTime(0.5f);
+    selectRow(11);
+    button("key")->click();
+    button("key_constant")->click();
+    typeInto(1, "2.5");
+    key(UI_KEY_DELETE);
+    UITrackCurvePanel* panel = UITrackCurvePanel::get();
+    UITrackCurveKey* second = single(12)->getCurve()->getKeys()[1];
+    const UITrackCurveMapping& map = panel->getMapping();
+    auto at = [&](int dx) {
+        return mouseAt(panel->getCanvas(), int(std::lround(map.xOfTime(second->getTime()))) + dx,
+                       int(std::lround(map.yOfValue(second->getValue()))));
+    };
+    const UIEventMouse press = at(0), move = at(10), release = at(30);
+    m_editor->onMouseDown(&press);
+    m_editor->onMouseMove(&move);
+    m_editor->onMouseMove(&release);
+    m_editor->onMouseUp(&release);
+    button("time_loop")->click();
+    EXPECT_EQ(button("undo")->getTooltip(), "Undo Change option (Ctrl+Z)");
+    EXPECT_EQ(title(), (std::string(clean.c_str()) + "*").c_str());
+    ASSERT_TRUE(AppData::get()->snapshot(edited));
+
+    int steps = key('Z', UI_MOD_CTRL) ? 1 : 0;
+    while (m_editor->undo())
+        ++steps;
+    EXPECT_EQ(steps, 6); // make, constant, value, delete, drag, loop
+    ASSERT_TRUE(AppData::get()->snapshot(now));
+    EXPECT_EQ(now, loaded);
+    EXPECT_EQ(title(), clean);
+    EXPECT_TRUE(button("time_loop")->isChecked());
+    EXPECT_FALSE(button("undo")->isEnabled());
+    EXPECT_EQ(button("redo")->getTooltip(), "Redo Make key (Ctrl+Shift+Z)");
+    key('Z', UI_MOD_CTRL | UI_MOD_SHIFT);
+    while (key('Y', UI_MOD_CTRL) && button("redo")->isEnabled()) {
+    }
+    ASSERT_TRUE(AppData::get()->snapshot(now));
+    EXPECT_EQ(now, edited);
+    EXPECT_FALSE(button("time_loop")->isChecked());
+
+    m_editor->undo();
+    button("time_loop")->click();
+    EXPECT_FALSE(button("redo")->isEnabled());
 }
