@@ -232,7 +232,7 @@ void TrackEditor::delete_key()
 }
 
 // A string key met in the walk stops the command where it stands and posts nothing, on purpose; the
-// keys changed before it still reach the engine.
+// keys changed before it still reach the engine and the history.
 void TrackEditor::setSelectedKeysType(TRACK_KEY_TYPE kind)
 {
     jVector<FParameterSingle*> changed;
@@ -253,7 +253,11 @@ void TrackEditor::setSelectedKeysType(TRACK_KEY_TYPE kind)
     }
     for (FParameterSingle* parameter : changed)
         parameter->applyKeys();
-    if (!stopped && !changed.empty())
+    if (changed.empty())
+        return;
+    if (stopped)
+        note_edit(TRACK_MSG_KEYS_CHANGED); // unannounced, but what reached the engine is a step
+    else
         MsgMngr::get()->notifyHelper(TRACK_MSG_KEYS_CHANGED);
 }
 

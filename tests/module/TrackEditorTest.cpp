@@ -2,6 +2,8 @@
 #include "ui/TrackEditor.h"
 
 #include <cmath>
+#include <cstdlib>
+#include <random>
 
 #include "ModuleFixture.h"
 #include "TrackEditorMsg.h"
@@ -41,6 +43,13 @@
 namespace {
 
 constexpr float FRAME = 1.0f / 60.0f;
+
+// A whole number from the environment, or fallback when the variable is not set.
+unsigned envNumber(const char* name, unsigned fallback)
+{
+    const char* text = std::getenv(name);
+    return text ? unsigned(std::strtoul(text, nullptr, 10)) : fallback;
+}
 
 } // namespace
 
@@ -187,6 +196,49 @@ protected:
         return true;
     }
     UITimeBar* bar() const { return static_cast<UITimeBar*>(m_editor->findView("timebar")->getParent()); }
+    // One edit a user could make, drawn from random: select a few keys (or a row), then make, delete,
+    // shape, nudge or type keys, switch the loop or the snap, or add or delete a parameter.
+    void randomEdit(std::mt19937& random)
+    {
+        auto pick = [&](size_t n) { return int(random() % (n ? n : 1)); };
+        doc()->clearMarks();
+        for (int i = 0; i < 3 && doc()->getNumSingleParameters() > 0; ++i)
+            if (FParameterSingle* p = single(pick(size_t(doc()->getNumSingleParameters()))); p->getNumKeys() > 0)
+                FTrack::mark(p->getKey(pick(size_t(p->getNumKeys()))));
+        MsgMngr::get()->notifyHelper(TRACK_MSG_SELECTION_LISTS);
+        const char* const buttons[] = {"key_remove", "key_constant", "key_linear", "key_smooth",
+                                       "key_break",  "key_auto",     "time_loop",  "snap"};
+        switch (pick(6)) {
+        case 0:
+            if (rows()->getRows().empty())
+                break;
+            AppData::get()->setTime(engine()->getEndTime() * float(pick(100)) / 100.0f);
+            rows()->select(rows()->getRows()[pick(rows()->getRows().size())]);
+            MsgMngr::get()->notifyHelper(TRACK_MSG_ROW_SELECTION);
+            button("key")->click();
+            break;
+        case 1:
+            button(buttons[pick(std::size(buttons))])->click();
+            break;
+        case 2:
+            key(pick(2) ? UI_KEY_LEFT : UI_KEY_RIGHT, UI_MOD_ALT);
+            break;
+        case 3:
+            typeInto(pick(2), std::to_string(pick(60) / 10.0).c_str());
+            break;
+        case 4:
+            answer({"choose Render.exposure"});
+            button("new_track")->click();
+            break;
+        default:
+            if (rows()->getRows().empty())
+                break;
+            rows()->select(rows()->getRows()[pick(rows()->getRows().size())]);
+            MsgMngr::get()->notifyHelper(TRACK_MSG_ROW_SELECTION);
+            answer({"yes"});
+            button("del_track")->click();
+        }
+    }
     UITrackRowPanel* rows() const { return UITrackRowPanel::get(); }
     UITrackLinePanel* lines() const { return UITrackLinePanel::get(); }
 
@@ -980,4 +1032,39 @@ TEST_F(TrackEditorTest, UndoAndRedoWalkTheEditsOneUserActionAtATime)
     m_editor->undo();
     button("time_loop")->click();
     EXPECT_FALSE(button("redo")->isEnabled());
+}
+
+// From each sample, seeded random sequences of edits through the buttons and keys a user presses:
+// undoing everything gives back the loaded bytes, redoing everything the edited ones. The seed of a
+// failing sequence is printed; KUVO_UNDO_SEQUENCES and KUVO_UNDO_SEED set the count and first seed.
+TEST_F(TrackEditorTest, RandomEditSequencesUndoAndRedoToTheSameBytes)
+{
+    const unsigned sequences = envNumber("KUVO_UNDO_SEQUENCES", 100), first = envNumber("KUVO_UNDO_SEED", 1);
+    m_editor->setWorld(demoWorld());
+    for (const char* sample : {"demo.anim", "pulse.anim", "lamps.anim"}) {
+        const jString path(samplePath(sample).c_str());
+        ASSERT_TRUE(m_editor->loadAs(path, path, false));
+        std::string loaded, edited, now;
+        ASSERT_TRUE(AppData::get()->snapshot(loaded));
+        unsigned steps = 0;
+        for (unsigned seed = first; seed < first + sequences; ++seed) {
+            SCOPED_TRACE(std::string(sample) + " seed " + std::to_string(seed));
+            std::mt19937 random(seed);
+            for (int i = 0; i < 6; ++i)
+                randomEdit(random);
+            ASSERT_TRUE(AppData::get()->snapshot(edited));
+            while (m_editor->undo())
+                ++steps;
+            ASSERT_TRUE(AppData::get()->snapshot(now));
+            ASSERT_EQ(now, loaded);
+            EXPECT_EQ(title(), (path + " - Anim").c_str());
+            while (m_editor->redo()) {
+            }
+            ASSERT_TRUE(AppData::get()->snapshot(now));
+            ASSERT_EQ(now, edited);
+            while (m_editor->undo()) {
+            }
+        }
+        EXPECT_GT(steps, 3 * sequences) << sample; // most random edits change something
+    }
 }
