@@ -128,6 +128,16 @@ private:
     void on_history_changed();
     void cb_undo(const UIEventMouse* e, UIElement* sender);
     void cb_redo(const UIEventMouse* e, UIElement* sender);
+    // Starts a step of the history with a name of its own; the next record ends it.
+    void begin_edit(const char* name);
+
+    // The key clipboard (TrackEditorClipboard.cpp). Copy returns false when no key is selected;
+    // paste returns false (logged) when the text holds no keys or no row takes them.
+    bool copy_keys();
+    void cut_keys();
+    bool paste_keys(const std::string& text, const char* step);
+    void paste_clipboard();
+    void duplicate_keys();
     void advance_time(float dt);
     void refresh_fields();
 

@@ -1,7 +1,8 @@
 // The keys and pointer gestures animators reach for without looking: Space plays and stops, Home
 // and End go to the play range's ends, Left and Right step the play head a frame, Alt with them
 // nudges the selected keys, Ctrl+A selects every key of the shown rows, Escape drops the selection;
-// Ctrl+Y redoes as Ctrl+Shift+Z does;
+// Ctrl+Y redoes as Ctrl+Shift+Z does; Ctrl+C, Ctrl+X, Ctrl+V and Ctrl+D copy, cut, paste and
+// duplicate keys (TrackEditorClipboard.cpp);
 // Ctrl+wheel zooms the shown range about the pointer over the key lines and time bars, Shift+wheel
 // and a middle drag pan it, Shift+Home shows the whole track and F frames the selected keys. Zoom
 // and pan move the range marks, so the key lines keep their mapping of the range.
@@ -88,6 +89,14 @@ bool TrackEditor::on_shortcut(const UIEventKey* e)
         select_all_keys();
     } else if (e->key == 'Y' && e->modifiers == UI_MOD_CTRL) {
         redo();
+    } else if (e->key == 'C' && e->modifiers == UI_MOD_CTRL) {
+        copy_keys();
+    } else if (e->key == 'X' && e->modifiers == UI_MOD_CTRL) {
+        cut_keys();
+    } else if (e->key == 'V' && e->modifiers == UI_MOD_CTRL) {
+        paste_clipboard();
+    } else if (e->key == 'D' && e->modifiers == UI_MOD_CTRL) {
+        duplicate_keys();
     } else if (e->key == 'F' && plain) {
         frame_selected_keys();
     } else if (e->key == UI_KEY_ESCAPE && plain) {

@@ -14,6 +14,7 @@
 #include "data/FParameterSingle.h"
 #include "data/FParameterFloat.h"
 #include "editor/ButtonLookup.h"
+#include "editor/Clipboard.h"
 #include "editor/Locale.h"
 #include "editor/ToolButton.h"
 #include "kit/KeyState.h"
@@ -197,22 +198,26 @@ protected:
     }
     UITimeBar* bar() const { return static_cast<UITimeBar*>(m_editor->findView("timebar")->getParent()); }
     // One edit a user could make, drawn from random: select a few keys (or a row), then make, delete,
-    // shape, nudge or type keys, switch the loop or the snap, or add or delete a parameter.
+    // shape, nudge, type, cut, copy and paste or duplicate keys, switch the loop or the snap, or add
+    // or delete a parameter.
     void randomEdit(std::mt19937& random)
     {
         auto pick = [&](size_t n) { return int(random() % (n ? n : 1)); };
         doc()->clearMarks();
+        bool marked = false;
         for (int i = 0; i < 3 && doc()->getNumSingleParameters() > 0; ++i)
-            if (FParameterSingle* p = single(pick(size_t(doc()->getNumSingleParameters()))); p->getNumKeys() > 0)
+            if (FParameterSingle* p = single(pick(size_t(doc()->getNumSingleParameters()))); p->getNumKeys() > 0) {
                 FTrack::mark(p->getKey(pick(size_t(p->getNumKeys()))));
+                marked = true;
+            }
         MsgMngr::get()->notifyHelper(TRACK_MSG_SELECTION_LISTS);
+        AppData::get()->setTime(engine()->getEndTime() * float(pick(100)) / 100.0f);
         const char* const buttons[] = {"key_remove", "key_constant", "key_linear", "key_smooth",
                                        "key_break",  "key_auto",     "time_loop",  "snap"};
-        switch (pick(6)) {
+        switch (pick(8)) {
         case 0:
             if (rows()->getRows().empty())
                 break;
-            AppData::get()->setTime(engine()->getEndTime() * float(pick(100)) / 100.0f);
             rows()->select(rows()->getRows()[pick(rows()->getRows().size())]);
             MsgMngr::get()->notifyHelper(TRACK_MSG_ROW_SELECTION);
             button("key")->click();
@@ -225,6 +230,13 @@ protected:
             break;
         case 3:
             typeInto(pick(2), std::to_string(pick(60) / 10.0).c_str());
+            break;
+        case 6:
+            key(pick(2) ? 'D' : 'X', UI_MOD_CTRL);
+            break;
+        case 7:
+            if (marked && key('C', UI_MOD_CTRL))
+                key('V', UI_MOD_CTRL);
             break;
         case 4:
             answer({"choose Render.exposure"});
@@ -1067,4 +1079,48 @@ TEST_F(TrackEditorTest, RandomEditSequencesUndoAndRedoToTheSameBytes)
         }
         EXPECT_GT(steps, 3 * sequences) << sample; // most random edits change something
     }
+}
+
+// Copied keys keep their spacing from the first one and paste at the current time onto the rows
+// they came from, selected, as one step; cut takes them away as one step; pasted into another
+// track they go to the selected rows of their kind, and without such a row nothing is pasted. The
+// clipboard holds their records as text.
+TEST_F(TrackEditorTest, KeysAreCopiedCutPastedAndDuplicatedAsOneStepEach)
+{
+    loadDemo();
+    FParameterSingle* intensity = single(11); // keys at 0, 0.4, 0.8, 1.2, 2 and 6 s
+    const int before = intensity->getNumKeys();
+    FTrack::mark(intensity->getKey(1));
+    FTrack::mark(intensity->getKey(2));
+    key('C', UI_MOD_CTRL);
+    const std::string text = Clipboard::getText().c_str();
+    EXPECT_NE(text.find("\"format\": \"kuvo-anim-keys\""), std::string::npos) << text;
+    EXPECT_NE(text.find("[0.0, 1.2, -0.1, 0.4, 0.1, 0.4, 3]"), std::string::npos) << text;
+    AppData::get()->setTime(3.0f);
+    key('V', UI_MOD_CTRL);
+    intensity = single(11);
+    ASSERT_EQ(intensity->getNumKeys(), before + 2);
+    EXPECT_FLOAT_EQ(intensity->getKey(5)->getTime(), 3.0f);
+    EXPECT_FLOAT_EQ(intensity->getKey(6)->getTime(), 3.4f);
+    EXPECT_EQ(lines()->getSelectedKeys().size(), 2);
+    EXPECT_EQ(button("undo")->getTooltip(), "Undo Paste keys (Ctrl+Z)");
+    key('X', UI_MOD_CTRL);
+    EXPECT_EQ(single(11)->getNumKeys(), before);
+    EXPECT_EQ(button("undo")->getTooltip(), "Undo Cut keys (Ctrl+Z)");
+    AppData::get()->setTime(5.0f);
+    key('D', UI_MOD_CTRL); // nothing is selected after the cut: nothing to duplicate
+    EXPECT_EQ(single(11)->getNumKeys(), before);
+    EXPECT_TRUE(m_editor->undo());
+    EXPECT_EQ(single(11)->getNumKeys(), before + 2);
+
+    const jString other(samplePath("pulse.anim").c_str());
+    ASSERT_TRUE(m_editor->loadAs(other, other, false));
+    key('V', UI_MOD_CTRL);
+    expectLogged("no row takes the copied keys");
+    EXPECT_EQ(title(), (other + " - Anim").c_str());
+    selectRow(0);
+    const int keys = single(0)->getNumKeys();
+    key('V', UI_MOD_CTRL);
+    EXPECT_EQ(single(0)->getNumKeys(), keys + 2);
+    EXPECT_EQ(title(), (other + " - Anim*").c_str());
 }
