@@ -80,9 +80,9 @@ public:
     // Writes the document as its saved file would read into bytes. Returns false (the reason logged)
     // when the engine cannot write it.
     bool snapshot(std::string& bytes) const;
-    // Replaces the document's track with one written by snapshot, bound to the track's world, keeping the file's
-    // path and name, the play range (clamped into the track's limits) and the current time. Returns
-    // false (logged) when the bytes are no track; the document is then empty.
+    // Replaces the document's track with one written by snapshot, bound to the track's world,
+    // keeping the file's path and name, the play range (clamped into the track's limits) and the
+    // current time. Returns false (logged) when the bytes are no track; the document is then empty.
     bool restore(const std::string& bytes);
 
     // How far the open of a track file has come, for the host to show.

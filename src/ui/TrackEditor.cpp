@@ -9,6 +9,7 @@
 #include "editor/ButtonLookup.h"
 #include "editor/ToolBar.h"
 #include "editor/ToolButton.h"
+#include "kit/KeyState.h"
 #include "data/FParameterSingle.h"
 #include "kit/jTString.h"
 #include "msg/MsgMngr.h"
@@ -83,6 +84,8 @@ void TrackEditor::update_window_name()
 
 void TrackEditor::update(float dt)
 {
+    // A release outside the window never reached onMouseUp: the gesture ended all the same.
+    m_gesture = m_gesture && GetKeyState(VK_LBUTTON) < 0;
     if (!m_gesture)
         commit_edit();
     if (m_playing)

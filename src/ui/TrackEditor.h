@@ -152,6 +152,8 @@ private:
 
     void on_track_limits_changed();
     void on_track_loaded();
+    // Shows the document track's loop and snap switches on their buttons.
+    void show_track_switches();
     void on_keys_changed();
     void on_range_changed();
     void refresh_settings();

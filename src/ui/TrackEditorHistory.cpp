@@ -13,7 +13,6 @@
 #include "data/FDocumentEdit.h"
 #include "data/FTrack.h"
 #include "editor/Locale.h"
-#include "editor/ToolBar.h"
 #include "editor/ToolButton.h"
 #include "editor/UndoStack.h"
 #include "kit/jAllocator.h"
@@ -130,9 +129,7 @@ void TrackEditor::show_restored()
         bar->setMin(track->getBeginTime());
         bar->setMax(track->getEndTime());
     }
-    m_btn_loop->setChecked(track->isLoop());
-    m_btn_snap->setChecked(track->isSnapping());
-    m_play_bar->updateButtons();
+    show_track_switches();
     m_node_panel_stale = true;
     refresh_settings();
     m_lines->setDirty();

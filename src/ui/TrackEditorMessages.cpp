@@ -145,10 +145,16 @@ void TrackEditor::on_track_loaded()
     }
     m_lines->setDirty();
     m_curves->refit();
+    show_track_switches();
+    reset_history(true);
+}
+
+void TrackEditor::show_track_switches()
+{
+    const Track* track = AppData::get()->getTrack()->getEngineTrack();
     m_btn_loop->setChecked(track && track->isLoop());
     m_btn_snap->setChecked(track && track->isSnapping());
     m_play_bar->updateButtons();
-    reset_history(true);
 }
 
 // An open settings window shows the document's times: a load or a clear replaced them.
