@@ -4,6 +4,7 @@
 #include <QElapsedTimer>
 #include <QFileDialog>
 #include <QMessageBox>
+#include <QPushButton>
 #include <QTimer>
 #include <algorithm>
 #include <cmath>
@@ -89,6 +90,8 @@ bool EditorApp::start()
                 show_failure("Cannot open the track");
         });
     m_window->setSaveAs([this] { save_as(); });
+    m_window->setGltfCommands([this](const QString& path) { import_gltf(path); },
+                              [this](const QString& path) { export_gltf(path); });
     m_window->setCloseGuard([this] { return may_quit(); });
     m_world = jNew<World>(k_file, __LINE__, "EditorApp::start");
     World::SetCurrent(m_world);
@@ -261,6 +264,27 @@ bool EditorApp::save_as()
         return true;
     show_failure("Cannot save the track");
     return false;
+}
+
+void EditorApp::import_gltf(const QString& path)
+{
+    QMessageBox box(QMessageBox::Question, "Import glTF animation",
+                    "Replace the track's parameters with the animation's, or add the animation's to them?",
+                    QMessageBox::Cancel, m_window);
+    QPushButton* replacing = box.addButton("Replace", QMessageBox::DestructiveRole);
+    QPushButton* adding = box.addButton("Add", QMessageBox::AcceptRole);
+    box.setDefaultButton(adding);
+    box.exec();
+    if (box.clickedButton() != replacing && box.clickedButton() != adding)
+        return;
+    if (!m_plugin.api()->importGltf(m_editor, path.toUtf8().constData(), box.clickedButton() == replacing))
+        show_failure("Cannot import the glTF animation");
+}
+
+void EditorApp::export_gltf(const QString& path)
+{
+    if (!m_plugin.api()->exportGltf(m_editor, path.toUtf8().constData()))
+        show_failure("Cannot export the glTF animation");
 }
 
 void EditorApp::show_failure(const char* title)

@@ -76,6 +76,10 @@ private:
     bool may_quit();
     bool save_document();
     bool save_as();
+    // Imports a glTF animation into the document, asking first whether it replaces the document's
+    // parameters or is added to them.
+    void import_gltf(const QString& path);
+    void export_gltf(const QString& path);
     // Shows a failed file command's logged reason in a message box when interactive.
     void show_failure(const char* title);
     static void on_file_event(void* context, TrackFileEvent event, const char* path);

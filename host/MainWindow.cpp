@@ -79,6 +79,17 @@ void MainWindow::make_menu()
             m_save_as();
     });
     file->addSeparator();
+    QAction* importGltf = file->addAction("&Import glTF animation…");
+    connect(importGltf, &QAction::triggered, this, [this] {
+        if (m_import_gltf)
+            choose_file("Import glTF animation", "glTF (*.gltf *.glb)", m_import_gltf);
+    });
+    QAction* exportGltf = file->addAction("&Export glTF animation…");
+    connect(exportGltf, &QAction::triggered, this, [this] {
+        if (m_export_gltf)
+            choose_target("Export glTF animation", "glTF (*.gltf *.glb)", "gltf", m_export_gltf);
+    });
+    file->addSeparator();
     QAction* quit = file->addAction("&Quit");
     quit->setShortcut(QKeySequence::Quit);
     connect(quit, &QAction::triggered, this, &QWidget::close);
@@ -90,6 +101,23 @@ void MainWindow::choose_file(const QString& caption, const QString& filter, cons
     QString path = QFileDialog::getOpenFileName(this, caption, samples, filter);
     if (!path.isEmpty())
         open(path);
+}
+
+void MainWindow::choose_target(const QString& caption, const QString& filter, const QString& suffix,
+                               const OpenFile& save)
+{
+    QFileDialog dialog(this, caption, QString(), filter);
+    dialog.setOption(QFileDialog::DontUseNativeDialog, true);
+    dialog.setAcceptMode(QFileDialog::AcceptSave); // asks before replacing an existing file
+    dialog.setDefaultSuffix(suffix);
+    if (dialog.exec() == QDialog::Accepted && !dialog.selectedFiles().isEmpty())
+        save(dialog.selectedFiles().first());
+}
+
+void MainWindow::setGltfCommands(OpenFile importGltf, OpenFile exportGltf)
+{
+    m_import_gltf = std::move(importGltf);
+    m_export_gltf = std::move(exportGltf);
 }
 
 void MainWindow::setSaveAs(std::function<void()> saveAs)

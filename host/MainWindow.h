@@ -31,6 +31,9 @@ public:
     void showTitle(const QString& scene, const QString& editorTitle);
     // Makes File > Save Track As… (Ctrl+Shift+S) call saveAs.
     void setSaveAs(std::function<void()> saveAs);
+    // Makes File > Import glTF animation… call importGltf with the chosen .gltf or .glb file, and
+    // File > Export glTF animation… call exportGltf with the chosen target.
+    void setGltfCommands(OpenFile importGltf, OpenFile exportGltf);
     // Makes every close of the window ask guard first; a false answer keeps the window open.
     void setCloseGuard(CloseGuard guard);
     // Shows text in red in the status bar for ERROR_SHOW_MS.
@@ -45,10 +48,14 @@ protected:
 private:
     void make_menu();
     void choose_file(const QString& caption, const QString& filter, const OpenFile& open);
+    // Asks for a file to write (confirming the replacement of an existing one) and calls save.
+    void choose_target(const QString& caption, const QString& filter, const QString& suffix, const OpenFile& save);
 
     OpenFile m_open_scene;
     OpenFile m_open_track;
     std::function<void()> m_save_as;
+    OpenFile m_import_gltf;
+    OpenFile m_export_gltf;
     CloseGuard m_close_guard;
     Viewport* m_viewport;
     LogPanel* m_log;

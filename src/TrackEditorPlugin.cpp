@@ -1,6 +1,7 @@
 // The module's entry table: how the host creates, drives and destroys the Track Editor.
 #include "TrackEditorPlugin.h"
 
+#include "TrackEditorGltf.h"
 #include "TrackEditorMsg.h"
 #include "anim/Track.h"
 #include "data/AppData.h"
@@ -92,6 +93,18 @@ void setProgressListener(UIElement* element, TrackProgressListener listener, voi
         AppData::get()->getLoadProgress().setListener(listener, context);
 }
 
+bool importGltf(UIElement* element, const char* path, bool replace)
+{
+    TrackEditor* editor = editorOf(element);
+    return editor && TrackEditorGltf::importFile(editor, path, replace);
+}
+
+bool exportGltf(UIElement* element, const char* path)
+{
+    TrackEditor* editor = editorOf(element);
+    return editor && TrackEditorGltf::exportFile(editor, path);
+}
+
 void setPlay(UIElement* element, bool play, bool loop)
 {
     TrackEditor* editor = editorOf(element);
@@ -135,6 +148,7 @@ void destroy(UIElement* element)
 const TrackEditorPluginApi API = {
     TrackEditorPluginApi::VERSION, create, setWorld, update, loadTrack, setPlay, getTitle, findView, destroy,
     loadTrackAs, hasUnsavedEdits, getPath, saveTrackAs, saveCopy, clearTrack, setFileListener, setProgressListener,
+    importGltf, exportGltf,
 };
 
 } // namespace

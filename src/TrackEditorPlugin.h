@@ -69,6 +69,15 @@ struct TrackEditorPluginApi {
     // Makes listener hear the progress of every open of a track file (the host's and the editor's
     // own Load) with context; null stops it.
     void (*setProgressListener)(UIElement* editor, TrackProgressListener listener, void* context);
+    // Reads the animation of a glTF file (.gltf or .glb) into the document: its parameters replace
+    // the document's (replace) or are added to them, and the document is marked modified. Returns
+    // false (logged with the path and the problem) when it cannot be read; the document is then
+    // unchanged.
+    bool (*importGltf)(UIElement* editor, const char* path, bool replace);
+    // Writes the document's node positions, rotations and scales as a glTF animation to path (.glb
+    // binary, else .gltf); parameters glTF cannot carry are logged as warnings. Returns false
+    // (logged with the reason) when nothing can be exported or the file cannot be written.
+    bool (*exportGltf)(UIElement* editor, const char* path);
 };
 
 extern "C" {

@@ -180,7 +180,7 @@ std::vector<int> FKeyClipboard::merge(Package* keys, const Package* records, dou
     return pasted;
 }
 
-bool FKeyClipboard::paste(const std::string& text, float time)
+bool FKeyClipboard::paste(const std::string& text, float time, std::string& bytes)
 {
     mjl reader;
     const Package* clip = reader.parse(text.data(), text.size(), "clipboard") ? reader.getRoot() : nullptr;
@@ -196,28 +196,31 @@ bool FKeyClipboard::paste(const std::string& text, float time)
     Package saved;
     if (!engineTrack()->save(&saved))
         return false;
-    std::vector<std::pair<RowPath, std::vector<int>>> pasted;
+    m_pasted.clear();
     for (size_t i = 0; i < to.size(); ++i) {
         RowPath path;
         Package* keys = to[i] && path_of(to[i], path) ? keys_at(&saved, path) : nullptr;
         const Package* records = rows->getChild(int(i))->find("keys");
         if (keys && records)
-            pasted.emplace_back(path, merge(keys, records, time));
+            m_pasted.emplace_back(path, merge(keys, records, time));
     }
-    std::string bytes, error;
-    if (pasted.empty()) {
+    if (m_pasted.empty()) {
         jLog::warning("%s:%s", "FKeyClipboard::paste", "no row takes the copied keys: select rows of their kinds");
         return false;
     }
-    if (!mjl::write(&saved, bytes, &error) || !AppData::get()->restore(bytes)) {
-        jLog::error("%s:%s", "FKeyClipboard::paste", error.c_str());
-        return false;
-    }
+    std::string error;
+    if (mjl::write(&saved, bytes, &error))
+        return true;
+    jLog::error("%s:%s", "FKeyClipboard::paste", error.c_str());
+    return false;
+}
+
+void FKeyClipboard::markPasted() const
+{
     AppData::get()->getTrack()->clearMarks();
-    for (const auto& [path, indices] : pasted)
+    for (const auto& [path, indices] : m_pasted)
         if (FParameterSingle* row = row_at(path))
             for (int index : indices)
                 if (index < row->getNumKeys())
                     FTrack::mark(row->getKey(index));
-    return true;
 }

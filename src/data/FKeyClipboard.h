@@ -1,6 +1,7 @@
 #pragma once
 
 #include <string>
+#include <utility>
 #include <vector>
 
 class FParameterSingle;
@@ -20,18 +21,21 @@ public:
 
     // Writes the marked keys as text. Returns false (text untouched) when no key is marked.
     static bool copy(std::string& text);
-    // Adds the keys of text to the document, the first at time: onto the rows they were copied
-    // from when text names this document, otherwise onto the selected rows of the same kind, one
-    // copied row to the next such row in row order. The pasted keys become the only marked ones.
-    // Returns false, with the reason logged, when text holds no keys or no row takes them; the
-    // document is then unchanged.
-    static bool paste(const std::string& text, float time);
+    // Writes into bytes the document's saved text with the keys of text added, the first at time:
+    // onto the rows they were copied from when text names this document, otherwise onto the
+    // selected rows of the same kind, one copied row to the next such row in row order. Returns
+    // false, with the reason logged, when text holds no keys or no row takes them. The document
+    // itself is not changed: the caller makes bytes the document, then calls markPasted.
+    bool paste(const std::string& text, float time, std::string& bytes);
+    // Makes the keys the last paste added the only marked keys of the document made from its bytes.
+    void markPasted() const;
 
 private:
     struct RowPath {
         int parameter = -1;
         int component = -1;
     };
+    std::vector<std::pair<RowPath, std::vector<int>>> m_pasted;
     static bool path_of(const FParameterSingle* row, RowPath& path);
     static Package* keys_at(const Package* track, const RowPath& path);
     static FParameterSingle* row_at(const RowPath& path);

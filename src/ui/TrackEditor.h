@@ -86,6 +86,10 @@ public:
     // restored document with no key selected. Returns false (nothing done) when there is no step.
     bool undo();
     bool redo();
+    // Makes the document the track written in bytes (a saved track file's text) as one step of the
+    // history named by the translation key step, keeping the file's path, the shown range and the
+    // time. Returns false (logged) when bytes are no track; the document then stays as it was.
+    bool replaceDocument(const std::string& bytes, const char* step);
     // Saves the document to path, which becomes its file, and posts 209. Returns false (logged)
     // and posts nothing when it cannot be written.
     bool saveAs(const jString& path);

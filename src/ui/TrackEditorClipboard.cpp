@@ -13,13 +13,6 @@
 #include "msg/MsgMngr.h"
 #include "ui/TimeUnits.h"
 
-void TrackEditor::begin_edit(const char* name)
-{
-    commit_edit();
-    m_edit_pending = true;
-    m_edit_name = name;
-}
-
 bool TrackEditor::copy_keys()
 {
     std::string text;
@@ -40,15 +33,12 @@ void TrackEditor::cut_keys()
 
 bool TrackEditor::paste_keys(const std::string& text, const char* step)
 {
-    commit_edit();
-    clear_selected(); // the pasted document has new rows, lines and keys
-    if (!FKeyClipboard::paste(text, TimeUnits::landing(AppData::get()->getTime()))) {
-        MsgMngr::get()->notifyHelper(TRACK_MSG_SELECTION_LISTS);
+    FKeyClipboard clipboard;
+    std::string bytes;
+    if (!clipboard.paste(text, TimeUnits::landing(AppData::get()->getTime()), bytes) ||
+        !replaceDocument(bytes, step))
         return false;
-    }
-    begin_edit(step);
-    commit_edit();
-    show_restored();
+    clipboard.markPasted();
     MsgMngr::get()->notifyHelper(TRACK_MSG_SELECTION_LISTS);
     return true;
 }

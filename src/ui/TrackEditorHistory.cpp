@@ -95,6 +95,13 @@ void TrackEditor::commit_edit()
                                        jString(tr(m_edit_name)), std::move(before), std::move(now)));
 }
 
+void TrackEditor::begin_edit(const char* name)
+{
+    commit_edit();
+    m_edit_pending = true;
+    m_edit_name = name;
+}
+
 bool TrackEditor::undo()
 {
     return step_history(&UndoStack::undo);
@@ -118,6 +125,23 @@ bool TrackEditor::step_history(bool (UndoStack::*step)())
     AppData::get()->snapshot(m_state); // a failure was logged; the next edit then records from empty
     show_restored();
     return true;
+}
+
+bool TrackEditor::replaceDocument(const std::string& bytes, const char* step)
+{
+    commit_edit();
+    clear_selected(); // the new document has new rows, lines and keys
+    m_restoring = true;
+    const bool replaced = AppData::get()->restore(bytes);
+    if (!replaced)
+        AppData::get()->restore(m_state); // the bytes of the last step load: they were written so
+    m_restoring = false;
+    if (replaced) {
+        begin_edit(step);
+        commit_edit();
+    }
+    show_restored();
+    return replaced;
 }
 
 // As after a load, but the shown range and the time stay where the user left them.

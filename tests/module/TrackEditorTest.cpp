@@ -6,6 +6,7 @@
 #include <random>
 
 #include "ModuleFixture.h"
+#include "TrackEditorGltf.h"
 #include "TrackEditorMsg.h"
 #include "anim/Track.h"
 #include "anim/TrackParameter.h"
@@ -987,6 +988,36 @@ TEST_F(TrackEditorTest, CurveHandlesShapeTheirKeysSides)
         EXPECT_EQ(engine->getKey(1).tangents.w, t.w);
         EXPECT_EQ(engine->getKey(1).type, c.after);
     }
+}
+
+// The glTF commands: an export of the demo's node animation comes back added to the document or
+// in place of its parameters, as an edit of the same file; a bad file changes nothing.
+TEST_F(TrackEditorTest, GltfImportAddsOrReplacesParametersAsAnEditOfTheDocument)
+{
+    loadDemo();
+    TempDir dir;
+    std::string glb = dir.file("demo.glb");
+    ASSERT_TRUE(TrackEditorGltf::exportFile(m_editor, glb.c_str()));
+    expectLogged("parameter \"Sun colour\" (Light.color) is not exported");
+    int count = engine()->getNumParameters();
+    size_t rows = doc()->getSingleParameters().size();
+    ASSERT_TRUE(TrackEditorGltf::importFile(m_editor, glb.c_str(), false));
+    EXPECT_EQ(engine()->getNumParameters(), count + 3);
+    EXPECT_EQ(doc()->getSingleParameters().size(), rows + 9); // a key line for each component
+    EXPECT_EQ(title(), (samplePath("demo.anim") + " - Anim*").c_str());
+    EXPECT_TRUE(m_editor->hasUnsavedEdits());
+    EXPECT_EQ(button("undo")->getTooltip(), "Undo Import glTF animation (Ctrl+Z)");
+    ASSERT_TRUE(m_editor->undo()); // an import is one step
+    EXPECT_EQ(engine()->getNumParameters(), count);
+    EXPECT_FALSE(m_editor->hasUnsavedEdits());
+    ASSERT_TRUE(m_editor->redo());
+    ASSERT_TRUE(TrackEditorGltf::importFile(m_editor, glb.c_str(), true));
+    ASSERT_EQ(engine()->getNumParameters(), 3);
+    EXPECT_EQ(engine()->getParameter(1)->getTypeName(), jString("Node.rotation"));
+    EXPECT_EQ(AppData::get()->getPath(), jString(samplePath("demo.anim").c_str()));
+    EXPECT_FALSE(TrackEditorGltf::importFile(m_editor, samplePath("demo.anim").c_str(), true));
+    expectLogged(samplePath("demo.anim") + ": not a readable glTF file");
+    EXPECT_EQ(engine()->getNumParameters(), 3);
 }
 
 // Every edit is one step of the history, a drag over many moves included: undoing every step gives

@@ -22,9 +22,10 @@ if ! command -v "$compiler" >/dev/null 2>&1; then
 fi
 
 # A cross compiler does not search the build machine's /usr/include (its headers are for another
-# processor), so the one header-only library the engine uses is handed to it alone.
+# processor), so the header-only libraries the engine uses are handed to it alone.
 mkdir -p "$work/include"
 ln -sfn /usr/include/rapidjson "$work/include/rapidjson"
+ln -sfn /usr/include/tiny_gltf.h "$work/include/tiny_gltf.h"
 
 count=0
 failed=0

@@ -247,7 +247,9 @@ TEST_F(KuvoAnimTest, UsageErrorsExitWithTwoAndExplainHelpExitsWithZero)
                                       "eval " + path,
                                       "eval " + path + " --times 0,x",
                                       "eval " + path + " --from 1 --to 0 --step 1",
-                                      "eval " + path + " --times 1 --from 0 --to 1 --step 1"};
+                                      "eval " + path + " --times 1 --from 0 --to 1 --step 1",
+                                      "import-gltf a.gltf",
+                                      "export-gltf " + path + " out.gltf"};
     for (const std::string& args : wrong) {
         Result r = run(args);
         EXPECT_EQ(r.status, 2) << args;
@@ -264,6 +266,29 @@ TEST_F(KuvoAnimTest, UsageErrorsExitWithTwoAndExplainHelpExitsWithZero)
     missing = run("eval " + path + " --times 0 --world " + dir.file("missing.world"));
     EXPECT_EQ(missing.status, 1);
     EXPECT_EQ(missing.err, dir.file("missing.world") + ": cannot open: No such file or directory\n");
+}
+
+TEST_F(KuvoAnimTest, GltfExportAndImportCarryTheSceneNodesAnimation)
+{
+    std::string world = std::string(KUVO_DATA_DIR) + "/samples/demo.world";
+    std::string demo = std::string(KUVO_DATA_DIR) + "/samples/demo.anim";
+    Result out = run("export-gltf " + demo + " " + dir.file("demo.glb") + " --world " + world);
+    EXPECT_EQ(out.status, 0) << out.err;
+    EXPECT_NE(out.err.find("warning: " + demo + ": parameter \"Sun colour\" (Light.color) is not exported"),
+              std::string::npos);
+    Result in = run("import-gltf " + dir.file("demo.glb") + " " + dir.file("back.anim") + " --animation demo --world " + world);
+    EXPECT_EQ(in.status, 0) << in.err;
+    // Bound to the scene's nodes of the glTF nodes' names; the scale's keys came through as they were.
+    std::string info = run("info " + dir.file("back.anim")).out;
+    for (const char* line : {"parameters: 3\n", "Node.position \"Crate translation\", node 20 \"Crate\"",
+                             "Node.rotation \"Pillar rotation\", node 2 \"Pillar\"",
+                             "Node.scale \"Pond scale\", node 3 \"Pond\", 9 keys"})
+        EXPECT_NE(info.find(line), std::string::npos) << line << info;
+    // A file that is not glTF: the error names it, and nothing is written.
+    Result bad = run("import-gltf " + demo + " " + dir.file("bad.anim"));
+    EXPECT_EQ(bad.status, 1);
+    EXPECT_EQ(bad.err.rfind(demo + ": not a readable glTF file", 0), 0u) << bad.err;
+    EXPECT_EQ(readFileText(dir.file("bad.anim")), "<missing>");
 }
 
 } // namespace

@@ -26,10 +26,23 @@ public:
     // Reads a .world file into world. Returns its problem as "FILE: reason" or
     // "FILE:LINE:COLUMN: reason"; empty when the scene was loaded.
     static std::vector<std::string> loadWorld(const std::string& path, World& world);
+    // An option that takes a value ("--world SCENE") and where its value goes.
+    struct Option {
+        const char* name;
+        std::string* value;
+    };
+    // Sorts args into the values of options and two files, in and out (as the glTF verbs take them);
+    // returns why they are not usable (shape when there are not two files), or "" when they are.
+    static std::string splitFiles(const std::vector<std::string>& args, const std::vector<Option>& options,
+                                  std::string& in, std::string& out, const std::string& shape);
+    // Prints each problem line to stderr. Returns whether there was none.
+    static bool report(const std::vector<std::string>& problems);
 
     // The verbs; args are the arguments after the verb. Each returns the exit code.
     static int info(const std::vector<std::string>& args);
     static int validate(const std::vector<std::string>& args);
     static int fmt(const std::vector<std::string>& args);
     static int eval(const std::vector<std::string>& args);
+    static int importGltf(const std::vector<std::string>& args);
+    static int exportGltf(const std::vector<std::string>& args);
 };

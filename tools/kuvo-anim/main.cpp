@@ -19,6 +19,10 @@ int runVerb(const std::string& verb, const std::vector<std::string>& args)
         return AnimCommand::fmt(args);
     if (verb == "eval")
         return AnimCommand::eval(args);
+    if (verb == "import-gltf")
+        return AnimCommand::importGltf(args);
+    if (verb == "export-gltf")
+        return AnimCommand::exportGltf(args);
     if (verb == "-h" || verb == "--help" || verb == "help")
         return AnimCommand::help();
     return AnimCommand::usage("unknown verb \"" + verb + "\"");

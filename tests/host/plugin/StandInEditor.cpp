@@ -132,10 +132,22 @@ bool save_track_as(UIElement* editor, const char* path)
 void clear_track(UIElement* editor) { static_cast<StandInEditor*>(editor)->cb_clear(nullptr, nullptr); }
 void set_file_listener(UIElement*, TrackFileListener, void*) {}
 void set_progress_listener(UIElement*, TrackProgressListener, void*) {}
+// The stand-in has no tracks to import into or export: both commands fail as a bad file does.
+bool import_gltf(UIElement*, const char* path, bool)
+{
+    jLog::error("%s:%s: the stand-in imports nothing", "StandInEditor::importGltf", path);
+    return false;
+}
+bool export_gltf(UIElement*, const char* path)
+{
+    jLog::error("%s:%s: the stand-in exports nothing", "StandInEditor::exportGltf", path);
+    return false;
+}
 
 const TrackEditorPluginApi k_api = {STAND_IN_VERSION, create, set_world, update, load_track, set_play, get_title,
                                     find_view, destroy, load_track_as, has_unsaved_edits, get_path, save_track_as,
-                                    save_copy, clear_track, set_file_listener, set_progress_listener};
+                                    save_copy, clear_track, set_file_listener, set_progress_listener, import_gltf,
+                                    export_gltf};
 
 } // namespace
 
