@@ -116,6 +116,12 @@ int UndoStack::index() const
     return m_impl->stack.index();
 }
 
+void UndoStack::setLimit(int steps)
+{
+    if (m_impl->stack.count() == 0)
+        m_impl->stack.setUndoLimit(steps);
+}
+
 void UndoStack::clear()
 {
     m_impl->stack.clear();

@@ -31,6 +31,9 @@ public:
     // The number of steps, done and undone, and how many of them are done.
     int count() const;
     int index() const;
+    // Keeps at most steps done steps, freeing the oldest beyond them (0: no limit); it takes effect
+    // only while the history is empty.
+    void setLimit(int steps);
     // Frees every step; the empty history is clean.
     void clear();
     // Marks the current state as the one on disk.

@@ -4,7 +4,8 @@
 
 #include "data/AppData.h"
 
-FDocumentEdit::FDocumentEdit(const jString& name, std::string before, std::string after)
+FDocumentEdit::FDocumentEdit(const jString& name, std::shared_ptr<const std::string> before,
+                             std::shared_ptr<const std::string> after)
     : m_name(name), m_before(std::move(before)), m_after(std::move(after))
 {
 }
@@ -13,10 +14,10 @@ void FDocumentEdit::undo()
 {
     // The bytes were written by the engine from a document it had loaded: they load again, and a
     // failure is logged by the engine with the reason.
-    AppData::get()->restore(m_before);
+    AppData::get()->restore(*m_before);
 }
 
 void FDocumentEdit::redo()
 {
-    AppData::get()->restore(m_after);
+    AppData::get()->restore(*m_after);
 }

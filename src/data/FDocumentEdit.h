@@ -1,5 +1,6 @@
 #pragma once
 
+#include <memory>
 #include <string>
 
 #include "editor/UndoCommand.h"
@@ -10,8 +11,10 @@
 // track options all take this form: whatever the action changed, the saved file says it.
 class FDocumentEdit : public UndoCommand {
 public:
-    // Records an action named name that turned the document from before into after.
-    FDocumentEdit(const jString& name, std::string before, std::string after);
+    // Records an action named name that turned the document from before into after. Consecutive
+    // steps share the state between them.
+    FDocumentEdit(const jString& name, std::shared_ptr<const std::string> before,
+                  std::shared_ptr<const std::string> after);
 
     void undo() override;
     void redo() override;
@@ -19,6 +22,6 @@ public:
 
 private:
     jString m_name;
-    std::string m_before;
-    std::string m_after;
+    std::shared_ptr<const std::string> m_before;
+    std::shared_ptr<const std::string> m_after;
 };

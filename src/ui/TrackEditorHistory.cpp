@@ -5,6 +5,7 @@
 // title's modified mark follows the history's clean state.
 #include "ui/TrackEditor.h"
 
+#include <memory>
 #include <utility>
 
 #include "TrackEditorMsg.h"
@@ -86,13 +87,12 @@ void TrackEditor::commit_edit()
     if (!m_edit_pending)
         return;
     m_edit_pending = false;
-    std::string now;
-    if (!AppData::get()->snapshot(now) || now == m_state)
+    auto now = std::make_shared<std::string>();
+    if (!AppData::get()->snapshot(*now) || *now == *m_state)
         return; // a change message that changed nothing the file keeps is no step
-    std::string before = std::move(m_state);
-    m_state = now;
     history().push(jNew<FDocumentEdit>("src/ui/TrackEditor", __LINE__, "TrackEditor::commit_edit",
-                                       jString(tr(m_edit_name)), std::move(before), std::move(now)));
+                                       jString(tr(m_edit_name)), m_state, now));
+    m_state = std::move(now);
 }
 
 void TrackEditor::begin_edit(const char* name)
@@ -122,7 +122,7 @@ bool TrackEditor::step_history(bool (UndoStack::*step)())
     m_restoring = true;
     (history().*step)();
     m_restoring = false;
-    AppData::get()->snapshot(m_state); // a failure was logged; the next edit then records from empty
+    take_state();
     show_restored();
     return true;
 }
@@ -134,7 +134,7 @@ bool TrackEditor::replaceDocument(const std::string& bytes, const char* step)
     m_restoring = true;
     const bool replaced = AppData::get()->restore(bytes);
     if (!replaced)
-        AppData::get()->restore(m_state); // the bytes of the last step load: they were written so
+        AppData::get()->restore(*m_state); // the bytes of the last step load: they were written so
     m_restoring = false;
     if (replaced) {
         begin_edit(step);
@@ -166,12 +166,18 @@ void TrackEditor::reset_history(bool onDisk)
 {
     m_edit_pending = false;
     history().clear();
-    m_state.clear();
-    AppData::get()->snapshot(m_state); // a failure was logged; the first edit then records from empty
+    take_state();
     m_clean_on_disk = onDisk;
     if (!onDisk)
         history().resetClean();
     on_history_changed();
+}
+
+void TrackEditor::take_state()
+{
+    auto state = std::make_shared<std::string>();
+    AppData::get()->snapshot(*state); // a failure was logged; the next edit then records from empty
+    m_state = std::move(state);
 }
 
 void TrackEditor::mark_saved()
