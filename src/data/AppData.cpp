@@ -11,8 +11,6 @@
 namespace {
 
 constexpr float NEW_TRACK_LENGTH = 10.0f;
-// Each step keeps the whole document's text: the oldest go first on a long session.
-constexpr int HISTORY_STEPS = 200;
 
 // The row colours, taken in order as parameters are added.
 constexpr float PALETTE[AppData::ROW_COLORS][3] = {
@@ -33,7 +31,6 @@ AppData* AppData::get()
 AppData::AppData()
     : m_track(jNew<FTrack>("src/data/AppData", __LINE__, "AppData::AppData"))
 {
-    m_history.setLimit(HISTORY_STEPS);
     reset();
 }
 

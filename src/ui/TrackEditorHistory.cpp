@@ -5,6 +5,7 @@
 // title's modified mark follows the history's clean state.
 #include "ui/TrackEditor.h"
 
+#include <algorithm>
 #include <memory>
 #include <utility>
 
@@ -51,6 +52,12 @@ const char* stepName(int message)
             return step.key;
     return "step_edit";
 }
+
+// Each step keeps the document's whole text: the history keeps as many steps as fit in about a
+// gigabyte, within these bounds, and drops the oldest beyond them.
+constexpr size_t HISTORY_BYTES = size_t(1) << 30;
+constexpr size_t MOST_STEPS = 200;
+constexpr size_t FEWEST_STEPS = 10;
 
 UndoStack& history()
 {
@@ -167,6 +174,8 @@ void TrackEditor::reset_history(bool onDisk)
     m_edit_pending = false;
     history().clear();
     take_state();
+    const size_t fit = HISTORY_BYTES / (m_state->size() + 1);
+    history().setLimit(int(std::clamp(fit, FEWEST_STEPS, MOST_STEPS)));
     m_clean_on_disk = onDisk;
     if (!onDisk)
         history().resetClean();
