@@ -36,6 +36,7 @@ AppData::AppData()
 
 void AppData::release()
 {
+    m_history.clear(); // its steps hold allocations the host checks right after unloading the module
     m_path = jString(); // the file's path and name are allocated too: the host checks for leaks
     m_name = jString(); // right after unloading the module
     if (!m_track)
@@ -86,6 +87,7 @@ void AppData::setSnapping(bool snapping)
 
 void AppData::reset()
 {
+    m_history.clear();
     m_track->clear();
     Track* track = m_track->getEngineTrack();
     track->reset();
@@ -154,6 +156,30 @@ bool AppData::saveTrack(const jString& path)
 bool AppData::saveCopy(const jString& path) const
 {
     return m_track->getEngineTrack()->saveFile(path.c_str());
+}
+
+bool AppData::snapshot(std::string& bytes) const
+{
+    Package root;
+    std::string error;
+    if (m_track->getEngineTrack()->save(&root) && mjl::write(&root, bytes, &error))
+        return true;
+    jLog::error("%s:%s", "AppData::snapshot", error.c_str());
+    return false;
+}
+
+bool AppData::restore(const std::string& bytes)
+{
+    World* world = m_track->getEngineTrack()->getWorld();
+    mjl reader;
+    if (!reader.parse(bytes.data(), bytes.size(), m_path.c_str()) || !m_track->load(reader.getRoot(), world))
+        return false;
+    const Track* track = m_track->getEngineTrack();
+    const float lo = track->getBeginTime(), hi = track->getEndTime();
+    m_begin = m_begin < lo ? lo : (m_begin < hi ? m_begin : hi);
+    m_end = m_end < lo ? lo : (m_end < hi ? m_end : hi);
+    setTime(m_time);
+    return true;
 }
 
 bool AppData::isEmpty() const

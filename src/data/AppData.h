@@ -1,6 +1,9 @@
 #pragma once
 
+#include <string>
+
 #include "data/TrackLoadProgress.h"
+#include "editor/UndoStack.h"
 #include "kit/jMath.h"
 #include "kit/jString.h"
 
@@ -32,7 +35,8 @@ public:
     // Replaces the document pointer without releasing the old one; the caller owns the exchange.
     virtual void setTrack(FTrack* track) { m_track = track; }
 
-    // Empties the document, spans 0 to 10 s with the cursor at the start, and forgets the file.
+    // Empties the document and its history, spans 0 to 10 s with the cursor at the start, and
+    // forgets the file.
     void reset();
     // Moves the cursor: below the begin gives the begin, otherwise the smaller of t and the end.
     void setTime(float t);
@@ -71,6 +75,16 @@ public:
     static vec4 RowColor(int i);
     static constexpr int ROW_COLORS = 14;
 
+    // The document's edit history; loading or clearing a track empties it.
+    UndoStack& getHistory() { return m_history; }
+    // Writes the document as its saved file would read into bytes. Returns false (the reason logged)
+    // when the engine cannot write it.
+    bool snapshot(std::string& bytes) const;
+    // Replaces the document's track with one written by snapshot, bound to the track's world,
+    // keeping the file's path and name, the play range (clamped into the track's limits) and the
+    // current time. Returns false (logged) when the bytes are no track; the document is then empty.
+    bool restore(const std::string& bytes);
+
     // How far the open of a track file has come, for the host to show.
     TrackLoadProgress& getLoadProgress() { return m_progress; }
 
@@ -89,4 +103,5 @@ private:
     float m_time = 0.0f;
     FTrack* m_track = nullptr;
     TrackLoadProgress m_progress;
+    UndoStack m_history;
 };

@@ -9,6 +9,7 @@
 #include "editor/ButtonLookup.h"
 #include "editor/ToolBar.h"
 #include "editor/ToolButton.h"
+#include "kit/KeyState.h"
 #include "data/FParameterSingle.h"
 #include "kit/jTString.h"
 #include "msg/MsgMngr.h"
@@ -43,8 +44,8 @@ TrackEditor::TrackEditor(UIRoot* root)
     init_bottom();
     show_document();
     attach();
-    m_modified = false;
-    update_window_name();
+    AppData::get()->getHistory().setListener(bind(&TrackEditor::on_history_changed, this));
+    reset_history(true);
     s_instance = this;
 }
 
@@ -81,15 +82,12 @@ void TrackEditor::update_window_name()
     setTitle(title.c_str());
 }
 
-void TrackEditor::set_window_modified(bool modified)
-{
-    m_modified = modified;
-    m_unsaved = m_unsaved || modified;
-    update_window_name();
-}
-
 void TrackEditor::update(float dt)
 {
+    // A release outside the window never reached onMouseUp: the gesture ended all the same.
+    m_gesture = m_gesture && GetKeyState(VK_LBUTTON) < 0;
+    if (!m_gesture)
+        commit_edit();
     if (m_playing)
         advance_time(dt);
     update_node_panel();
@@ -168,8 +166,7 @@ void TrackEditor::clear()
         data->setTime(data->getBeginTime());
     clear_selected();
     data->reset();
-    set_window_modified(false);
-    m_unsaved = false;
+    reset_history(true);
     MsgMngr::get()->notifyHelper(TRACK_MSG_CLEARED);
 }
 
@@ -181,7 +178,7 @@ bool TrackEditor::loadAs(const jString& path, const jString& document, bool edit
     MsgMngr::get()->notifyHelper(TRACK_MSG_LOADED);
     MsgMngr::get()->notifyHelper(TRACK_MSG_TIME_CHANGED);
     if (edited)
-        set_window_modified(true);
+        reset_history(false);
     return true;
 }
 
@@ -189,7 +186,7 @@ bool TrackEditor::saveAs(const jString& path)
 {
     if (!AppData::get()->saveTrack(path))
         return false;
-    m_unsaved = false;
+    m_clean_on_disk = true;
     MsgMngr::get()->notifyHelper(TRACK_MSG_SAVED);
     return true;
 }
@@ -220,6 +217,8 @@ ToolButton* TrackEditor::findButton(const char* name) const
 
 void TrackEditor::release()
 {
+    AppData::get()->getHistory().setListener(Function<void()>());
+    m_btn_undo = m_btn_redo = nullptr;
     if (m_settings) {
         m_settings->close();
         m_settings->release();

@@ -1,5 +1,8 @@
 #pragma once
 
+#include <memory>
+#include <string>
+
 #include "TrackEditorPlugin.h"
 #include "anim/TrackTypes.h"
 #include "kit/jString.h"
@@ -30,6 +33,7 @@ class UITrackLinePanel;
 class UITrackRow;
 class UITrackRowPanel;
 class UIWidget;
+class UndoStack;
 class World;
 
 // The Track Editor window the host creates, drives every frame and feeds host messages. It owns its
@@ -77,7 +81,16 @@ public:
     // (logged) when the file cannot be opened or the engine refuses it.
     bool loadAs(const jString& path, const jString& document, bool edited);
     // True when the document holds edits that no save has written.
-    bool hasUnsavedEdits() const { return m_unsaved; }
+    bool hasUnsavedEdits() const;
+    // Undoes the newest step of the document's history (Ctrl+Z), or redoes the oldest undone one
+    // (Ctrl+Shift+Z, Ctrl+Y); an edit still in progress is recorded first. The views show the
+    // restored document with no key selected. Returns false (nothing done) when there is no step.
+    bool undo();
+    bool redo();
+    // Makes the document the track written in bytes (a saved track file's text) as one step of the
+    // history named by the translation key step, keeping the file's path, the shown range and the
+    // time. Returns false (logged) when bytes are no track; the document then stays as it was.
+    bool replaceDocument(const std::string& bytes, const char* step);
     // Saves the document to path, which becomes its file, and posts 209. Returns false (logged)
     // and posts nothing when it cannot be written.
     bool saveAs(const jString& path);
@@ -105,7 +118,33 @@ private:
 
     bool is_window_modified() const { return m_modified; }
     void update_window_name();
-    void set_window_modified(bool modified);
+
+    // The document's history (TrackEditorHistory.cpp). A change message notes that a step is due;
+    // it is recorded at once, or at the end of the pointer gesture that is under way.
+    void note_edit(int message);
+    void commit_edit();
+    bool step_history(bool (UndoStack::*step)());
+    void show_restored();
+    // Records the document's bytes as the start of the next step.
+    void take_state();
+    // Empties the history after a load or a clear; onDisk false when the document is not its file's.
+    void reset_history(bool onDisk);
+    // The document was saved, or a save failed (m_clean_on_disk tells); either way the title loses
+    // its mark.
+    void mark_saved();
+    void on_history_changed();
+    void cb_undo(const UIEventMouse* e, UIElement* sender);
+    void cb_redo(const UIEventMouse* e, UIElement* sender);
+    // Starts a step of the history with a name of its own; the next record ends it.
+    void begin_edit(const char* name);
+
+    // The key clipboard (TrackEditorClipboard.cpp). Copy returns false when no key is selected;
+    // paste returns false (logged) when the text holds no keys or no row takes them.
+    bool copy_keys();
+    void cut_keys();
+    bool paste_keys(const std::string& text, const char* step);
+    void paste_clipboard();
+    void duplicate_keys();
     void advance_time(float dt);
     void refresh_fields();
 
@@ -120,6 +159,8 @@ private:
 
     void on_track_limits_changed();
     void on_track_loaded();
+    // Shows the document track's loop and snap switches on their buttons.
+    void show_track_switches();
     void on_keys_changed();
     void on_range_changed();
     void refresh_settings();
@@ -255,8 +296,18 @@ private:
     jVector<UIFloat*> m_fields;
     jVector<UITimeField*> m_time_fields;
     bool m_modified = false;
-    // Unlike the title's mark, cleared only by a save that wrote the file, a load or a clear.
-    bool m_unsaved = false;
+    // Whether the history's clean state is what the document's file holds: false after a failed
+    // save, which still clears the title's mark, and for a document restored from a recovery copy.
+    bool m_clean_on_disk = true;
+    // The document's saved bytes at the newest recorded step, the start of the next one.
+    std::shared_ptr<const std::string> m_state;
+    bool m_edit_pending = false;
+    const char* m_edit_name = "";
+    // The left button is held: edits wait for its release to become one step.
+    bool m_gesture = false;
+    bool m_restoring = false;
+    ToolButton* m_btn_undo = nullptr;
+    ToolButton* m_btn_redo = nullptr;
     TrackFileListener m_file_listener = nullptr;
     void* m_file_listener_context = nullptr;
     bool m_playing = false;

@@ -116,9 +116,8 @@ void TrackEditor::cb_save_track(const UIEventMouse*, UIElement*)
 // save is told to the file listener (the host shows it) and the edits stay unsaved.
 void TrackEditor::save_to(const jString& path)
 {
-    if (AppData::get()->saveTrack(path))
-        m_unsaved = false;
-    else
+    m_clean_on_disk = AppData::get()->saveTrack(path);
+    if (!m_clean_on_disk)
         tell(TRACK_FILE_SAVE_FAILED, path.c_str());
     MsgMngr::get()->notifyHelper(TRACK_MSG_SAVED);
 }

@@ -155,12 +155,13 @@ void TrackEditor::cb_make_key(const UIEventMouse*, UIElement*)
     jVector<FKey*> made;
     const jSet<FParameterSingle*> selected = AppData::get()->getTrack()->getSelectedParameters();
     for (FParameterSingle* parameter : selected) {
-        if (FKey* key = makeLiveKey(parameter, t)) {
+        FKey* key = makeLiveKey(parameter, t);
+        parameter->sortKeys();
+        parameter->applyKeys();
+        if (key) { // announced once the engine plays it, so the step it records holds the key
             made.append(key);
             MsgMngr::get()->notifyHelperPtr(TRACK_MSG_KEY_MADE, key);
         }
-        parameter->sortKeys();
-        parameter->applyKeys();
     }
     if (made.size() < 2)
         return;
@@ -231,7 +232,7 @@ void TrackEditor::delete_key()
 }
 
 // A string key met in the walk stops the command where it stands and posts nothing, on purpose; the
-// keys changed before it still reach the engine.
+// keys changed before it still reach the engine and the history.
 void TrackEditor::setSelectedKeysType(TRACK_KEY_TYPE kind)
 {
     jVector<FParameterSingle*> changed;
@@ -252,7 +253,11 @@ void TrackEditor::setSelectedKeysType(TRACK_KEY_TYPE kind)
     }
     for (FParameterSingle* parameter : changed)
         parameter->applyKeys();
-    if (!stopped && !changed.empty())
+    if (changed.empty())
+        return;
+    if (stopped)
+        note_edit(TRACK_MSG_KEYS_CHANGED); // unannounced, but what reached the engine is a step
+    else
         MsgMngr::get()->notifyHelper(TRACK_MSG_KEYS_CHANGED);
 }
 

@@ -141,6 +141,11 @@ void TrackEditor::init_top_left()
                                 TOOLBAR_FONT_SIZE);
     m_track_bar->addButton(icon("new_track").c_str(), bind(&TrackEditor::cb_new_track, this));
     m_track_bar->addButton(icon("del_track").c_str(), bind(&TrackEditor::cb_del_track, this));
+    m_track_bar->addSpacer();
+    m_btn_undo = m_track_bar->addTextButton(tr("undo"), bind(&TrackEditor::cb_undo, this));
+    m_btn_undo->setShortcut('Z', true, false, false);
+    m_btn_redo = m_track_bar->addTextButton(tr("redo"), bind(&TrackEditor::cb_redo, this));
+    m_btn_redo->setShortcut('Z', true, true, false);
     m_track_bar->setFixHeight(TOOLBAR_HEIGHT);
     m_left->addChild(m_track_bar, UI_EXPAND_ACROSS, -1);
 

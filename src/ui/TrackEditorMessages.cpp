@@ -69,12 +69,13 @@ void TrackEditor::processMsg(UiMsg* msg)
     case TRACK_MSG_BINDING_CHANGED:
     case TRACK_MSG_PARAMETER_CHANGED:
         m_node_panel_stale = true;
-        set_window_modified(true);
+        note_edit(msg->getID());
         break;
     case TRACK_MSG_KEYS_CHANGED:
     case TRACK_MSG_KEYS_MOVED:
     case TRACK_MSG_KEYS_DELETED:
         on_keys_changed();
+        note_edit(msg->getID());
         break;
     case TRACK_MSG_LIMITS_CHANGED:
         on_track_limits_changed();
@@ -97,7 +98,7 @@ void TrackEditor::processMsg(UiMsg* msg)
         on_selection_changed(msg->getID());
         break;
     case TRACK_MSG_SAVED:
-        set_window_modified(false);
+        mark_saved();
         break;
     case TRACK_MSG_LOADED:
         m_node_panel_stale = true;
@@ -128,7 +129,7 @@ void TrackEditor::on_track_limits_changed()
     m_lines->setDirty();
     m_curves->refit();
     MsgMngr::get()->notifyHelper(TRACK_MSG_RANGE_CHANGED);
-    set_window_modified(true);
+    note_edit(TRACK_MSG_LIMITS_CHANGED);
 }
 
 void TrackEditor::on_track_loaded()
@@ -144,11 +145,16 @@ void TrackEditor::on_track_loaded()
     }
     m_lines->setDirty();
     m_curves->refit();
+    show_track_switches();
+    reset_history(true);
+}
+
+void TrackEditor::show_track_switches()
+{
+    const Track* track = AppData::get()->getTrack()->getEngineTrack();
     m_btn_loop->setChecked(track && track->isLoop());
     m_btn_snap->setChecked(track && track->isSnapping());
     m_play_bar->updateButtons();
-    set_window_modified(false);
-    m_unsaved = false;
 }
 
 // An open settings window shows the document's times: a load or a clear replaced them.
@@ -188,7 +194,6 @@ void TrackEditor::on_keys_changed()
     }
     m_lines->setDirty();
     m_curves->setDirty();
-    set_window_modified(true);
 }
 
 void TrackEditor::on_key_made(UiMsg* msg)
@@ -211,7 +216,7 @@ void TrackEditor::on_key_made(UiMsg* msg)
         AppData::get()->getTrack()->setSelectedParameters(lists.lineParameters());
         key->getParameter()->sortKeys();
     }
-    set_window_modified(true);
+    note_edit(TRACK_MSG_KEY_MADE);
 }
 
 void TrackEditor::on_selection_lists()

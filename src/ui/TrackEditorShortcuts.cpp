@@ -1,6 +1,8 @@
 // The keys and pointer gestures animators reach for without looking: Space plays and stops, Home
 // and End go to the play range's ends, Left and Right step the play head a frame, Alt with them
 // nudges the selected keys, Ctrl+A selects every key of the shown rows, Escape drops the selection;
+// Ctrl+Y redoes as Ctrl+Shift+Z does; Ctrl+C, Ctrl+X, Ctrl+V and Ctrl+D copy, cut, paste and
+// duplicate keys (TrackEditorClipboard.cpp);
 // Ctrl+wheel zooms the shown range about the pointer over the key lines and time bars, Shift+wheel
 // and a middle drag pan it, Shift+Home shows the whole track and F frames the selected keys. Zoom
 // and pan move the range marks, so the key lines keep their mapping of the range.
@@ -85,6 +87,16 @@ bool TrackEditor::on_shortcut(const UIEventKey* e)
             step_time(direction);
     } else if (e->key == 'A' && e->isCtrl()) {
         select_all_keys();
+    } else if (e->key == 'Y' && e->modifiers == UI_MOD_CTRL) {
+        redo();
+    } else if (e->key == 'C' && e->modifiers == UI_MOD_CTRL) {
+        copy_keys();
+    } else if (e->key == 'X' && e->modifiers == UI_MOD_CTRL) {
+        cut_keys();
+    } else if (e->key == 'V' && e->modifiers == UI_MOD_CTRL) {
+        paste_clipboard();
+    } else if (e->key == 'D' && e->modifiers == UI_MOD_CTRL) {
+        duplicate_keys();
     } else if (e->key == 'F' && plain) {
         frame_selected_keys();
     } else if (e->key == UI_KEY_ESCAPE && plain) {
@@ -204,6 +216,7 @@ bool TrackEditor::onMouseWheel(const UIEventMouse* e)
 
 bool TrackEditor::onMouseDown(const UIEventMouse* e)
 {
+    m_gesture = m_gesture || e->button == UI_MOUSE_LEFT;
     if (e->button == UI_MOUSE_MIDDLE && !AppData::get()->isEmpty() && m_lines->getCanvas()->isHit(e->x, e->y)) {
         m_pan_x = e->x;
         m_panning = true;
@@ -233,5 +246,10 @@ bool TrackEditor::onMouseUp(const UIEventMouse* e)
 {
     if (e->button == UI_MOUSE_MIDDLE)
         m_panning = false;
-    return UIWindow::onMouseUp(e);
+    const bool handled = UIWindow::onMouseUp(e);
+    if (e->button == UI_MOUSE_LEFT) {
+        m_gesture = false;
+        commit_edit(); // the whole drag is one step
+    }
+    return handled;
 }

@@ -2,6 +2,8 @@
 #include "ui/TrackEditor.h"
 
 #include <cmath>
+#include <cstdlib>
+#include <random>
 
 #include "ModuleFixture.h"
 #include "TrackEditorGltf.h"
@@ -13,6 +15,7 @@
 #include "data/FParameterSingle.h"
 #include "data/FParameterFloat.h"
 #include "editor/ButtonLookup.h"
+#include "editor/Clipboard.h"
 #include "editor/Locale.h"
 #include "editor/ToolButton.h"
 #include "kit/KeyState.h"
@@ -42,6 +45,13 @@
 namespace {
 
 constexpr float FRAME = 1.0f / 60.0f;
+
+// A whole number from the environment, or fallback when the variable is not set.
+unsigned envNumber(const char* name, unsigned fallback)
+{
+    const char* text = std::getenv(name);
+    return text ? unsigned(std::strtoul(text, nullptr, 10)) : fallback;
+}
 
 } // namespace
 
@@ -188,6 +198,60 @@ protected:
         return true;
     }
     UITimeBar* bar() const { return static_cast<UITimeBar*>(m_editor->findView("timebar")->getParent()); }
+    // One edit a user could make, drawn from random: select a few keys (or a row), then make, delete,
+    // shape, nudge, type, cut, copy and paste or duplicate keys, switch the loop or the snap, or add
+    // or delete a parameter.
+    void randomEdit(std::mt19937& random)
+    {
+        auto pick = [&](size_t n) { return int(random() % (n ? n : 1)); };
+        doc()->clearMarks();
+        bool marked = false;
+        for (int i = 0; i < 3 && doc()->getNumSingleParameters() > 0; ++i)
+            if (FParameterSingle* p = single(pick(size_t(doc()->getNumSingleParameters()))); p->getNumKeys() > 0) {
+                FTrack::mark(p->getKey(pick(size_t(p->getNumKeys()))));
+                marked = true;
+            }
+        MsgMngr::get()->notifyHelper(TRACK_MSG_SELECTION_LISTS);
+        AppData::get()->setTime(engine()->getEndTime() * float(pick(100)) / 100.0f);
+        const char* const buttons[] = {"key_remove", "key_constant", "key_linear", "key_smooth",
+                                       "key_break",  "key_auto",     "time_loop",  "snap"};
+        switch (pick(8)) {
+        case 0:
+            if (rows()->getRows().empty())
+                break;
+            rows()->select(rows()->getRows()[pick(rows()->getRows().size())]);
+            MsgMngr::get()->notifyHelper(TRACK_MSG_ROW_SELECTION);
+            button("key")->click();
+            break;
+        case 1:
+            button(buttons[pick(std::size(buttons))])->click();
+            break;
+        case 2:
+            key(pick(2) ? UI_KEY_LEFT : UI_KEY_RIGHT, UI_MOD_ALT);
+            break;
+        case 3:
+            typeInto(pick(2), std::to_string(pick(60) / 10.0).c_str());
+            break;
+        case 6:
+            key(pick(2) ? 'D' : 'X', UI_MOD_CTRL);
+            break;
+        case 7:
+            if (marked && key('C', UI_MOD_CTRL))
+                key('V', UI_MOD_CTRL);
+            break;
+        case 4:
+            answer({"choose Render.exposure"});
+            button("new_track")->click();
+            break;
+        default:
+            if (rows()->getRows().empty())
+                break;
+            rows()->select(rows()->getRows()[pick(rows()->getRows().size())]);
+            MsgMngr::get()->notifyHelper(TRACK_MSG_ROW_SELECTION);
+            answer({"yes"});
+            button("del_track")->click();
+        }
+    }
     UITrackRowPanel* rows() const { return UITrackRowPanel::get(); }
     UITrackLinePanel* lines() const { return UITrackLinePanel::get(); }
 
@@ -199,7 +263,10 @@ protected:
 TEST_F(TrackEditorTest, TitleShowsTheDocumentAndItsModifiedMark)
 {
     EXPECT_EQ(title(), "Anim - New Track");
-    MsgMngr::get()->notifyHelper(TRACK_MSG_PARAMETER_NEW);
+    MsgMngr::get()->notifyHelper(TRACK_MSG_PARAMETER_NEW); // announced, but the file would not change
+    EXPECT_EQ(title(), "Anim - New Track");
+    engine()->setEndTime(4.0f);
+    MsgMngr::get()->notifyHelper(TRACK_MSG_LIMITS_CHANGED);
     EXPECT_EQ(title(), "Anim - New Track*");
     MsgMngr::get()->notifyHelper(TRACK_MSG_SAVED);
     EXPECT_EQ(title(), "Anim - New Track");
@@ -213,7 +280,7 @@ TEST_F(TrackEditorTest, TitleShowsTheDocumentAndItsModifiedMark)
     EXPECT_TRUE(button("time_loop")->isChecked()); // the demo loops
     std::string path = samplePath("demo.anim");
     EXPECT_EQ(title(), (path + " - Anim").c_str());
-    MsgMngr::get()->notifyHelper(TRACK_MSG_PARAMETER_CHANGED);
+    button("time_loop")->click();
     root()->getAutomation()->answerCancel();
     button("load")->click();
     EXPECT_FALSE(AppData::get()->isEmpty());
@@ -305,7 +372,7 @@ TEST_F(TrackEditorTest, ClearEmptiesTheDocumentAndTheViewsAndAnEmptyTrackCannotP
     key.key = UI_KEY_DELETE;
     m_editor->onKeyPress(&key);
     EXPECT_EQ(messages(), (std::vector<int>{TRACK_MSG_TIME_CHANGED, TRACK_MSG_KEYS_DELETED}));
-    EXPECT_EQ(title(), "Anim - New Track*");
+    EXPECT_EQ(title(), "Anim - New Track"); // nothing was deleted
 }
 
 // An open settings window follows the document: a load or a clear replaces the times it shows.
@@ -460,7 +527,8 @@ TEST_F(TrackEditorTest, SavingWritesChangesUnderTheFilesPathOrAChosenName)
     button("save")->click();
     EXPECT_EQ(readFileText(path), "sentinel");
     EXPECT_TRUE(messages().empty());
-    MsgMngr::get()->notifyHelper(TRACK_MSG_PARAMETER_CHANGED);
+    button("time_loop")->click();
+    button("time_loop")->click(); // two steps that end where the file is: still a change to save
     button("save")->click();
     EXPECT_EQ(readFileText(path), readFileText(samplePath("demo.anim")));
     EXPECT_EQ(title(), (path + " - Anim").c_str());
@@ -938,6 +1006,11 @@ TEST_F(TrackEditorTest, GltfImportAddsOrReplacesParametersAsAnEditOfTheDocument)
     EXPECT_EQ(doc()->getSingleParameters().size(), rows + 9); // a key line for each component
     EXPECT_EQ(title(), (samplePath("demo.anim") + " - Anim*").c_str());
     EXPECT_TRUE(m_editor->hasUnsavedEdits());
+    EXPECT_EQ(button("undo")->getTooltip(), "Undo Import glTF animation (Ctrl+Z)");
+    ASSERT_TRUE(m_editor->undo()); // an import is one step
+    EXPECT_EQ(engine()->getNumParameters(), count);
+    EXPECT_FALSE(m_editor->hasUnsavedEdits());
+    ASSERT_TRUE(m_editor->redo());
     ASSERT_TRUE(TrackEditorGltf::importFile(m_editor, glb.c_str(), true));
     ASSERT_EQ(engine()->getNumParameters(), 3);
     EXPECT_EQ(engine()->getParameter(1)->getTypeName(), jString("Node.rotation"));
@@ -945,4 +1018,140 @@ TEST_F(TrackEditorTest, GltfImportAddsOrReplacesParametersAsAnEditOfTheDocument)
     EXPECT_FALSE(TrackEditorGltf::importFile(m_editor, samplePath("demo.anim").c_str(), true));
     expectLogged(samplePath("demo.anim") + ": not a readable glTF file");
     EXPECT_EQ(engine()->getNumParameters(), 3);
+}
+
+// Every edit is one step of the history, a drag over many moves included: undoing every step gives
+// back the loaded file's bytes and takes the title's mark away, redoing them gives back the edited
+// bytes. The buttons name the step they would act on and are greyed out without one; a new edit
+// drops the undone steps.
+TEST_F(TrackEditorTest, UndoAndRedoWalkTheEditsOneUserActionAtATime)
+{
+    loadDemo();
+    frame();
+    const jString clean = title();
+    std::string loaded, edited, now;
+    ASSERT_TRUE(AppData::get()->snapshot(loaded));
+    EXPECT_FALSE(button("undo")->isEnabled());
+    AppData::get()->setTime(0.5f);
+    selectRow(11);
+    button("key")->click();
+    button("key_constant")->click();
+    typeInto(1, "2.5");
+    key(UI_KEY_DELETE);
+    UITrackCurvePanel* panel = UITrackCurvePanel::get();
+    UITrackCurveKey* second = single(12)->getCurve()->getKeys()[1];
+    const UITrackCurveMapping& map = panel->getMapping();
+    auto at = [&](int dx) {
+        return mouseAt(panel->getCanvas(), int(std::lround(map.xOfTime(second->getTime()))) + dx,
+                       int(std::lround(map.yOfValue(second->getValue()))));
+    };
+    const UIEventMouse press = at(0), move = at(10), release = at(30);
+    m_editor->onMouseDown(&press);
+    m_editor->onMouseMove(&move);
+    m_editor->onMouseMove(&release);
+    m_editor->onMouseUp(&release);
+    button("time_loop")->click();
+    EXPECT_EQ(button("undo")->getTooltip(), "Undo Change option (Ctrl+Z)");
+    EXPECT_EQ(title(), (std::string(clean.c_str()) + "*").c_str());
+    ASSERT_TRUE(AppData::get()->snapshot(edited));
+
+    int steps = key('Z', UI_MOD_CTRL) ? 1 : 0;
+    while (m_editor->undo())
+        ++steps;
+    EXPECT_EQ(steps, 6); // make, constant, value, delete, drag, loop
+    ASSERT_TRUE(AppData::get()->snapshot(now));
+    EXPECT_EQ(now, loaded);
+    EXPECT_EQ(title(), clean);
+    EXPECT_TRUE(button("time_loop")->isChecked());
+    EXPECT_FALSE(button("undo")->isEnabled());
+    EXPECT_EQ(button("redo")->getTooltip(), "Redo Make key (Ctrl+Shift+Z)");
+    key('Z', UI_MOD_CTRL | UI_MOD_SHIFT);
+    while (key('Y', UI_MOD_CTRL) && button("redo")->isEnabled()) {
+    }
+    ASSERT_TRUE(AppData::get()->snapshot(now));
+    EXPECT_EQ(now, edited);
+    EXPECT_FALSE(button("time_loop")->isChecked());
+
+    m_editor->undo();
+    button("time_loop")->click();
+    EXPECT_FALSE(button("redo")->isEnabled());
+}
+
+// From each sample, seeded random sequences of edits through the buttons and keys a user presses:
+// undoing everything gives back the loaded bytes, redoing everything the edited ones. The seed of a
+// failing sequence is printed; KUVO_UNDO_SEQUENCES and KUVO_UNDO_SEED set the count and first seed.
+TEST_F(TrackEditorTest, RandomEditSequencesUndoAndRedoToTheSameBytes)
+{
+    const unsigned sequences = envNumber("KUVO_UNDO_SEQUENCES", 100), first = envNumber("KUVO_UNDO_SEED", 1);
+    m_editor->setWorld(demoWorld());
+    for (const char* sample : {"demo.anim", "pulse.anim", "lamps.anim"}) {
+        const jString path(samplePath(sample).c_str());
+        ASSERT_TRUE(m_editor->loadAs(path, path, false));
+        std::string loaded, edited, now;
+        ASSERT_TRUE(AppData::get()->snapshot(loaded));
+        unsigned steps = 0;
+        for (unsigned seed = first; seed < first + sequences; ++seed) {
+            SCOPED_TRACE(std::string(sample) + " seed " + std::to_string(seed));
+            std::mt19937 random(seed);
+            for (int i = 0; i < 6; ++i)
+                randomEdit(random);
+            ASSERT_TRUE(AppData::get()->snapshot(edited));
+            while (m_editor->undo())
+                ++steps;
+            ASSERT_TRUE(AppData::get()->snapshot(now));
+            ASSERT_EQ(now, loaded);
+            EXPECT_EQ(title(), (path + " - Anim").c_str());
+            while (m_editor->redo()) {
+            }
+            ASSERT_TRUE(AppData::get()->snapshot(now));
+            ASSERT_EQ(now, edited);
+            while (m_editor->undo()) {
+            }
+        }
+        EXPECT_GT(steps, 3 * sequences) << sample; // most random edits change something
+    }
+}
+
+// Copied keys keep their spacing from the first one and paste at the current time onto the rows
+// they came from, selected, as one step; cut takes them away as one step; pasted into another
+// track they go to the selected rows of their kind, and without such a row nothing is pasted. The
+// clipboard holds their records as text.
+TEST_F(TrackEditorTest, KeysAreCopiedCutPastedAndDuplicatedAsOneStepEach)
+{
+    loadDemo();
+    FParameterSingle* intensity = single(11); // keys at 0, 0.4, 0.8, 1.2, 2 and 6 s
+    const int before = intensity->getNumKeys();
+    FTrack::mark(intensity->getKey(1));
+    FTrack::mark(intensity->getKey(2));
+    key('C', UI_MOD_CTRL);
+    const std::string text = Clipboard::getText().c_str();
+    EXPECT_NE(text.find("\"format\": \"kuvo-anim-keys\""), std::string::npos) << text;
+    EXPECT_NE(text.find("[0.0, 1.2, -0.1, 0.4, 0.1, 0.4, 3]"), std::string::npos) << text;
+    AppData::get()->setTime(3.0f);
+    key('V', UI_MOD_CTRL);
+    intensity = single(11);
+    ASSERT_EQ(intensity->getNumKeys(), before + 2);
+    EXPECT_FLOAT_EQ(intensity->getKey(5)->getTime(), 3.0f);
+    EXPECT_FLOAT_EQ(intensity->getKey(6)->getTime(), 3.4f);
+    EXPECT_EQ(lines()->getSelectedKeys().size(), 2);
+    EXPECT_EQ(button("undo")->getTooltip(), "Undo Paste keys (Ctrl+Z)");
+    key('X', UI_MOD_CTRL);
+    EXPECT_EQ(single(11)->getNumKeys(), before);
+    EXPECT_EQ(button("undo")->getTooltip(), "Undo Cut keys (Ctrl+Z)");
+    AppData::get()->setTime(5.0f);
+    key('D', UI_MOD_CTRL); // nothing is selected after the cut: nothing to duplicate
+    EXPECT_EQ(single(11)->getNumKeys(), before);
+    EXPECT_TRUE(m_editor->undo());
+    EXPECT_EQ(single(11)->getNumKeys(), before + 2);
+
+    const jString other(samplePath("pulse.anim").c_str());
+    ASSERT_TRUE(m_editor->loadAs(other, other, false));
+    key('V', UI_MOD_CTRL);
+    expectLogged("no row takes the copied keys");
+    EXPECT_EQ(title(), (other + " - Anim").c_str());
+    selectRow(0);
+    const int keys = single(0)->getNumKeys();
+    key('V', UI_MOD_CTRL);
+    EXPECT_EQ(single(0)->getNumKeys(), keys + 2);
+    EXPECT_EQ(title(), (other + " - Anim*").c_str());
 }
