@@ -12,6 +12,7 @@ public:
     static vec3 toWorld(const Node* node, const vec3& local);
     // Returns a direction given in the node's own axes turned by the node's rotation (not scaled).
     static vec3 direction(const Node* node, const vec3& local);
-    // Turns v by Euler angles in degrees: roll about z, then pitch about x, then yaw about y.
+    // Turns v by Euler angles in degrees as the engine does (mat4::rotateEuler): about x, then y,
+    // then z.
     static vec3 rotate(const vec3& v, const vec3& degrees);
 };

@@ -24,6 +24,9 @@ TEST_F(NodeFrameTest, YawTurnsForwardTowardsMinusX)
     // A negative pitch tilts the view down, as the sample's spot light and camera use it.
     expect_near(NodeFrame::rotate(vec3(0, 0, -1), vec3(-90, 0, 0)), vec3(0, -1, 0));
     expect_near(NodeFrame::rotate(vec3(1, 0, 0), vec3(0, 0, 90)), vec3(0, 1, 0));
+    // The engine's order, as glTF rotations are imported: X, then Y, then Z.
+    expect_near(NodeFrame::rotate(vec3(1, 0, 0), vec3(90, 0, 90)), vec3(0, 1, 0));
+    expect_near(NodeFrame::rotate(vec3(0, 0, -1), vec3(0, 90, 90)), vec3(0, -1, 0));
 }
 
 TEST_F(NodeFrameTest, CornersAreScaledTurnedAndPlaced)
