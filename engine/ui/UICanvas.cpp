@@ -56,8 +56,10 @@ bool equal(const QPointF& a, const QPointF& b) { return a.x() == b.x() && a.y() 
 // The area of the points first up to last (within the list), or an empty one.
 QRectF span(const std::vector<QPointF>& points, size_t first, size_t last)
 {
+    if (points.empty())
+        return QRectF();
     last = std::min(last, points.size() - 1);
-    if (first > last || points.empty())
+    if (first > last)
         return QRectF();
     double x0 = points[first].x(), x1 = x0, y0 = points[first].y(), y1 = y0;
     for (size_t i = first + 1; i <= last; ++i) {
@@ -88,13 +90,13 @@ QRectF changed_stretch(const std::vector<QPointF>& before, const std::vector<QPo
 
 } // namespace
 
-// The native surface: every paint request goes to the canvas's shapes.
 // A shape about to change, with the area it covered before.
 struct UICanvas::Change {
     UIShapeStore::Shape* shape;
     QRectF before;
 };
 
+// The native surface: every paint request goes to the canvas's shapes.
 class UICanvasWidget : public QWidget {
 public:
     explicit UICanvasWidget(UICanvas* owner) : m_owner(owner) { setFocusPolicy(Qt::ClickFocus); }
