@@ -284,9 +284,13 @@ void UIShapeStore::visit(const QRectF& area, F&& f)
 
 bool UIShapeStore::invalidate(const QRectF& area)
 {
-    if (area.isEmpty())
+    // Shapes may lie far off any screen (a flat curve's degenerate range): whole pixels near int's
+    // limits would overflow.
+    constexpr double REACH = 1 << 24;
+    const QRectF onScreen = area & QRectF(-REACH, -REACH, 2 * REACH, 2 * REACH);
+    if (onScreen.isEmpty())
         return false;
-    const QRect pixels = area.toAlignedRect().adjusted(-1, -1, 1, 1);
+    const QRect pixels = onScreen.toAlignedRect().adjusted(-1, -1, 1, 1);
     if (m_invalid.contains(pixels))
         return false;
     m_invalid |= pixels;
