@@ -5,10 +5,10 @@
 
 #include "TinyGltf.h"
 
-// Reads the numbers of a glTF accessor as the glTF 2.0 specification defines them: through its
-// buffer view's stride (tightly packed without one), floats as they are and normalised integers
-// mapped to [0, 1] or [-1, 1], with a sparse accessor's values put over the base data (zeros without
-// a buffer view). Every offset is checked against the buffer before a byte is read.
+// Reads the numbers of a glTF accessor as glTF 2.0 lays them out: through its buffer view's stride
+// (tightly packed without one), floats as they are and normalised integers mapped to [0, 1] or
+// [-1, 1], with a sparse accessor's values put over the base data (zeros without a buffer view).
+// Every offset is checked against the buffer before a byte is read.
 class GltfAccessor {
 public:
     // Reads accessor index of model into values (count * width numbers, element by element), width

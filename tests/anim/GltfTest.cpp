@@ -154,7 +154,7 @@ private:
     int m_count_views = 0, m_count_accessors = 0;
 };
 
-// The value at t of a sampler, written from the glTF 2.0 specification's Appendix C: STEP holds,
+// The value at t of a sampler, written from glTF 2.0's own interpolation formulas: STEP holds,
 // LINEAR interpolates (rotations by slerp), CUBICSPLINE is the Hermite spline (rotations
 // normalised); before the first key the first value, after the last the last.
 std::vector<double> reference(const Channel& c, double t)
@@ -310,7 +310,7 @@ TEST_F(GltfTest, ExportThenImportGivesTheSameKeys)
     }
 }
 
-TEST_F(GltfTest, ExportedFilesHoldTheBoundsTheSpecificationRequires)
+TEST_F(GltfTest, ExportedFilesHoldTheBoundsGltfRequires)
 {
     Track track;
     ASSERT_TRUE(track.loadFile(KUVO_DATA_DIR "/samples/demo.anim", nullptr));
