@@ -53,24 +53,6 @@ bool assign(const UIElement* canvas, UIShapeStore& store, int id, Kind kind, T U
 // Whether two points are the same to the bit (the toolkit's own comparison allows for rounding).
 bool equal(const QPointF& a, const QPointF& b) { return a.x() == b.x() && a.y() == b.y(); }
 
-// The area of the points first up to last (within the list), or an empty one.
-QRectF span(const std::vector<QPointF>& points, size_t first, size_t last)
-{
-    if (points.empty())
-        return QRectF();
-    last = std::min(last, points.size() - 1);
-    if (first > last)
-        return QRectF();
-    double x0 = points[first].x(), x1 = x0, y0 = points[first].y(), y1 = y0;
-    for (size_t i = first + 1; i <= last; ++i) {
-        x0 = std::min(x0, points[i].x());
-        x1 = std::max(x1, points[i].x());
-        y0 = std::min(y0, points[i].y());
-        y1 = std::max(y1, points[i].y());
-    }
-    return QRectF(QPointF(x0, y0), QPointF(x1, y1)).adjusted(-0.01, -0.01, 0.01, 0.01);
-}
-
 // The area where a trace through before and one through after differ: the stretch between the
 // points they share at the start and at the end, with the chords that join it to those.
 QRectF changed_stretch(const std::vector<QPointF>& before, const std::vector<QPointF>& after)
@@ -85,7 +67,8 @@ QRectF changed_stretch(const std::vector<QPointF>& before, const std::vector<QPo
     while (tail < common - head && equal(before[before.size() - 1 - tail], after[after.size() - 1 - tail]))
         ++tail;
     const size_t first = head > 0 ? head - 1 : 0;
-    return (span(before, first, before.size() - tail) | span(after, first, after.size() - tail)).adjusted(-1, -1, 1, 1);
+    return UIShapeStore::spanOf(before, first, before.size() - tail + 1, 1.0) |
+           UIShapeStore::spanOf(after, first, after.size() - tail + 1, 1.0);
 }
 
 } // namespace

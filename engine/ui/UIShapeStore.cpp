@@ -161,16 +161,23 @@ QRectF UIShapeStore::boundsOf(const Shape& s) const
             return QRectF();
         return QRectF(s.position, textSize(s)).adjusted(-s.outline - 1, -s.outline - 1, s.outline + 1, s.outline + 1);
     }
-    if (s.points.empty() || (s.kind == Polygon && s.points.size() < 3))
+    if (s.kind == Polygon && s.points.size() < 3)
         return QRectF();
-    double x0 = s.points[0].x(), x1 = x0, y0 = s.points[0].y(), y1 = y0;
-    for (const QPointF& p : s.points) {
-        x0 = std::min(x0, p.x());
-        x1 = std::max(x1, p.x());
-        y0 = std::min(y0, p.y());
-        y1 = std::max(y1, p.y());
+    return spanOf(s.points, 0, s.points.size(), s.kind == Line || s.kind == Trace ? s.width / 2.0 + 1.0 : 1.0);
+}
+
+QRectF UIShapeStore::spanOf(const std::vector<QPointF>& points, size_t first, size_t end, double pad)
+{
+    end = std::min(end, points.size());
+    if (first >= end)
+        return QRectF();
+    double x0 = points[first].x(), x1 = x0, y0 = points[first].y(), y1 = y0;
+    for (size_t i = first + 1; i < end; ++i) {
+        x0 = std::min(x0, points[i].x());
+        x1 = std::max(x1, points[i].x());
+        y0 = std::min(y0, points[i].y());
+        y1 = std::max(y1, points[i].y());
     }
-    double pad = s.kind == Line || s.kind == Trace ? s.width / 2.0 + 1.0 : 1.0;
     return QRectF(QPointF(x0 - pad, y0 - pad), QPointF(x1 + pad, y1 + pad));
 }
 

@@ -74,6 +74,9 @@ public:
     QSizeF textSize(const Shape& s) const;
     // Returns the area the shape's pixels can cover as it is now (empty when it draws nothing).
     QRectF boundsOf(const Shape& s) const;
+    // Returns the box around points first up to end (exclusive, within the list) grown by pad on
+    // every side, or an empty one when there are none.
+    static QRectF spanOf(const std::vector<QPointF>& points, size_t first, size_t end, double pad);
     // Returns the area a live shape covers before a change: its bounds as last filed, or as they are
     // now when it changed since (the earlier change then marked the area it had been painted in).
     QRectF shownBounds(int id) const;
