@@ -11,9 +11,10 @@
 
 namespace {
 
-// Chunks double from 1 KB so that small trees stay small, up to 1 MB so that a large document
-// wastes little at the end of its last chunk.
-constexpr size_t MAX_CHUNK_SIZE = size_t(1) << 20;
+// Chunks double from 1 KB so that small trees stay small, up to 8 MB: a large document's chunks
+// are then backed by huge pages (see jAllocator::localAlloc) and it wastes little at the end of its
+// last chunk.
+constexpr size_t MAX_CHUNK_SIZE = size_t(8) << 20;
 
 // Large chunks are filled from start to end anyway: asking the system for all their pages in one
 // call costs much less than taking a page fault for each.

@@ -65,18 +65,18 @@ mjl::mjl() = default;
 
 mjl::~mjl()
 {
-    drop_root();
+    close();
 }
 
-void mjl::drop_root()
+void mjl::close()
 {
-    jDelete(m_root, "engine/io/mjl", __LINE__, "mjl::drop_root");
+    jDelete(m_root, "engine/io/mjl", __LINE__, "mjl::close");
     m_root = nullptr;
 }
 
 bool mjl::open(const char* path, int)
 {
-    drop_root();
+    close();
     if (!path)
         path = "";
     std::string reason;
@@ -102,7 +102,7 @@ bool mjl::open(const char* path, int)
 
 bool mjl::parse(const char* text, size_t size, const char* name)
 {
-    drop_root();
+    close();
     return read_text(text ? text : "", text ? size : 0, name ? name : "<memory>", "mjl::parse");
 }
 
@@ -111,7 +111,7 @@ bool mjl::read_text(const char* text, size_t size, const char* name, const char*
     m_root = jNew<Package>("engine/io/mjl", __LINE__, "mjl::read_text");
     if (PackageReader::read(text, size, name, *m_root, m_error))
         return true;
-    drop_root();
+    close();
     jLog::error("%s:%s", caller, m_error.c_str());
     return false;
 }

@@ -6,6 +6,7 @@
 #include <cstdlib>
 #include <cstring>
 
+#include "jSmallPool.h"
 #include "kit/jLog.h"
 
 jAllocator* jAllocator::get()
@@ -14,9 +15,50 @@ jAllocator* jAllocator::get()
     return &allocator;
 }
 
-void* jAllocator::localAlloc(size_t size)
+namespace {
+
+// The pool for an allocation of size bytes, or null for the heap. Builds checked by the sanitizers
+// take everything from the heap, so that they see every object's bounds and lifetime.
+jSmallPool* poolFor(size_t size)
+{
+#ifdef KUVO_SYSTEM_HEAP
+    (void)size;
+    return nullptr;
+#else
+    return size > 0 && size <= jSmallPool::LARGEST ? jSmallPool::get() : nullptr;
+#endif
+}
+
+const size_t HUGE_PAGE = size_t(2) << 20;
+
+size_t hugeRounded(size_t size)
+{
+    return (size + HUGE_PAGE - 1) / HUGE_PAGE * HUGE_PAGE;
+}
+
+// Takes size bytes from the system heap. A buffer of a huge page or more (the keys of a long curve,
+// a parsed document's nodes) is read all over: the whole huge pages inside it are asked to be
+// backed by huge pages, as largeAlloc's tables are.
+void* heapAlloc(size_t size)
 {
     void* ptr = std::malloc(size ? size : 1);
+    if (ptr && size >= 2 * HUGE_PAGE) {
+        const auto start = reinterpret_cast<uintptr_t>(ptr);
+        const uintptr_t first = (start + HUGE_PAGE - 1) / HUGE_PAGE * HUGE_PAGE;
+        const uintptr_t last = (start + size) / HUGE_PAGE * HUGE_PAGE;
+        madvise(reinterpret_cast<void*>(first), last - first, MADV_HUGEPAGE);
+    }
+    return ptr;
+}
+
+} // namespace
+
+void* jAllocator::localAlloc(size_t size)
+{
+    jSmallPool* pool = poolFor(size);
+    void* ptr = pool ? pool->allocate(size) : nullptr;
+    if (!ptr)
+        ptr = heapAlloc(size);
     if (!ptr) {
         jLog::fatal("%s:out of memory allocating %zu bytes", "jAllocator::localAlloc", size);
         std::abort();
@@ -26,19 +68,12 @@ void* jAllocator::localAlloc(size_t size)
 
 void jAllocator::localFree(void* ptr)
 {
-    std::free(ptr);
+    jSmallPool* pool = poolFor(1);
+    if (pool && pool->owns(ptr))
+        pool->release(ptr);
+    else
+        std::free(ptr);
 }
-
-namespace {
-
-const size_t HUGE_PAGE = size_t(2) << 20;
-
-size_t hugeRounded(size_t size)
-{
-    return (size + HUGE_PAGE - 1) / HUGE_PAGE * HUGE_PAGE;
-}
-
-} // namespace
 
 void* jAllocator::largeAlloc(size_t size)
 {

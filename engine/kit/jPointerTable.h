@@ -82,13 +82,17 @@ private:
 
     size_t mask() const { return m_capacity - 1; }
 
-    // Allocations made one after another lie close together in memory; keeping that order in the
-    // table (the address in 32-byte steps, folded once) makes their entries neighbours as well, so
-    // registering or freeing a run of objects walks the table instead of jumping across it.
+    // Allocations made one after another lie close together in memory. Entries of neighbouring
+    // addresses (in 32-byte steps, the heap's and the allocator pool's spacing) share a group of
+    // GROUP slots, so registering or freeing a run of objects stays within a cache line or two;
+    // the groups themselves are scattered by a multiplicative hash, so that densely packed objects
+    // of many blocks never pile up into one long run of probes.
+    static constexpr int GROUP_BITS = 3;
     size_t home(const void* key) const
     {
         const uint64_t a = static_cast<uint64_t>(reinterpret_cast<uintptr_t>(key)) >> 5;
-        return static_cast<size_t>(a ^ (a >> m_bits)) & mask();
+        const uint64_t group = ((a >> GROUP_BITS) * 0x9E3779B97F4A7C15ull) >> 32;
+        return static_cast<size_t>(group << GROUP_BITS | (a & ((1u << GROUP_BITS) - 1))) & mask();
     }
 
     void grow()
@@ -97,9 +101,6 @@ private:
         const size_t oldCapacity = m_capacity;
         m_capacity = oldCapacity ? oldCapacity * 2 : 1024;
         m_slots = static_cast<Slot*>(jAllocator::get()->largeAllocZeroed(m_capacity * sizeof(Slot)));
-        m_bits = 0;
-        for (size_t c = m_capacity; c > 1; c >>= 1)
-            ++m_bits;
         m_count = 0;
         for (size_t i = 0; i < oldCapacity; ++i)
             if (old[i].key)
@@ -110,5 +111,4 @@ private:
     Slot* m_slots = nullptr;
     size_t m_capacity = 0;
     size_t m_count = 0;
-    int m_bits = 0;
 };

@@ -39,6 +39,9 @@ public:
     bool parse(const char* text, size_t size, const char* name);
     // Returns the root of the last successful read, or null.
     Package* getRoot();
+    // Frees the tree of the last read (a large file's tree is several times the file's size), for
+    // a reader that has taken what it needs; getRoot then returns null.
+    void close();
     // Returns the last error as "path:line:column: reason" (or "path: reason" when no position
     // applies); empty after a success.
     const std::string& getError() const { return m_error; }
@@ -53,7 +56,6 @@ public:
     static bool write(const Package* root, std::string& out, std::string* error = nullptr, int flags = DEFAULT);
 
 private:
-    void drop_root();
     bool read_text(const char* text, size_t size, const char* name, const char* caller);
 
     Package* m_root = nullptr;

@@ -15,7 +15,9 @@ public:
     static jAllocator* get();
 
     // Returns size bytes aligned for any fundamental type; logs a fatal error and aborts when the
-    // system has no memory left, so callers never see null for a non-zero size.
+    // system has no memory left, so callers never see null for a non-zero size. Small objects
+    // come packed by size in huge pages, buffers from the system heap (huge pages for the whole
+    // huge pages inside a large one); sanitizer builds take everything from the heap.
     void* localAlloc(size_t size);
     // Frees memory obtained from localAlloc; null is ignored.
     void localFree(void* ptr);

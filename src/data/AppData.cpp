@@ -119,7 +119,7 @@ bool AppData::loadTrackAs(const jString& path, const jString& document, World* w
         m_path = document;
         m_name = document.baseName();
     }
-    const bool loaded = take_loaded(reader.getRoot(), world);
+    const bool loaded = take_loaded(reader.getRoot(), world, &reader);
     m_progress.end();
     if (loaded)
         return true;
@@ -134,10 +134,13 @@ bool AppData::loadTrack(Package* root, World* world)
     return take_loaded(root, world);
 }
 
-bool AppData::take_loaded(Package* root, World* world)
+bool AppData::take_loaded(Package* root, World* world, mjl* parsed)
 {
-    if (!m_track->load(root, world))
+    if (!m_track->loadEngine(root, world))
         return false;
+    if (parsed)
+        parsed->close();
+    m_track->createFromEngine();
     Track* track = m_track->getEngineTrack();
     m_begin = track->getBeginTime();
     m_end = track->getEndTime();

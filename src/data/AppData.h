@@ -10,6 +10,7 @@
 class FParameter;
 class FTrack;
 class Package;
+class mjl;
 class World;
 
 // The one place through which the editor's views and commands reach the document: the track, the
@@ -94,7 +95,9 @@ public:
 
 private:
     AppData();
-    bool take_loaded(Package* root, World* world);
+    // Loads the document from root; parsed, when given, is the reader that holds root, and its
+    // tree is freed as soon as the engine track has read it.
+    bool take_loaded(Package* root, World* world, mjl* parsed = nullptr);
 
     jString m_name;
     jString m_path;

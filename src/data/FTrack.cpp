@@ -152,20 +152,30 @@ FParameter* FTrack::createParameter(int kind, const jString& name)
 
 bool FTrack::load(Package* root, World* world)
 {
+    if (!loadEngine(root, world))
+        return false;
+    createFromEngine();
+    return true;
+}
+
+bool FTrack::loadEngine(Package* root, World* world)
+{
     clear();
     if (!m_track) {
         jLog::error("%s:%s", "FTrack::load", "m_track");
         return false;
     }
-    if (!m_track->load(root, world))
-        return false;
+    return m_track->load(root, world);
+}
+
+void FTrack::createFromEngine()
+{
     size_t keys = 0;
     for (int i = 0; i < m_track->getNumParameters(); ++i)
         keys += static_cast<size_t>(m_track->getParameter(i)->getNumKeys());
     AppData::get()->getLoadProgress().expect(keys);
     for (int i = 0; i < m_track->getNumParameters(); ++i)
         create_for_kind(m_track->getParameter(i));
-    return true;
 }
 
 void FTrack::clear()

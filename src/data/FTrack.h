@@ -82,6 +82,11 @@ public:
     // for every engine parameter of a kind the editor shows. Returns false when the engine refuses
     // the file (the reason is logged); the document is then empty.
     bool load(Package* root, World* world);
+    // load in two halves, for a caller that frees the parsed tree in between: the engine track
+    // reads the tree (false, with the document empty, when it refuses it), then the editor
+    // parameters are made from the engine track.
+    bool loadEngine(Package* root, World* world);
+    void createFromEngine();
     // Frees every editor parameter and empties the engine track; it stays allocated.
     void clear();
     // True when there is no engine track or it has no parameter.
