@@ -53,9 +53,10 @@ bool assign(const UIElement* canvas, UIShapeStore& store, int id, Kind kind, T U
 // Whether two points are the same to the bit (the toolkit's own comparison allows for rounding).
 bool equal(const QPointF& a, const QPointF& b) { return a.x() == b.x() && a.y() == b.y(); }
 
-// The area where a trace through before and one through after differ: the stretch between the
-// points they share at the start and at the end, with the chords that join it to those.
-QRectF changed_stretch(const std::vector<QPointF>& before, const std::vector<QPointF>& after)
+// The area where a trace through before (whose area was shown) and one through after differ: the
+// stretch between the points they share at the start and at the end, with the chords that join it
+// to those.
+QRectF changed_stretch(const std::vector<QPointF>& before, const QRectF& shown, const std::vector<QPointF>& after)
 {
     const size_t common = std::min(before.size(), after.size());
     size_t head = 0;
@@ -67,6 +68,8 @@ QRectF changed_stretch(const std::vector<QPointF>& before, const std::vector<QPo
     while (tail < common - head && equal(before[before.size() - 1 - tail], after[after.size() - 1 - tail]))
         ++tail;
     const size_t first = head > 0 ? head - 1 : 0;
+    if (first == 0 && tail == 0) // moved as a whole (the view panned): where it was is known
+        return shown | UIShapeStore::spanOf(after, 0, after.size(), 1.0);
     return UIShapeStore::spanOf(before, first, before.size() - tail + 1, 1.0) |
            UIShapeStore::spanOf(after, first, after.size() - tail + 1, 1.0);
 }
@@ -167,12 +170,18 @@ bool UICanvas::set_points(int id, int kind, const vec3* points, int count, bool 
         same = equal(s->points[i], given(i));
     if (same)
         return true; // views set the same points again on every pass
-    std::vector<QPointF> fresh(n);
-    for (size_t i = 0; i < n; ++i)
-        fresh[i] = given(i);
-    // A trace of thousands of points mostly changes in one stretch (the keys being dragged).
-    const QRectF stretch = kind == Kind::Trace ? changed_stretch(s->points, fresh) : QRectF();
-    s->points.swap(fresh);
+    QRectF stretch;
+    if (kind != Kind::Trace && s->points.size() == n) { // a mark moved: rewritten without a new list
+        for (size_t i = 0; i < n; ++i)
+            s->points[i] = given(i);
+    } else {
+        std::vector<QPointF> fresh(n);
+        for (size_t i = 0; i < n; ++i)
+            fresh[i] = given(i);
+        // A trace of thousands of points mostly changes in one stretch (the keys being dragged).
+        stretch = kind == Kind::Trace ? changed_stretch(s->points, before, fresh) : QRectF();
+        s->points.swap(fresh);
+    }
     m_store->touch(id);
     repaint(this, *m_store, kind == Kind::Trace ? stretch : before | m_store->boundsOf(*s));
     return true;

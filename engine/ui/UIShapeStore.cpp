@@ -172,11 +172,15 @@ QRectF UIShapeStore::spanOf(const std::vector<QPointF>& points, size_t first, si
     if (first >= end)
         return QRectF();
     double x0 = points[first].x(), x1 = x0, y0 = points[first].y(), y1 = y0;
+    // Written as comparisons the compiler turns into packed minimum and maximum instructions
+    // (std::min and std::max as they treat a NaN): a trace of thousands of points is boxed twice
+    // a frame.
     for (size_t i = first + 1; i < end; ++i) {
-        x0 = std::min(x0, points[i].x());
-        x1 = std::max(x1, points[i].x());
-        y0 = std::min(y0, points[i].y());
-        y1 = std::max(y1, points[i].y());
+        const double x = points[i].x(), y = points[i].y();
+        x0 = x < x0 ? x : x0;
+        x1 = x1 < x ? x : x1;
+        y0 = y < y0 ? y : y0;
+        y1 = y1 < y ? y : y1;
     }
     return QRectF(QPointF(x0 - pad, y0 - pad), QPointF(x1 + pad, y1 + pad));
 }
@@ -291,6 +295,12 @@ void UIShapeStore::visit(const QRectF& area, F&& f)
 
 bool UIShapeStore::invalidate(const QRectF& area)
 {
+    // Thousands of marks move within the area already waiting in a frame: two pixels of margin
+    // cover the rounding and the pad below, so such an area is known to be inside at once.
+    const QRectF waiting(m_invalid);
+    if (!m_invalid.isEmpty() && area.left() - 2.0 >= waiting.left() && area.right() + 2.0 <= waiting.right() &&
+        area.top() - 2.0 >= waiting.top() && area.bottom() + 2.0 <= waiting.bottom())
+        return false;
     // Shapes may lie far off any screen (a flat curve's degenerate range): whole pixels near int's
     // limits would overflow.
     constexpr double REACH = 1 << 24;
@@ -327,10 +337,16 @@ int UIShapeStore::paint(QPainter& painter, const QRect& area)
 
 void UIShapeStore::paint_shape(QPainter& painter, const Shape& s, const QRect& area)
 {
-    if (s.kind == Trace) {
+    // Opaque boxes (the marks of keys) join the layer too: thousands of them cost a few runs
+    // of pixels each instead of the painter's fill.
+    const QRect box = s.kind == Polygon && s.color.alpha() == 255 ? pixel_box(s.points) : QRect();
+    if (s.kind == Trace || !box.isNull()) {
         if (!m_traces.isOpen())
             m_traces.begin(area);
-        m_traces.draw(s.points, s.color);
+        if (s.kind == Trace)
+            m_traces.draw(s.points, s.color);
+        else
+            m_traces.fill(box, s.color);
         return;
     }
     if (m_traces.isOpen())
@@ -345,7 +361,7 @@ void UIShapeStore::paint_shape(QPainter& painter, const Shape& s, const QRect& a
             m_brush = s.color.rgba();
         }
         if (const QRect box = pixel_box(s.points); !box.isNull())
-            painter.fillRect(box, s.color);
+            painter.fillRect(box, s.color); // a translucent box
         else
             painter.drawPolygon(s.points.data(), static_cast<int>(s.points.size()));
     } else if (s.kind == Line) {

@@ -96,11 +96,11 @@ private:
     template <class F>
     void visit(const QRectF& area, F&& f);
 
-    // Paints the shape s with painter, the traces through m_traces, which is painted before any other
-    // kind of shape draws.
+    // Paints the shape s with painter, the traces and opaque boxes through m_traces, which is painted
+    // before any other kind of shape draws.
     void paint_shape(QPainter& painter, const Shape& s, const QRect& area);
 
-    UITraceLayer m_traces; // consecutive traces are drawn together
+    UITraceLayer m_traces; // consecutive traces and opaque boxes are drawn together
     Kind m_state = Removed; // what the painter is set up for
     QRgb m_brush = 0;       // its brush, while set up for polygons
     QCache<QString, QImage> m_text_images{8 * 1024 * 1024}; // drawn texts, by look, up to 8 MB

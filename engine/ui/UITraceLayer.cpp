@@ -41,22 +41,36 @@ void UITraceLayer::begin(const QRect& area)
 void UITraceLayer::draw(const std::vector<QPointF>& points, const QColor& color)
 {
     if (m_open && !m_area.isEmpty() && !points.empty())
-        m_traces.push_back({&points, color});
+        m_traces.push_back({&points, QRect(), color});
+}
+
+void UITraceLayer::fill(const QRect& box, const QColor& color)
+{
+    if (m_open && color.alpha() == 255 && box.intersects(m_area))
+        m_traces.push_back({nullptr, box & m_area, color});
 }
 
 void UITraceLayer::rasterize(const Trace& trace)
 {
-    const std::vector<QPointF>& points = *trace.points;
     m_pixel = qPremultiply(trace.color.rgba());
     m_alpha = trace.color.alpha();
+    if (!trace.points) {
+        fill_box(trace.box);
+        return;
+    }
+    const std::vector<QPointF>& points = *trace.points;
     const double left = m_area.left();
     const double right = m_area.left() + m_area.width();
     for (size_t i = 1; i < points.size(); ++i) {
         const QPointF& a = points[i - 1];
         const QPointF& b = points[i];
         const bool inside = a.x() >= left && a.x() < right && b.x() >= left && b.x() < right;
-        if (inside && floorOf(a.x()) == floorOf(b.x()))
-            cover(floorOf(a.x()), a.y(), b.y()); // most chords of a long curve stay in one column
+        const int ca = inside ? floorOf(a.x()) : 0;
+        const int cb = inside ? floorOf(b.x()) : 0;
+        if (inside && ca == cb)
+            cover(ca, a.y(), b.y()); // most chords of a long curve stay in one column
+        else if (inside && cb == ca + 1 && std::isfinite(a.y() + b.y()))
+            step(a, b, cb); // or reach into the next one
         else if (a.x() <= b.x())
             chord(a, b);
         else
@@ -65,6 +79,17 @@ void UITraceLayer::rasterize(const Trace& trace)
     if (points.size() == 1)
         chord(points[0], points[0]);
     flush();
+}
+
+void UITraceLayer::fill_box(const QRect& box)
+{
+    const int r0 = box.top() - m_area.top();
+    const int r1 = box.bottom() - m_area.top();
+    const int c0 = box.left() - m_area.left();
+    const int c1 = box.right() - m_area.left();
+    for (int c = c0; c <= c1; ++c)
+        write_rows(c, r0, r1);
+    grow(c0, c1, r0, r1);
 }
 
 void UITraceLayer::chord(const QPointF& a, const QPointF& b)
@@ -86,6 +111,14 @@ void UITraceLayer::chord(const QPointF& a, const QPointF& b)
         const double xb = std::min(b.x(), c + 1.0);
         cover(c, a.y() + (xa - a.x()) * slope, a.y() + (xb - a.x()) * slope);
     }
+}
+
+void UITraceLayer::step(const QPointF& a, const QPointF& b, int c)
+{
+    const double slope = (b.y() - a.y()) / (b.x() - a.x());
+    const double y = a.y() + (c - a.x()) * slope; // where chord cuts it, to the bit
+    cover(c - 1, a.y(), y);
+    cover(c, y, a.y() + (b.x() - a.x()) * slope);
 }
 
 void UITraceLayer::cover(int c, double ya, double yb)
@@ -110,10 +143,16 @@ void UITraceLayer::flush()
     const double top = m_area.top(); // rows far off the area are held just beyond it
     const int r0 = floorOf(std::clamp(m_run_top - top, 0.0, double(height)));
     const int r1 = floorOf(std::clamp(m_run_bottom - top, -1.0, height - 1.0));
-    const int column = m_run_column;
     m_run_bottom = m_run_top - 1.0;
     if (r0 > r1)
         return;
+    write_rows(m_run_column, r0, r1);
+    grow(m_run_column, m_run_column, r0, r1);
+}
+
+void UITraceLayer::write_rows(int column, int r0, int r1)
+{
+    const int height = m_area.height();
     std::uint32_t* cell = m_columns.data() + static_cast<size_t>(column) * height;
     if (m_back_to_front) {
         fill_uncovered(column, r0, r1);
@@ -123,14 +162,19 @@ void UITraceLayer::flush()
         for (int r = r0; r <= r1; ++r)
             cell[r] = over(m_pixel, cell[r], m_alpha);
     }
+}
+
+void UITraceLayer::grow(int c0, int c1, int r0, int r1)
+{
     if (m_first_column > m_last_column) {
-        m_first_column = m_last_column = column;
+        m_first_column = c0;
+        m_last_column = c1;
         m_first_row = r0;
         m_last_row = r1;
         return;
     }
-    m_first_column = std::min(m_first_column, column);
-    m_last_column = std::max(m_last_column, column);
+    m_first_column = std::min(m_first_column, c0);
+    m_last_column = std::max(m_last_column, c1);
     m_first_row = std::min(m_first_row, r0);
     m_last_row = std::max(m_last_row, r1);
 }

@@ -9,9 +9,10 @@
 
 class QPainter;
 
-// Draws traces (open polylines one pixel wide, aliased) into a layer over one area of a canvas and
-// then paints the layer in one go: a trace costs one run of pixels per column it crosses, not the
-// painter's set-up per segment, so that curves of many thousand points stay cheap to paint. In the
+// Draws traces (open polylines one pixel wide, aliased) and opaque boxes into a layer over one area
+// of a canvas and then paints the layer in one go: a trace costs one run of pixels per column it
+// crosses and a box one per column it covers, not the painter's set-up per segment or per fill, so
+// that curves of many thousand points and the marks of their keys stay cheap to paint. In the
 // pixel column x (canvas x up to x + 1) a chord covers the rows from the one where it enters the
 // column to the one where it leaves it, so a steep chord is a solid vertical run and a trace is
 // never broken between columns. A later trace covers an earlier one; when every trace is opaque
@@ -25,25 +26,40 @@ public:
     bool isOpen() const { return m_open; }
     // Adds the trace through points in color; the points must stay as they are until finish.
     void draw(const std::vector<QPointF>& points, const QColor& color);
+    // Adds the pixels of box (canvas pixels) filled with the opaque color, over what was added
+    // before; does nothing for a translucent color, which the caller paints itself.
+    void fill(const QRect& box, const QColor& color);
     // Draws the traces and paints what they cover over what painter has painted (nothing when no
     // pixel was drawn), and closes the layer.
     void finish(QPainter& painter);
 
 private:
+    // A trace (points) or, without points, a box.
     struct Trace {
         const std::vector<QPointF>* points;
+        QRect box;
         QColor color;
     };
 
-    // Draws one trace's chords.
+    // Draws one trace's chords, or one box's columns.
     void rasterize(const Trace& trace);
+    // Draws the columns of box (within the area) in the opaque pixel being drawn.
+    void fill_box(const QRect& box);
     // Draws the chord a-b (a.x <= b.x) in each column it crosses.
     void chord(const QPointF& a, const QPointF& b);
+    // Draws the chord a-b (inside the area, finite) that starts in column c - 1 and ends in c, as
+    // chord does.
+    void step(const QPointF& a, const QPointF& b, int c);
     // Adds the rows between canvas ya and yb of column c to the run being gathered: chords in time
     // order mostly meet in one column, and the run covers them all at once.
     void cover(int c, double ya, double yb);
     // Fills the gathered run with the pixel being drawn.
     void flush();
+    // Writes the pixel being drawn into the rows r0 to r1 of column (relative to the area, within
+    // it), under what a later trace wrote when drawing from the last one back.
+    void write_rows(int column, int r0, int r1);
+    // Grows the drawn bounds over the columns c0 to c1 and rows r0 to r1 (relative to the area).
+    void grow(int c0, int c1, int r0, int r1);
     // Writes the pixel being drawn into the rows r0 to r1 of column that no trace drawn before
     // (a later one) has covered.
     void fill_uncovered(int column, int r0, int r1);

@@ -286,7 +286,7 @@ void UITrackCurve::render_keys(const Engine* engine, const UITrackCurveMapping& 
         UITrackCurveKey* point = owners[i]->getCurveKey();
         if (!point)
             continue;
-        const bool chosen = selected.contains(point);
+        const bool chosen = !m_chosen.empty() && selected.contains(point); // most curves have none
         const double x = i < count ? mapping.xOfTime(engine->getKeys()[i].time) : drawn;
         if (i >= count || (!chosen && x - drawn < MIN_MARK_SPACING)) {
             if (point->isDrawn())
