@@ -1,5 +1,6 @@
 #include "jSmallPool.h"
 
+#include <pthread.h>
 #include <sys/mman.h>
 
 #include <algorithm>
@@ -14,7 +15,12 @@ jSmallPool* jSmallPool::get()
             return nullptr;
         const uintptr_t base = (reinterpret_cast<uintptr_t>(range) + BLOCK - 1) / BLOCK * BLOCK;
         alignas(jSmallPool) static unsigned char storage[sizeof(jSmallPool)];
-        return new (storage) jSmallPool(base);
+        jSmallPool* made = new (storage) jSmallPool(base);
+        // A child forked while another thread allocates would inherit a held lock: the fork waits
+        // for the pool instead, as it does for the system heap.
+        pthread_atfork([] { get()->m_mutex.lock(); }, [] { get()->m_mutex.unlock(); },
+                       [] { get()->m_mutex.unlock(); });
+        return made;
     }();
     return pool;
 }
