@@ -199,8 +199,8 @@ protected:
     }
     UITimeBar* bar() const { return static_cast<UITimeBar*>(m_editor->findView("timebar")->getParent()); }
     // One edit a user could make, drawn from random: select a few keys (or a row), then make, delete,
-    // shape, nudge, type, cut, copy and paste or duplicate keys, switch the loop or the snap, or add
-    // or delete a parameter.
+    // shape, nudge, type, cut, copy and paste or duplicate keys, switch the loop or the snap, a row's
+    // "E" or "T" or a material row's hierarchy, or add or delete a parameter.
     void randomEdit(std::mt19937& random)
     {
         auto pick = [&](size_t n) { return int(random() % (n ? n : 1)); };
@@ -215,7 +215,7 @@ protected:
         AppData::get()->setTime(engine()->getEndTime() * float(pick(100)) / 100.0f);
         const char* const buttons[] = {"key_remove", "key_constant", "key_linear", "key_smooth",
                                        "key_break",  "key_auto",     "time_loop",  "snap"};
-        switch (pick(8)) {
+        switch (pick(9)) {
         case 0:
             if (rows()->getRows().empty())
                 break;
@@ -238,6 +238,15 @@ protected:
         case 7:
             if (marked && key('C', UI_MOD_CTRL))
                 key('V', UI_MOD_CTRL);
+            break;
+        case 8:
+            if (rows()->getRows().empty())
+                break;
+            selectRow(pick(rows()->getRows().size()));
+            if (shown("apply_hierarchy") && pick(2))
+                static_cast<UICheckBox*>(ButtonLookup::find(m_editor, "apply_hierarchy"))->click();
+            else
+                rows()->getCurrent()->toggleColumn(pick(2));
             break;
         case 4:
             answer({"choose Render.exposure"});
