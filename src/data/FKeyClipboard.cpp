@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstring>
+#include <map>
 
 #include "anim/Track.h"
 #include "anim/TrackKeyCodec.h"

@@ -259,7 +259,11 @@ bool FTrack::insertParameter(int index, const std::string& bytes)
     }
     const int singles = m_singles.size(), compounds = m_parameters.size();
     create_for_kind(param);
-    place(index, singles, compounds, {});
+    place(index, singles, compounds);
+    // Every row takes the colour of its place, as a load of the track gives it: the rows after the
+    // new ones moved down.
+    for (int i = 0; i < m_singles.size(); ++i)
+        m_singles[i]->setColor(AppData::RowColor(i));
     return true;
 }
 
@@ -278,7 +282,9 @@ bool FTrack::replaceParameter(int index, const std::string& bytes)
     m_track->insertParameter(index, param);
     const int singles = m_singles.size(), compounds = m_parameters.size();
     create_for_kind(param);
-    place(index, singles, compounds, colors);
+    const int at = place(index, singles, compounds);
+    for (int i = 0; i < colors.size() && at + i < m_singles.size(); ++i)
+        m_singles[at + i]->setColor(colors[i]);
     return true;
 }
 
@@ -297,7 +303,7 @@ bool FTrack::eraseParameter(int index)
 
 // The lists keep the engine track's order, as a load makes them: the new entries go before the
 // first older one whose engine parameter comes after index. Rows and lines follow their singles.
-void FTrack::place(int index, int singles, int compounds, const jVector<vec4>& colors)
+int FTrack::place(int index, int singles, int compounds)
 {
     std::unordered_set<const TrackParameter*> after;
     for (int i = index + 1; i < m_track->getNumParameters(); ++i)
@@ -316,15 +322,16 @@ void FTrack::place(int index, int singles, int compounds, const jVector<vec4>& c
     at = 0;
     while (at < singles && !later(m_singles[at]))
         ++at;
+    const int first = at;
     FParameterSingle* next = at < singles ? m_singles[at] : nullptr;
     for (int i = singles; i < m_singles.size(); ++i, ++at) {
         FParameterSingle* made = m_singles[i];
         m_singles.remove(i);
         m_singles.insert(at, made);
-        made->setColor(i - singles < colors.size() ? colors[i - singles] : AppData::RowColor(at));
         if (UITrackRowPanel* rows = UITrackRowPanel::get(); rows && made->getRow())
             rows->moveRow(made->getRow(), next ? next->getRow() : nullptr);
         if (UITrackLinePanel* lines = UITrackLinePanel::get(); lines && made->getLine())
             lines->moveLine(made->getLine(), next ? next->getLine() : nullptr);
     }
+    return first;
 }

@@ -4,7 +4,6 @@
 
 #include "kit/jSet.h"
 #include "kit/jString.h"
-#include "kit/jMath.h"
 #include "kit/jVector.h"
 
 class FKey;
@@ -105,7 +104,8 @@ public:
     // Returns false (logged, the document unchanged) when bytes are no parameter.
     bool insertParameter(int index, const std::string& bytes);
     // As insertParameter, in place of the parameter at index, which is freed with its views; the
-    // new rows keep the old ones' colours. Returns false (logged, unchanged) on a bad index or bytes.
+    // new rows keep the old ones' colours (an insert gives every row the colour of its place).
+    // Returns false (logged, unchanged) on a bad index or bytes.
     bool replaceParameter(int index, const std::string& bytes);
     // Frees the engine track's parameter at index with its editor parameter and views; false (nothing
     // done) for a bad index.
@@ -115,8 +115,8 @@ private:
     // Reads a parameter written by writeParameter into a new engine parameter; null when it is none.
     TrackParameter* read_parameter(const std::string& bytes) const;
     // Moves the editor parameters made since the lists held singles and compounds entries to
-    // the place of the engine parameter at index, and colours their rows.
-    void place(int index, int singles, int compounds, const jVector<vec4>& colors);
+    // the place of the engine parameter at index; returns where the first of their singles went.
+    int place(int index, int singles, int compounds);
     template <class T>
     T* create_from(TrackParameter* param, const jString& name, const char* tag);
     template <class T>

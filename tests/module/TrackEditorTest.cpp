@@ -263,6 +263,15 @@ protected:
     }
     UITrackRowPanel* rows() const { return UITrackRowPanel::get(); }
     UITrackLinePanel* lines() const { return UITrackLinePanel::get(); }
+    // Each row's name and colour, top to bottom.
+    std::vector<std::string> rowLooks() const
+    {
+        std::vector<std::string> looks;
+        for (UITrackRow* row : rows()->getRows())
+            looks.push_back(std::string(row->getName().c_str()) + " " + std::to_string(row->getColor().x) + " " +
+                            std::to_string(row->getColor().z));
+        return looks;
+    }
 
     TrackEditor* m_editor = nullptr;
 };
@@ -1087,7 +1096,7 @@ TEST_F(TrackEditorTest, UndoAndRedoWalkTheEditsOneUserActionAtATime)
 }
 
 // From each sample, seeded random sequences of edits through the buttons and keys a user presses:
-// undoing everything gives back the loaded bytes, redoing everything the edited ones. The seed of a
+// undoing everything gives back the loaded bytes and rows, redoing everything the edited bytes. The seed of a
 // failing sequence is printed; KUVO_UNDO_SEQUENCES and KUVO_UNDO_SEED set the count and first seed.
 TEST_F(TrackEditorTest, RandomEditSequencesUndoAndRedoToTheSameBytes)
 {
@@ -1098,6 +1107,7 @@ TEST_F(TrackEditorTest, RandomEditSequencesUndoAndRedoToTheSameBytes)
         ASSERT_TRUE(m_editor->loadAs(path, path, false));
         std::string loaded, edited, now;
         ASSERT_TRUE(AppData::get()->snapshot(loaded));
+        const std::vector<std::string> looks = rowLooks();
         unsigned steps = 0;
         for (unsigned seed = first; seed < first + sequences; ++seed) {
             SCOPED_TRACE(std::string(sample) + " seed " + std::to_string(seed));
@@ -1109,6 +1119,7 @@ TEST_F(TrackEditorTest, RandomEditSequencesUndoAndRedoToTheSameBytes)
                 ++steps;
             ASSERT_TRUE(AppData::get()->snapshot(now));
             ASSERT_EQ(now, loaded);
+            EXPECT_EQ(rowLooks(), looks); // every row back in its place, in its colour
             EXPECT_EQ(title(), (path + " - Anim").c_str());
             while (m_editor->redo()) {
             }
