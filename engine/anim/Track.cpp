@@ -310,6 +310,31 @@ bool Track::removeParameter(TrackParameter* param)
     return true;
 }
 
+bool Track::insertParameter(int index, TrackParameter* param)
+{
+    if (!param || param->getTrack()) {
+        jLog::error("%s:%s", "Track::insertParameter", "param && !param->getTrack()");
+        return false;
+    }
+    m_parameters.insert(index, param);
+    param->setTrack(this);
+    invalidate_playback();
+    return true;
+}
+
+TrackParameter* Track::readParameter(const Package* object, const char* source)
+{
+    TrackReader reader;
+    TrackParameter* param = read_parameter(reader, object);
+    if (!reader.failed())
+        return param;
+    for (const TrackReader::Problem& problem : reader.problems())
+        jLog::error("%s:%d:%d: %s", source, problem.line, problem.column, problem.reason.c_str());
+    if (param)
+        jDelete(param, FILE_TAG, __LINE__, "Track::readParameter");
+    return nullptr;
+}
+
 void Track::set(float t)
 {
     if (m_playing) {

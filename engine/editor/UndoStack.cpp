@@ -1,5 +1,10 @@
 #include "editor/UndoStack.h"
 
+#include <algorithm>
+#include <memory>
+#include <utility>
+#include <vector>
+
 #include <QUndoCommand>
 #include <QUndoStack>
 
@@ -9,16 +14,14 @@
 namespace {
 
 // Runs one of our commands for the toolkit's stack. The action already ran when the command is
-// pushed, so the first redo, which the toolkit's push makes, is skipped.
+// pushed, so the first redo, which the toolkit's push makes, is skipped. The command is shared so
+// that a trimmed history can hand it to a new wrapper.
 class QtCommand : public QUndoCommand {
 public:
-    explicit QtCommand(UndoCommand* command) : m_command(command)
+    explicit QtCommand(std::shared_ptr<UndoCommand> command) : m_command(std::move(command))
     {
-        setText(QString::fromUtf8(command->name().c_str()));
+        setText(QString::fromUtf8(m_command->name().c_str()));
     }
-    ~QtCommand() override { jDelete(m_command, "engine/editor/UndoStack", __LINE__, "QtCommand::~QtCommand"); }
-    QtCommand(const QtCommand&) = delete;
-    QtCommand& operator=(const QtCommand&) = delete;
 
     void undo() override { m_command->undo(); }
     void redo() override
@@ -27,11 +30,24 @@ public:
             m_command->redo();
         m_pushed = true;
     }
+    const std::shared_ptr<UndoCommand>& command() const { return m_command; }
 
 private:
-    UndoCommand* m_command;
+    std::shared_ptr<UndoCommand> m_command;
     bool m_pushed = false;
 };
+
+std::shared_ptr<UndoCommand> shared(UndoCommand* command)
+{
+    return std::shared_ptr<UndoCommand>(command, [](UndoCommand* done) {
+        jDelete(done, "engine/editor/UndoStack", __LINE__, "QtCommand::~QtCommand");
+    });
+}
+
+const UndoCommand& commandAt(const QUndoStack& stack, int i)
+{
+    return *static_cast<const QtCommand*>(stack.command(i))->command();
+}
 
 jString toText(const QString& text)
 {
@@ -44,11 +60,42 @@ class UndoStackImpl {
 public:
     QUndoStack stack;
     Function<void()> listener;
+    size_t byte_limit = 0;
 
     void changed()
     {
         if (listener)
             listener();
+    }
+
+    // Right after a push (no step is undone): frees the oldest steps while the rest hold more than
+    // the limit. The toolkit's stack cannot drop its oldest steps, so it is filled again with the
+    // kept ones, the clean state where it was.
+    void trim()
+    {
+        if (byte_limit == 0)
+            return;
+        size_t held = 0;
+        int first = stack.count();
+        while (first > 0 && held + commandAt(stack, first - 1).bytes() <= byte_limit)
+            held += commandAt(stack, --first).bytes();
+        const int drop = std::min(first, stack.count() - 1);
+        if (drop <= 0)
+            return;
+        std::vector<std::shared_ptr<UndoCommand>> kept;
+        for (int i = drop; i < stack.count(); ++i)
+            kept.push_back(static_cast<const QtCommand*>(stack.command(i))->command());
+        const int clean = stack.cleanIndex() - drop;
+        stack.clear();
+        if (clean < 0)
+            stack.resetClean();
+        for (size_t i = 0; i < kept.size(); ++i) {
+            if (int(i) == clean)
+                stack.setClean();
+            stack.push(new QtCommand(kept[i]));
+        }
+        if (clean == int(kept.size()))
+            stack.setClean();
     }
 };
 
@@ -66,8 +113,10 @@ UndoStack::~UndoStack()
 
 void UndoStack::push(UndoCommand* command)
 {
-    if (command)
-        m_impl->stack.push(new QtCommand(command));
+    if (!command)
+        return;
+    m_impl->stack.push(new QtCommand(shared(command)));
+    m_impl->trim();
 }
 
 bool UndoStack::undo()
@@ -116,10 +165,9 @@ int UndoStack::index() const
     return m_impl->stack.index();
 }
 
-void UndoStack::setLimit(int steps)
+void UndoStack::setByteLimit(size_t bytes)
 {
-    if (m_impl->stack.count() == 0)
-        m_impl->stack.setUndoLimit(steps);
+    m_impl->byte_limit = bytes;
 }
 
 void UndoStack::clear()

@@ -77,6 +77,14 @@ public:
     bool addParameter(TrackParameter* param);
     // Hands a parameter back to the caller; false when this track does not hold it.
     bool removeParameter(TrackParameter* param);
+    // Takes ownership of a parameter and puts it at index (appends it when index is past the end);
+    // false (logged) when it is null or already held by a track.
+    bool insertParameter(int index, TrackParameter* param);
+    // The place of param in the parameter list; -1 when this track does not hold it.
+    int indexOf(TrackParameter* param) const { return m_parameters.find(param); }
+    // Makes a parameter, held by no track, from one parameter object of a .anim document, as load
+    // reads each. Returns null and logs "source:LINE:COLUMN: reason" for every problem.
+    TrackParameter* readParameter(const Package* object, const char* source);
 
     // Plays the track at t: every enabled, bound parameter is evaluated and applied to its node,
     // material or world setting. A track that is already being played (a nested track playing

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <cstddef>
+
 #include "kit/jString.h"
 
 // One undoable user action. A command records what it needs when it is made, after (or before) the
@@ -14,4 +16,6 @@ public:
     virtual void redo() = 0;
     // The action's name as the undo and redo buttons show it ("Move keys").
     virtual jString name() const = 0;
+    // The bytes of recorded state the command holds, which the history's memory bound counts.
+    virtual size_t bytes() const = 0;
 };

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <cstddef>
+
 #include "kit/SignalSlot.h"
 #include "kit/jString.h"
 
@@ -31,9 +33,10 @@ public:
     // The number of steps, done and undone, and how many of them are done.
     int count() const;
     int index() const;
-    // Keeps at most steps done steps, freeing the oldest beyond them (0: no limit); it takes effect
-    // only while the history is empty.
-    void setLimit(int steps);
+    // Keeps the done steps within bytes of recorded state (0: no bound): a push beyond it frees the
+    // oldest steps, always keeping the newest. When the clean state was among them, no step leads
+    // back to it any more.
+    void setByteLimit(size_t bytes);
     // Frees every step; the empty history is clean.
     void clear();
     // Marks the current state as the one on disk.

@@ -44,6 +44,7 @@ void AppData::release()
     m_track->release();
     jDelete(m_track, "src/data/AppData", __LINE__, "AppData::release");
     m_track = nullptr;
+    m_edits.begin(); // frees the recorded states
 }
 
 void AppData::setBeginTime(float t)
@@ -97,6 +98,7 @@ void AppData::reset()
     m_time = m_begin;
     m_path = jString(); // moving an empty string in frees the old text
     m_name = jString();
+    m_edits.begin();
 }
 
 bool AppData::loadTrack(const jString& path, World* world)
@@ -145,6 +147,7 @@ bool AppData::take_loaded(Package* root, World* world, mjl* parsed)
     m_begin = track->getBeginTime();
     m_end = track->getEndTime();
     m_time = m_begin;
+    m_edits.begin();
     return true;
 }
 
@@ -177,12 +180,18 @@ bool AppData::restore(const std::string& bytes)
     mjl reader;
     if (!reader.parse(bytes.data(), bytes.size(), m_path.c_str()) || !m_track->load(reader.getRoot(), world))
         return false;
+    fitRange();
+    m_edits.begin();
+    return true;
+}
+
+void AppData::fitRange()
+{
     const Track* track = m_track->getEngineTrack();
     const float lo = track->getBeginTime(), hi = track->getEndTime();
     m_begin = m_begin < lo ? lo : (m_begin < hi ? m_begin : hi);
     m_end = m_end < lo ? lo : (m_end < hi ? m_end : hi);
     setTime(m_time);
-    return true;
 }
 
 bool AppData::isEmpty() const

@@ -2,6 +2,7 @@
 
 #include <string>
 
+#include "data/FEditRecorder.h"
 #include "data/TrackLoadProgress.h"
 #include "editor/UndoStack.h"
 #include "kit/jMath.h"
@@ -78,6 +79,11 @@ public:
 
     // The document's edit history; loading or clearing a track empties it.
     UndoStack& getHistory() { return m_history; }
+    // Gathers the step of the history being made: whatever is about to change a parameter touches
+    // it here first. Loading, clearing and restoring begin a new step.
+    FEditRecorder& getEdits() { return m_edits; }
+    // Clamps the play range and the current time into the track's limits (after the limits changed).
+    void fitRange();
     // Writes the document as its saved file would read into bytes. Returns false (the reason logged)
     // when the engine cannot write it.
     bool snapshot(std::string& bytes) const;
@@ -107,4 +113,5 @@ private:
     FTrack* m_track = nullptr;
     TrackLoadProgress m_progress;
     UndoStack m_history;
+    FEditRecorder m_edits{*this};
 };

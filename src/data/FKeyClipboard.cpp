@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstring>
+#include <map>
 
 #include "anim/Track.h"
 #include "anim/TrackKeyCodec.h"
@@ -38,21 +39,17 @@ bool FKeyClipboard::path_of(const FParameterSingle* row, RowPath& path)
     return false;
 }
 
-// Where a row's key records are in a saved track: "keys" for a parameter of its own, the
-// component's "keys" for a vector's axis, "file" and "time" for a nested track's two rows.
-Package* FKeyClipboard::keys_at(const Package* track, const RowPath& path)
+// "keys" for a parameter of its own, the component's "keys" for a vector's axis, "file" and "time"
+// for a nested track's two rows.
+Package* FKeyClipboard::keys_at(const Package* parameter, int component)
 {
-    const Package* parameters = track->find("parameters");
-    const Package* parameter = parameters ? parameters->getChild(path.parameter) : nullptr;
-    if (!parameter)
-        return nullptr;
-    if (path.component < 0)
+    if (component < 0)
         return parameter->find("keys");
     if (const Package* components = parameter->find("components")) {
-        const Package* component = components->getChild(path.component);
-        return component ? component->find("keys") : nullptr;
+        const Package* axis = components->getChild(component);
+        return axis ? axis->find("keys") : nullptr;
     }
-    return parameter->find(path.component == 0 ? "file" : "time");
+    return parameter->find(component == 0 ? "file" : "time");
 }
 
 FParameterSingle* FKeyClipboard::row_at(const RowPath& path)
@@ -94,8 +91,7 @@ bool FKeyClipboard::copy(std::string& text)
             first = any ? std::min(first, key->getTime()) : key->getTime();
             any = true;
         }
-    Package saved;
-    if (!any || !engineTrack()->save(&saved))
+    if (!any)
         return false;
     Package clip;
     clip.addString("format", FORMAT);
@@ -104,7 +100,11 @@ bool FKeyClipboard::copy(std::string& text)
     Package* rows = clip.addArray("rows");
     for (FParameterSingle* row : document->getSingleParameters()) {
         RowPath path;
-        const Package* keys = !row->getKeySet().empty() && path_of(row, path) ? keys_at(&saved, path) : nullptr;
+        Package saved;
+        if (row->getKeySet().empty() || !path_of(row, path))
+            continue;
+        engineTrack()->getParameter(path.parameter)->write(&saved);
+        const Package* keys = keys_at(&saved, path.component);
         if (!keys)
             continue;
         Package* out = rows->add();
@@ -180,7 +180,7 @@ std::vector<int> FKeyClipboard::merge(Package* keys, const Package* records, dou
     return pasted;
 }
 
-bool FKeyClipboard::paste(const std::string& text, float time, std::string& bytes)
+bool FKeyClipboard::paste(const std::string& text, float time)
 {
     mjl reader;
     const Package* clip = reader.parse(text.data(), text.size(), "clipboard") ? reader.getRoot() : nullptr;
@@ -193,13 +193,16 @@ bool FKeyClipboard::paste(const std::string& text, float time, std::string& byte
     const Package* document = clip->find("document");
     const bool same = document && AppData::get()->getPath() == jString(document->getString());
     const std::vector<FParameterSingle*> to = targets(rows, same);
-    Package saved;
-    if (!engineTrack()->save(&saved))
-        return false;
+    std::map<int, Package> changed; // the saved object of each parameter that takes keys, by index
     m_pasted.clear();
     for (size_t i = 0; i < to.size(); ++i) {
         RowPath path;
-        Package* keys = to[i] && path_of(to[i], path) ? keys_at(&saved, path) : nullptr;
+        if (!to[i] || !path_of(to[i], path))
+            continue;
+        auto [entry, first] = changed.try_emplace(path.parameter);
+        if (first)
+            engineTrack()->getParameter(path.parameter)->write(&entry->second);
+        Package* keys = keys_at(&entry->second, path.component);
         const Package* records = rows->getChild(int(i))->find("keys");
         if (keys && records)
             m_pasted.emplace_back(path, merge(keys, records, time));
@@ -208,11 +211,21 @@ bool FKeyClipboard::paste(const std::string& text, float time, std::string& byte
         jLog::warning("%s:%s", "FKeyClipboard::paste", "no row takes the copied keys: select rows of their kinds");
         return false;
     }
-    std::string error;
-    if (mjl::write(&saved, bytes, &error))
-        return true;
-    jLog::error("%s:%s", "FKeyClipboard::paste", error.c_str());
-    return false;
+    std::vector<std::pair<int, std::string>> written;
+    for (const auto& [index, object] : changed) {
+        std::string error;
+        written.emplace_back(index, std::string());
+        if (!mjl::write(&object, written.back().second, &error)) {
+            jLog::error("%s:%s", "FKeyClipboard::paste", error.c_str());
+            return false;
+        }
+    }
+    FTrack* track = AppData::get()->getTrack();
+    for (const auto& [index, bytes] : written) {
+        AppData::get()->getEdits().touch(engineTrack()->getParameter(index));
+        track->replaceParameter(index, bytes); // written by the engine just now: it reads again
+    }
+    return true;
 }
 
 void FKeyClipboard::markPasted() const

@@ -21,13 +21,14 @@ public:
 
     // Writes the marked keys as text. Returns false (text untouched) when no key is marked.
     static bool copy(std::string& text);
-    // Writes into bytes the document's saved text with the keys of text added, the first at time:
-    // onto the rows they were copied from when text names this document, otherwise onto the
-    // selected rows of the same kind, one copied row to the next such row in row order. Returns
-    // false, with the reason logged, when text holds no keys or no row takes them. The document
-    // itself is not changed: the caller makes bytes the document, then calls markPasted.
-    bool paste(const std::string& text, float time, std::string& bytes);
-    // Makes the keys the last paste added the only marked keys of the document made from its bytes.
+    // Adds the keys of text to the document, the first at time: onto the rows they were copied from
+    // when text names this document, otherwise onto the selected rows of the same kind, one copied
+    // row to the next such row in row order. Each parameter that takes keys is touched for the
+    // history, then rebuilt with its new keys (its old rows, lines and keys are freed). Returns
+    // false, with the reason logged and the document unchanged, when text holds no keys or no row
+    // takes them.
+    bool paste(const std::string& text, float time);
+    // Makes the keys the last paste added the only marked keys of the document.
     void markPasted() const;
 
 private:
@@ -37,7 +38,8 @@ private:
     };
     std::vector<std::pair<RowPath, std::vector<int>>> m_pasted;
     static bool path_of(const FParameterSingle* row, RowPath& path);
-    static Package* keys_at(const Package* track, const RowPath& path);
+    // Where a row's key records are in its parameter's saved object.
+    static Package* keys_at(const Package* parameter, int component);
     static FParameterSingle* row_at(const RowPath& path);
     // The row each copied row goes to (null where none takes it).
     static std::vector<FParameterSingle*> targets(const Package* rows, bool sameDocument);

@@ -2,6 +2,7 @@
 
 #include "anim/Track.h"
 #include "anim/TrackParameter.h"
+#include "data/AppData.h"
 #include "data/FTrack.h"
 #include "kit/jAllocator.h"
 #include "kit/jLog.h"
@@ -19,8 +20,10 @@ bool FParameter::createNew(FTrack* track, const jString& name, bool addToTrack)
     }
     if (addToTrack)
         track->getEngineTrack()->addParameter(param);
-    if (create(track, param, name))
+    if (create(track, param, name)) {
+        AppData::get()->getEdits().made(param);
         return true;
+    }
     if (param->getTrack())
         param->getTrack()->removeParameter(param);
     free_engine_parameter(param, tags().createNew);
@@ -54,6 +57,11 @@ bool FParameter::display_text(const TrackParameter* param, jString& text)
     if (dot >= 0 && dot + 1 < text.length())
         text = text.substr(dot + 1);
     return true;
+}
+
+void FParameter::touch() const
+{
+    AppData::get()->getEdits().touch(this);
 }
 
 void FParameter::free_engine_parameter(TrackParameter* param, const char* tag) const
@@ -110,6 +118,8 @@ void FParameter::setMaterialHierarchy(bool hierarchy)
         m_parent->setMaterialHierarchy(hierarchy);
         return;
     }
-    if (TrackParameter* param = getTrackParameter())
+    if (TrackParameter* param = getTrackParameter()) {
+        touch();
         param->setMaterialHierarchy(hierarchy);
+    }
 }

@@ -104,6 +104,9 @@ protected:
     // name when the registration asks for it), cut to the part after the last '.'. Returns false
     // when the type is not registered.
     static bool display_text(const TrackParameter* param, jString& text);
+    // Records, for the step of the history being made, the state of the engine parameter this one
+    // is part of; called right before writing a change into it.
+    void touch() const;
     // Frees an engine parameter that is no longer in any track.
     void free_engine_parameter(TrackParameter* param, const char* tag) const;
 

@@ -70,6 +70,7 @@ public:
         Engine* engine = engine_parameter();
         if (!engine)
             return;
+        touch();
         engine->clearKeys();
         for (const FKey* key : getKeys())
             engine->appendKey(key->getTime(), static_cast<const Key*>(key)->getValue());

@@ -68,6 +68,7 @@ public:
         Engine* engine = engine_parameter();
         if (!engine)
             return;
+        touch();
         engine->clearKeys();
         for (const FKey* key : getKeys()) {
             const Key* k = static_cast<const Key*>(key);

@@ -120,6 +120,7 @@ void FParameterSingle::showSwitches()
 void FParameterSingle::on_row_changed(UITrackRow*&& row)
 {
     TrackParameter* target = switch_target();
+    touch();
     target->setEnabled(row->getState(COLUMN_ENABLED));
     target->setCurveShown(row->getState(COLUMN_CURVE));
     jVector<UITrackRow*> rows;

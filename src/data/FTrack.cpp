@@ -1,6 +1,7 @@
 #include "data/FTrack.h"
 
 #include <type_traits>
+#include <unordered_set>
 
 #include "anim/Track.h"
 #include "anim/TrackParameter.h"
@@ -15,8 +16,14 @@
 #include "data/FParameterToggle.h"
 #include "data/FParameterTrack.h"
 #include "data/FParameterVec3.h"
+#include "io/Package.h"
+#include "io/mjl.h"
 #include "kit/jAllocator.h"
 #include "kit/jLog.h"
+#include "ui/UITrackLine.h"
+#include "ui/UITrackLinePanel.h"
+#include "ui/UITrackRow.h"
+#include "ui/UITrackRowPanel.h"
 
 namespace {
 constexpr const char* FILE_TAG = "src/data/FTrack";
@@ -214,4 +221,127 @@ bool FTrack::removeParameter(FParameter* parameter)
 bool FTrack::removeSingleParameter(FParameterSingle* parameter)
 {
     return m_singles.removeValue(parameter);
+}
+
+FParameter* FTrack::parameterAt(int index) const
+{
+    const TrackParameter* param = m_track ? m_track->getParameter(index) : nullptr;
+    if (!param)
+        return nullptr;
+    for (FParameter* compound : m_parameters)
+        if (compound && compound->getTrackParameter() == param)
+            return compound;
+    for (FParameterSingle* single : m_singles)
+        if (!single->getParent() && single->getTrackParameter() == param)
+            return single;
+    return nullptr;
+}
+
+bool FTrack::writeParameter(int index, std::string& bytes) const
+{
+    const TrackParameter* param = m_track ? m_track->getParameter(index) : nullptr;
+    Package object;
+    std::string error = "no parameter " + std::to_string(index);
+    if (param) {
+        param->write(&object);
+        if (mjl::write(&object, bytes, &error))
+            return true;
+    }
+    jLog::error("%s:%s", "FTrack::writeParameter", error.c_str());
+    return false;
+}
+
+TrackParameter* FTrack::read_parameter(const std::string& bytes) const
+{
+    mjl reader;
+    if (!m_track || !reader.parse(bytes.data(), bytes.size(), "FTrack::insertParameter"))
+        return nullptr;
+    return m_track->readParameter(reader.getRoot(), "FTrack::insertParameter");
+}
+
+bool FTrack::insertParameter(int index, const std::string& bytes)
+{
+    TrackParameter* param = read_parameter(bytes);
+    if (!param || !m_track->insertParameter(index, param)) {
+        if (param)
+            jDelete(param, FILE_TAG, __LINE__, "FTrack::insertParameter");
+        return false;
+    }
+    const int singles = m_singles.size(), compounds = m_parameters.size();
+    create_for_kind(param);
+    place(index, singles, compounds);
+    // Every row takes the colour of its place, as a load of the track gives it: the rows after the
+    // new ones moved down.
+    for (int i = 0; i < m_singles.size(); ++i)
+        m_singles[i]->setColor(AppData::RowColor(i));
+    return true;
+}
+
+bool FTrack::replaceParameter(int index, const std::string& bytes)
+{
+    TrackParameter* param = m_track && m_track->getParameter(index) ? read_parameter(bytes) : nullptr;
+    if (!param)
+        return false;
+    jVector<vec4> colors;
+    const FParameter* old = parameterAt(index);
+    for (FParameterSingle* single : m_singles)
+        if (old && (single == old || single->getParent() == old) && single->getRow())
+            colors.append(single->getRow()->getColor());
+    AppData::get()->getEdits().replaced(m_track->getParameter(index), param);
+    eraseParameter(index);
+    m_track->insertParameter(index, param);
+    const int singles = m_singles.size(), compounds = m_parameters.size();
+    create_for_kind(param);
+    const int at = place(index, singles, compounds);
+    for (int i = 0; i < colors.size() && at + i < m_singles.size(); ++i)
+        m_singles[at + i]->setColor(colors[i]);
+    return true;
+}
+
+bool FTrack::eraseParameter(int index)
+{
+    TrackParameter* param = m_track ? m_track->getParameter(index) : nullptr;
+    if (!param)
+        return false;
+    if (FParameter* shown = parameterAt(index))
+        return AppData::get()->destoryParameter(shown); // frees the engine parameter too
+    m_track->removeParameter(param);
+    param->release();
+    jDelete(param, FILE_TAG, __LINE__, "FTrack::eraseParameter");
+    return true;
+}
+
+// The lists keep the engine track's order, as a load makes them: the new entries go before the
+// first older one whose engine parameter comes after index. Rows and lines follow their singles.
+int FTrack::place(int index, int singles, int compounds)
+{
+    std::unordered_set<const TrackParameter*> after;
+    for (int i = index + 1; i < m_track->getNumParameters(); ++i)
+        after.insert(m_track->getParameter(i));
+    auto later = [&after](const FParameter* p) {
+        return p && after.count((p->getParent() ? p->getParent() : p)->getTrackParameter()) > 0;
+    };
+    int at = 0;
+    while (at < compounds && !later(m_parameters[at]))
+        ++at;
+    for (int i = compounds; i < m_parameters.size(); ++i, ++at) {
+        FParameter* made = m_parameters[i];
+        m_parameters.remove(i);
+        m_parameters.insert(at, made);
+    }
+    at = 0;
+    while (at < singles && !later(m_singles[at]))
+        ++at;
+    const int first = at;
+    FParameterSingle* next = at < singles ? m_singles[at] : nullptr;
+    for (int i = singles; i < m_singles.size(); ++i, ++at) {
+        FParameterSingle* made = m_singles[i];
+        m_singles.remove(i);
+        m_singles.insert(at, made);
+        if (UITrackRowPanel* rows = UITrackRowPanel::get(); rows && made->getRow())
+            rows->moveRow(made->getRow(), next ? next->getRow() : nullptr);
+        if (UITrackLinePanel* lines = UITrackLinePanel::get(); lines && made->getLine())
+            lines->moveLine(made->getLine(), next ? next->getLine() : nullptr);
+    }
+    return first;
 }

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <string>
+
 #include "kit/jSet.h"
 #include "kit/jString.h"
 #include "kit/jVector.h"
@@ -96,7 +98,30 @@ public:
     bool removeParameter(FParameter* parameter);
     bool removeSingleParameter(FParameterSingle* parameter);
 
+    // The editor parameter that stands for the engine track's parameter at index (the compound of a
+    // vector or a nested track); null for a bad index or a kind the editor does not show.
+    FParameter* parameterAt(int index) const;
+    // Writes the engine track's parameter at index as its object of a saved track, key records
+    // included, into bytes. Returns false (logged) for a bad index or an unwritable parameter.
+    bool writeParameter(int index, std::string& bytes) const;
+    // Makes a parameter written by writeParameter the engine track's parameter at index, with its
+    // editor parameter, rows and lines placed among the others' as a load of the track places them.
+    // Returns false (logged, the document unchanged) when bytes are no parameter.
+    bool insertParameter(int index, const std::string& bytes);
+    // As insertParameter, in place of the parameter at index, which is freed with its views; the
+    // new rows keep the old ones' colours (an insert gives every row the colour of its place).
+    // Returns false (logged, unchanged) on a bad index or bytes.
+    bool replaceParameter(int index, const std::string& bytes);
+    // Frees the engine track's parameter at index with its editor parameter and views; false (nothing
+    // done) for a bad index.
+    bool eraseParameter(int index);
+
 private:
+    // Reads a parameter written by writeParameter into a new engine parameter; null when it is none.
+    TrackParameter* read_parameter(const std::string& bytes) const;
+    // Moves the editor parameters made since the lists held singles and compounds entries to
+    // the place of the engine parameter at index; returns where the first of their singles went.
+    int place(int index, int singles, int compounds);
     template <class T>
     T* create_from(TrackParameter* param, const jString& name, const char* tag);
     template <class T>

@@ -125,8 +125,6 @@ private:
     void commit_edit();
     bool step_history(bool (UndoStack::*step)());
     void show_restored();
-    // Records the document's bytes as the start of the next step.
-    void take_state();
     // Empties the history after a load or a clear; onDisk false when the document is not its file's.
     void reset_history(bool onDisk);
     // The document was saved, or a save failed (m_clean_on_disk tells); either way the title loses
@@ -299,8 +297,6 @@ private:
     // Whether the history's clean state is what the document's file holds: false after a failed
     // save, which still clears the title's mark, and for a document restored from a recovery copy.
     bool m_clean_on_disk = true;
-    // The document's saved bytes at the newest recorded step, the start of the next one.
-    std::shared_ptr<const std::string> m_state;
     bool m_edit_pending = false;
     const char* m_edit_name = "";
     // The left button is held: edits wait for its release to become one step.

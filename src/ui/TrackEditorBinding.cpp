@@ -153,6 +153,7 @@ void TrackEditor::change_node(FParameter* param)
     if (!engine)
         return;
     Track* track = AppData::get()->getTrack()->getEngineTrack();
+    AppData::get()->getEdits().touch(param);
     if (track->bindNode(engine, m_world, choice.node, node ? node->getName() : jString(), choice.internalId,
                         choice.internalName, type)) {
         engine->setTypeName(type);
@@ -176,6 +177,7 @@ void TrackEditor::change_material(FParameter* param)
     if (!engine)
         return;
     const jString tag = engine->getMaterialTag();
+    AppData::get()->getEdits().touch(param);
     if (AppData::get()->getTrack()->getEngineTrack()->bindMaterial(engine, material, tag, type))
         engine->setTypeName(type);
     MsgMngr::get()->notifyHelper(TRACK_MSG_BINDING_CHANGED);

@@ -34,10 +34,13 @@ void TrackEditor::cut_keys()
 bool TrackEditor::paste_keys(const std::string& text, const char* step)
 {
     FKeyClipboard clipboard;
-    std::string bytes;
-    if (!clipboard.paste(text, TimeUnits::landing(AppData::get()->getTime()), bytes) ||
-        !replaceDocument(bytes, step))
+    begin_edit(step);
+    clear_selected(); // the parameters that take keys get new rows, lines and keys
+    const bool pasted = clipboard.paste(text, TimeUnits::landing(AppData::get()->getTime()));
+    commit_edit();
+    if (!pasted)
         return false;
+    show_restored();
     clipboard.markPasted();
     MsgMngr::get()->notifyHelper(TRACK_MSG_SELECTION_LISTS);
     return true;

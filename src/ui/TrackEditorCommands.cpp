@@ -72,6 +72,8 @@ void TrackEditor::cb_del_track(const UIEventMouse*, UIElement*)
         doomed.insert(selected->getParent() ? selected->getParent() : selected);
     if (doomed.empty() || !msgBox(tr("delete_config"), tr("warning"), getRoot(), true))
         return;
+    for (FParameter* parameter : doomed) // every one, before any is gone: each keeps its place
+        AppData::get()->getEdits().touch(parameter);
     for (FParameter* parameter : doomed)
         AppData::get()->destoryParameter(parameter);
     MsgMngr::get()->notifyHelper(TRACK_MSG_PARAMETER_DELETED);

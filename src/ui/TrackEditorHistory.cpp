@@ -1,13 +1,13 @@
-// Undo and redo. Every edit announces itself with a change message; the window then records the
-// document's saved bytes as one step of the document's history, from the state of the last step to
-// the new one. A gesture of the left button (a drag that moves keys over many frames) is one step:
-// the change messages during it only note that a step is due, and the release records it. The
-// title's modified mark follows the history's clean state.
+// Undo and redo. Whatever is about to change a parameter touches it in the document's recorder
+// first, and every edit announces itself with a change message; the window then makes what the
+// recorder gathered one step of the document's history: the touched parameters and the track's
+// settings before and after. A gesture of the left button (a drag that moves keys over many
+// frames) is one step: the change messages during it only note that a step is due, and the release
+// records it. The title's modified mark follows the history's clean state.
 #include "ui/TrackEditor.h"
 
-#include <algorithm>
 #include <memory>
-#include <utility>
+#include <string>
 
 #include "TrackEditorMsg.h"
 #include "anim/Track.h"
@@ -53,11 +53,9 @@ const char* stepName(int message)
     return "step_edit";
 }
 
-// Each step keeps the document's whole text: the history keeps as many steps as fit in about a
-// gigabyte, within these bounds, and drops the oldest beyond them.
-constexpr size_t HISTORY_BYTES = size_t(1) << 30;
-constexpr size_t MOST_STEPS = 200;
-constexpr size_t FEWEST_STEPS = 10;
+// The history keeps as many steps as their records fit in, and drops the oldest beyond: a key edit
+// holds the touched parameters' records, an import two whole documents.
+constexpr size_t HISTORY_BYTES = size_t(256) << 20;
 
 UndoStack& history()
 {
@@ -94,12 +92,8 @@ void TrackEditor::commit_edit()
     if (!m_edit_pending)
         return;
     m_edit_pending = false;
-    auto now = std::make_shared<std::string>();
-    if (!AppData::get()->snapshot(*now) || *now == *m_state)
-        return; // a change message that changed nothing the file keeps is no step
-    history().push(jNew<FDocumentEdit>("src/ui/TrackEditor", __LINE__, "TrackEditor::commit_edit",
-                                       jString(tr(m_edit_name)), m_state, now));
-    m_state = std::move(now);
+    // Null (no step) when the change messages changed nothing the file keeps.
+    history().push(AppData::get()->getEdits().finish(jString(tr(m_edit_name))));
 }
 
 void TrackEditor::begin_edit(const char* name)
@@ -129,24 +123,27 @@ bool TrackEditor::step_history(bool (UndoStack::*step)())
     m_restoring = true;
     (history().*step)();
     m_restoring = false;
-    take_state();
+    AppData::get()->getEdits().begin();
     show_restored();
     return true;
 }
 
+// The one step that records the whole document: the replaced document is in it on both sides.
 bool TrackEditor::replaceDocument(const std::string& bytes, const char* step)
 {
     commit_edit();
+    auto before = std::make_shared<std::string>(), after = std::make_shared<std::string>();
+    if (!AppData::get()->snapshot(*before))
+        return false; // logged; a document that cannot be written could not be put back
     clear_selected(); // the new document has new rows, lines and keys
     m_restoring = true;
     const bool replaced = AppData::get()->restore(bytes);
     if (!replaced)
-        AppData::get()->restore(*m_state); // the bytes of the last step load: they were written so
+        AppData::get()->restore(*before); // the bytes load: the engine wrote them just now
     m_restoring = false;
-    if (replaced) {
-        begin_edit(step);
-        commit_edit();
-    }
+    if (replaced && AppData::get()->snapshot(*after) && *after != *before)
+        history().push(jNew<FDocumentEdit>("src/ui/TrackEditor", __LINE__, "TrackEditor::replaceDocument",
+                                           jString(tr(step)), before, after));
     show_restored();
     return replaced;
 }
@@ -173,20 +170,12 @@ void TrackEditor::reset_history(bool onDisk)
 {
     m_edit_pending = false;
     history().clear();
-    take_state();
-    const size_t fit = HISTORY_BYTES / (m_state->size() + 1);
-    history().setLimit(int(std::clamp(fit, FEWEST_STEPS, MOST_STEPS)));
+    history().setByteLimit(HISTORY_BYTES);
+    AppData::get()->getEdits().begin();
     m_clean_on_disk = onDisk;
     if (!onDisk)
         history().resetClean();
     on_history_changed();
-}
-
-void TrackEditor::take_state()
-{
-    auto state = std::make_shared<std::string>();
-    AppData::get()->snapshot(*state); // a failure was logged; the next edit then records from empty
-    m_state = std::move(state);
 }
 
 void TrackEditor::mark_saved()

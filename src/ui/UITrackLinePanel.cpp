@@ -142,6 +142,14 @@ void UITrackLinePanel::removeLine(UITrackLine* line)
     m_lines_dirty = true;
 }
 
+void UITrackLinePanel::moveLine(UITrackLine* line, UITrackLine* before)
+{
+    if (!m_lines.removeValue(line))
+        return;
+    m_lines.insert(m_lines.find(before), line);
+    m_lines_dirty = true;
+}
+
 void UITrackLinePanel::forgetKey(UITrackLineKey* key)
 {
     m_selected_keys.erase(key);

@@ -39,6 +39,8 @@ public:
     void addLine(UITrackLine* line);
     // Takes line out (later lines move up); logs "<fn>: can't find curve" when it is not held.
     void removeLine(UITrackLine* line);
+    // Puts a line of the panel right before another (at the end when before is null or not shown).
+    void moveLine(UITrackLine* line, UITrackLine* before);
     bool hasLine(const UITrackLine* line) const;
     // Drops every reference to a mark that is going away (selection, saved box selection, current).
     void forgetKey(UITrackLineKey* key);

@@ -69,6 +69,14 @@ void UITrackRowPanel::removeRow(UITrackRow* row)
     m_dirty = true;
 }
 
+void UITrackRowPanel::moveRow(UITrackRow* row, UITrackRow* before)
+{
+    if (!m_rows.removeValue(row))
+        return;
+    m_rows.insert(m_rows.find(before), row);
+    m_dirty = true;
+}
+
 void UITrackRowPanel::setCurrent(UITrackRow* row)
 {
     if (m_current == row)

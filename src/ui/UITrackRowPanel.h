@@ -45,6 +45,8 @@ public:
     void addRow(UITrackRow* row);
     // Takes row out (later rows move up); logs "<fn>: can't find row" when it is not held.
     void removeRow(UITrackRow* row);
+    // Puts a row of the panel right before another (at the end when before is null or not shown).
+    void moveRow(UITrackRow* row, UITrackRow* before);
     const jVector<UITrackRow*>& getRows() const { return m_rows; }
 
     UITrackRow* getCurrent() const { return m_current; }

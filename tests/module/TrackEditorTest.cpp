@@ -199,8 +199,8 @@ protected:
     }
     UITimeBar* bar() const { return static_cast<UITimeBar*>(m_editor->findView("timebar")->getParent()); }
     // One edit a user could make, drawn from random: select a few keys (or a row), then make, delete,
-    // shape, nudge, type, cut, copy and paste or duplicate keys, switch the loop or the snap, or add
-    // or delete a parameter.
+    // shape, nudge, type, cut, copy and paste or duplicate keys, switch the loop or the snap, a row's
+    // "E" or "T" or a material row's hierarchy, or add or delete a parameter.
     void randomEdit(std::mt19937& random)
     {
         auto pick = [&](size_t n) { return int(random() % (n ? n : 1)); };
@@ -215,7 +215,7 @@ protected:
         AppData::get()->setTime(engine()->getEndTime() * float(pick(100)) / 100.0f);
         const char* const buttons[] = {"key_remove", "key_constant", "key_linear", "key_smooth",
                                        "key_break",  "key_auto",     "time_loop",  "snap"};
-        switch (pick(8)) {
+        switch (pick(9)) {
         case 0:
             if (rows()->getRows().empty())
                 break;
@@ -239,6 +239,15 @@ protected:
             if (marked && key('C', UI_MOD_CTRL))
                 key('V', UI_MOD_CTRL);
             break;
+        case 8:
+            if (rows()->getRows().empty())
+                break;
+            selectRow(pick(rows()->getRows().size()));
+            if (shown("apply_hierarchy") && pick(2))
+                static_cast<UICheckBox*>(ButtonLookup::find(m_editor, "apply_hierarchy"))->click();
+            else
+                rows()->getCurrent()->toggleColumn(pick(2));
+            break;
         case 4:
             answer({"choose Render.exposure"});
             button("new_track")->click();
@@ -254,6 +263,15 @@ protected:
     }
     UITrackRowPanel* rows() const { return UITrackRowPanel::get(); }
     UITrackLinePanel* lines() const { return UITrackLinePanel::get(); }
+    // Each row's name and colour, top to bottom.
+    std::vector<std::string> rowLooks() const
+    {
+        std::vector<std::string> looks;
+        for (UITrackRow* row : rows()->getRows())
+            looks.push_back(std::string(row->getName().c_str()) + " " + std::to_string(row->getColor().x) + " " +
+                            std::to_string(row->getColor().z));
+        return looks;
+    }
 
     TrackEditor* m_editor = nullptr;
 };
@@ -1078,7 +1096,7 @@ TEST_F(TrackEditorTest, UndoAndRedoWalkTheEditsOneUserActionAtATime)
 }
 
 // From each sample, seeded random sequences of edits through the buttons and keys a user presses:
-// undoing everything gives back the loaded bytes, redoing everything the edited ones. The seed of a
+// undoing everything gives back the loaded bytes and rows, redoing everything the edited bytes. The seed of a
 // failing sequence is printed; KUVO_UNDO_SEQUENCES and KUVO_UNDO_SEED set the count and first seed.
 TEST_F(TrackEditorTest, RandomEditSequencesUndoAndRedoToTheSameBytes)
 {
@@ -1089,6 +1107,7 @@ TEST_F(TrackEditorTest, RandomEditSequencesUndoAndRedoToTheSameBytes)
         ASSERT_TRUE(m_editor->loadAs(path, path, false));
         std::string loaded, edited, now;
         ASSERT_TRUE(AppData::get()->snapshot(loaded));
+        const std::vector<std::string> looks = rowLooks();
         unsigned steps = 0;
         for (unsigned seed = first; seed < first + sequences; ++seed) {
             SCOPED_TRACE(std::string(sample) + " seed " + std::to_string(seed));
@@ -1100,6 +1119,7 @@ TEST_F(TrackEditorTest, RandomEditSequencesUndoAndRedoToTheSameBytes)
                 ++steps;
             ASSERT_TRUE(AppData::get()->snapshot(now));
             ASSERT_EQ(now, loaded);
+            EXPECT_EQ(rowLooks(), looks); // every row back in its place, in its colour
             EXPECT_EQ(title(), (path + " - Anim").c_str());
             while (m_editor->redo()) {
             }
