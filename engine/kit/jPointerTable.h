@@ -7,10 +7,10 @@
 #include "kit/jAllocator.h"
 
 // A hash table from non-null pointers to values, kept in one flat array (open addressing with
-// linear probing, at most half full, backward-shift deletion). The allocation registry holds
-// millions of entries while a large track is open; this keeps an insert or erase to a probe or two
-// in one array, with no allocation per entry. The array is one of the allocator's zeroed large
-// tables (huge pages where the system offers them): growing writes only the entries it moves.
+// linear probing, at most three quarters full, backward-shift deletion). The allocation registry
+// holds millions of entries while a large track is open; this keeps an insert or erase to a few
+// probes in one array, with no allocation per entry. The array is one of the allocator's zeroed
+// large tables (huge pages where the system offers them): growing writes only the entries it moves.
 template <class Value>
 class jPointerTable {
     static_assert(std::is_trivially_copyable_v<Value>, "entries move as bytes and start as zero bytes");
@@ -24,7 +24,7 @@ public:
     // Adds key with value; false (nothing changed) when key is already there.
     bool insert(void* key, const Value& value)
     {
-        if ((m_count + 1) * 2 > m_capacity)
+        if ((m_count + 1) * 4 > m_capacity * 3)
             grow();
         size_t i = home(key);
         while (m_slots[i].key) {
