@@ -80,7 +80,7 @@ void TrackCurvePlayer::build_table()
 __attribute__((always_inline)) inline K::Solution
 TrackCurvePlayer::refine_lane(const Block& b, int l, double u)
 {
-    double s = K::predict(b.s[l], b.u[l], b.rate[l], u);
+    double s = K::predict(b.s0[l], 0.0, b.rate[l], u);
     return K::refine(b.ax[l], b.bx[l], b.cx[l], u, s, K::WARM_STEPS);
 }
 
@@ -128,12 +128,16 @@ J_MULTIVERSION uint32_t TrackCurvePlayer::play_fast(int k, float t, float* out)
         missed &= play_block(b, t, values);
         std::copy(values, values + lanes, out + first);
     }
-    // Every lane asks, without a branch: the lanes that stay ask for their own block again.
+    // Every lane asks, without a branch (worked out for all lanes first, in vector code): the
+    // lanes that stay ask for their own block again.
     const Links& links = m_links[k];
+    const void* ask[LANES];
     for (int l = 0; l < LANES; ++l) {
-        const void* line = t < b.t0[l] ? links.begin[l] : links.next[l];
-        J_PREFETCH((missed >> l) & 1u ? line : &b);
+        const Line* line = m_table.line(t < b.t0[l] ? links.begin[l] : links.next[l]);
+        ask[l] = (missed >> l) & 1u ? static_cast<const void*>(line) : &b;
     }
+    for (const void* p : ask)
+        J_PREFETCH(p);
     return missed;
 }
 
@@ -191,8 +195,7 @@ void TrackCurvePlayer::play_blocks(int first, int end, float t, float* out)
 
 void TrackCurvePlayer::keep(Block& b, int l, double u, const K::Solution& r)
 {
-    b.s[l] = static_cast<float>(r.s);
-    b.u[l] = static_cast<float>(u);
+    b.s0[l] = static_cast<float>(r.s - u * r.rate);
     b.rate[l] = static_cast<float>(r.rate);
 }
 
@@ -218,8 +221,8 @@ void TrackCurvePlayer::seek(int k, int l, float t)
     if (t >= b.t0[l] && t < b.t1[l])
         return;
     Links& links = m_links[k];
-    const Line* g = links.next[l];
-    if (g && t >= b.t1[l] && t < g->t1) {
+    uint32_t next = links.next[l];
+    if (next != NONE && t >= b.t1[l] && t < m_table.line(next)->t1) {
         step(b, links, l, t);
     } else if (restarts(links, l, t)) {
         links.next[l] = links.begin[l];
@@ -240,7 +243,7 @@ void TrackCurvePlayer::defer(Pending& p, int k, int l, double u, float* out)
     p.bx[i] = b.bx[l];
     p.cx[i] = b.cx[l];
     p.u[i] = u;
-    p.s[i] = K::predict(b.s[l], b.u[l], b.rate[l], u);
+    p.s[i] = K::predict(b.s0[l], 0.0, b.rate[l], u);
     if (p.size == LANES)
         solve_pending(p, out);
 }
@@ -276,26 +279,27 @@ void TrackCurvePlayer::solve_pending(Pending& p, float* out)
 
 // Steps lane l onto the line after its own (there always is one: the table ends each curve with a
 // line that no time steps onto).
-void TrackCurvePlayer::step(Block& b, Links& links, int l, float t)
+void TrackCurvePlayer::step(Block& b, Links& links, int l, float t) const
 {
-    const Line* g = links.next[l];
+    const Line* g = m_table.line(links.next[l]);
     load(b, l, *g);
-    links.next[l] = g + 1;
+    links.next[l] += 1;
     // Asked for now, the line is near when the lane steps on a few frames later.
     J_PREFETCH(g + 1);
     if (g->mode == BEZIER) {
         double u = TrackCurve::normalised(*g, t);
-        b.s[l] = static_cast<float>(K::enter(g->bx, g->cx, u));
-        b.u[l] = static_cast<float>(u);
+        b.s0[l] = static_cast<float>(K::enter(g->bx, g->cx, u));
         b.rate[l] = 0.0f;
     }
 }
 
 // Whether t is in the first segment of lane l's curve, where a looping clip starts over.
-bool TrackCurvePlayer::restarts(const Links& links, int l, float t)
+bool TrackCurvePlayer::restarts(const Links& links, int l, float t) const
 {
-    const Line* first = links.begin[l];
-    return first && t >= first->t0 && t < first->t1;
+    if (links.begin[l] == NONE)
+        return false;
+    const Line* first = m_table.line(links.begin[l]);
+    return t >= first->t0 && t < first->t1;
 }
 
 // Puts lane l on the line of its channel's curve that holds t.
@@ -303,9 +307,9 @@ void TrackCurvePlayer::search(Block& b, Links& links, int l, int channel, float 
 {
     const TrackCurveTable::Curve& curve = m_table.curve(channel);
     int i = TrackCurveTable::find(curve, t);
-    links.begin[l] = curve.lines + 1;
+    links.begin[l] = m_table.place(curve.lines + 1);
     load(b, l, curve.lines[i]);
-    links.next[l] = curve.lines + i + 1;
+    links.next[l] = m_table.place(curve.lines + i + 1);
 }
 
 // Puts shape into lane l, with the prediction s = u until the lane is solved.
@@ -322,8 +326,7 @@ void TrackCurvePlayer::load(Block& b, int l, const Line& shape)
     b.ax[l] = bezier ? shape.ax : 0.0;
     b.bx[l] = bezier ? shape.bx : 0.0;
     b.cx[l] = bezier ? shape.cx : 1.0;
-    b.s[l] = 0.0f;
-    b.u[l] = 0.0f;
+    b.s0[l] = 0.0f;
     b.rate[l] = 1.0f;
     b.bezier = bezier ? b.bezier | (1u << l) : b.bezier & ~(1u << l);
 }

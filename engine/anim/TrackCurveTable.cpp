@@ -52,6 +52,7 @@ void TrackCurveTable::build(const TrackCurveData<float>* const* curves, int coun
     memAddInfo(m_block, true, FILE_TAG, __LINE__, "TrackCurveTable::build", m_bytes);
     auto start = (reinterpret_cast<uintptr_t>(m_block) + CACHE_LINE - 1) / CACHE_LINE * CACHE_LINE;
     Line* line = reinterpret_cast<Line*>(start);
+    m_lines = line;
     int* entry = reinterpret_cast<int*>(line + lines);
     m_curves.reserve(count);
     for (int i = 0; i < count; ++i) {
@@ -78,6 +79,7 @@ void TrackCurveTable::clear()
     memRemoveInfo(m_block, FILE_TAG, __LINE__, "TrackCurveTable::clear");
     jAllocator::get()->largeFree(m_block, m_bytes);
     m_block = nullptr;
+    m_lines = nullptr;
     m_bytes = 0;
 }
 

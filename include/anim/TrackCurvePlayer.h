@@ -70,20 +70,23 @@ private:
         double ax[LANES];
         double bx[LANES];
         double cx[LANES];
-        // The last solution: curve parameter, normalised time and ds/du.
-        float s[LANES];
-        float u[LANES];
+        // The last solution as a line in normalised time: where it would be at u = 0 along ds/du,
+        // and ds/du (eight bytes a lane, not twelve, on the stream every frame reads).
+        float s0[LANES];
         float rate[LANES];
         uint32_t bezier; // bit l: lane l's segment needs solving
     };
 
-    // For the lanes of a block: the table line after the lane's, and the line of its curve's
-    // first key, where a looping clip starts over (both null until the lane first searches its
-    // curve).
+    // For the lanes of a block, as indices of table lines (half the bytes of pointers, read every
+    // frame): the line after the lane's, and the line of its curve's first key, where a looping
+    // clip starts over. Both are NONE until the lane first searches its curve.
     struct Links {
-        const Line* next[LANES];
-        const Line* begin[LANES];
+        uint32_t next[LANES];
+        uint32_t begin[LANES];
     };
+    // No line: the table's first line, which holds curve 0 before its first key, is neither a line
+    // after another nor a first key's.
+    static constexpr uint32_t NONE = 0;
 
     // Bezier lanes that play_missed moved, waiting to be solved LANES at a time in one pass of
     // vector code instead of one chain of dependent divisions each: where each lane is, its
@@ -122,8 +125,8 @@ private:
     void defer(Pending& p, int k, int l, double u, float* out);
     void solve_pending(Pending& p, float* out);
     static void refine_pending(Pending& p);
-    static void step(Block& b, Links& links, int l, float t);
-    static bool restarts(const Links& links, int l, float t);
+    void step(Block& b, Links& links, int l, float t) const;
+    bool restarts(const Links& links, int l, float t) const;
     void search(Block& b, Links& links, int l, int channel, float t);
     static void load(Block& b, int l, const Line& line);
     void build_table();

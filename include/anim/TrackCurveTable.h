@@ -1,5 +1,7 @@
 #pragma once
 
+#include <cstdint>
+
 #include "anim/TrackCurve.h"
 #include "anim/TrackCurveIndex.h"
 #include "kit/jVector.h"
@@ -44,6 +46,11 @@ public:
     int size() const { return m_curves.size(); }
     // Returns where curve i is.
     const Curve& curve(int i) const { return m_curves[i]; }
+    // Returns line i of the whole table, counted from curve 0's first (curves follow each other;
+    // a table holds far fewer than 2^32 lines, 256 GB).
+    const Line* line(uint32_t i) const { return m_lines + i; }
+    // Returns the index of a line of the table in the whole table (see line).
+    uint32_t place(const Line* line) const { return static_cast<uint32_t>(line - m_lines); }
     // Returns the index of curve c's line that holds t: 0 before the first key, the last line from
     // the last key on (and for NaN), else the segment of the last key at or before t.
     static int find(const Curve& c, float t);
@@ -54,5 +61,6 @@ public:
 private:
     jVector<Curve> m_curves;
     void* m_block = nullptr; // every curve's lines, then every curve's index entries
+    const Line* m_lines = nullptr; // curve 0's first line, in m_block
     size_t m_bytes = 0;
 };
