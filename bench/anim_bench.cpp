@@ -3,14 +3,11 @@
 //   bench_anim --benchmark_filter=Sample     ns per channel sample (1,000 channels x 1,000 keys)
 //   bench_anim --benchmark_filter=TrackSet   one frame of a 100,000-channel track bound to a world
 //   bench_anim --benchmark_filter=File       loading and saving a ~100 MB .anim, and RapidJSON's own
-//                                            parse and write of the same bytes (FileRapidJSONParse /
-//                                            FileLoad is the load ratio, FileRapidJSONWrite / FileSave
-//                                            the save ratio)
+//                                            parse of the same bytes (FileLoad / FileRapidJSONParse is
+//                                            the load ratio)
 #include <benchmark/benchmark.h>
 
 #include <rapidjson/document.h>
-#include <rapidjson/prettywriter.h>
-#include <rapidjson/stringbuffer.h>
 
 #include <cmath>
 #include <cstdio>
@@ -346,27 +343,6 @@ void FileSave(benchmark::State& state)
     state.SetBytesProcessed(state.iterations() * static_cast<int64_t>(bytes));
 }
 
-// RapidJSON's writing of the same document, parsed once, as indented text with arrays on one
-// line, as the engine writes key records: FileSave's peer.
-void FileRapidJSONWrite(benchmark::State& state)
-{
-    std::string text = readAll(bigFile());
-    rapidjson::Document doc;
-    doc.Parse(text.data(), text.size());
-    if (doc.HasParseError())
-        state.SkipWithError("RapidJSON refused the big track");
-    size_t bytes = 0;
-    for (auto _ : state) {
-        rapidjson::StringBuffer out;
-        rapidjson::PrettyWriter<rapidjson::StringBuffer> writer(out);
-        writer.SetIndent(' ', 2);
-        writer.SetFormatOptions(rapidjson::kFormatSingleLineArray);
-        doc.Accept(writer);
-        bytes = out.GetSize();
-    }
-    state.SetBytesProcessed(state.iterations() * static_cast<int64_t>(bytes));
-}
-
 } // namespace
 
 BENCHMARK(SampleSequential)->ArgName("key_type")->Arg(TRACK_KEY_LINEAR)->Arg(TRACK_KEY_BREAK)->MinTime(0.5);
@@ -376,4 +352,3 @@ BENCHMARK(FileRapidJSONParse)->ArgName("engine_flags")->Arg(0)->Arg(1)->Unit(ben
 BENCHMARK(FileLoad)->Unit(benchmark::kMillisecond)->Iterations(3);
 BENCHMARK(FileTrackRead)->Unit(benchmark::kMillisecond)->Iterations(3);
 BENCHMARK(FileSave)->Unit(benchmark::kMillisecond)->Iterations(2);
-BENCHMARK(FileRapidJSONWrite)->Unit(benchmark::kMillisecond)->Iterations(2);
