@@ -41,7 +41,7 @@ void FEditRecorder::touch(TrackParameter* param)
 void FEditRecorder::touch(const FParameter* parameter)
 {
     if (parameter)
-        touch((parameter->getParent() ? parameter->getParent() : parameter)->getTrackParameter());
+        touch(parameter->getTopParameter()->getTrackParameter());
 }
 
 void FEditRecorder::made(TrackParameter* param)

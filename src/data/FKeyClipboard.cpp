@@ -27,16 +27,9 @@ Track* engineTrack()
 
 bool FKeyClipboard::path_of(const FParameterSingle* row, RowPath& path)
 {
-    const FParameter* owner = row->getParent() ? row->getParent() : row;
-    const Track* track = engineTrack();
-    for (int i = 0; i < track->getNumParameters(); ++i) {
-        if (track->getParameter(i) == owner->getTrackParameter()) {
-            path.parameter = i;
-            path.component = row->getParent() ? row->getComponentIndex() : -1;
-            return true;
-        }
-    }
-    return false;
+    path.parameter = engineTrack()->indexOf(row->getTopParameter()->getTrackParameter());
+    path.component = row->getParent() ? row->getComponentIndex() : -1;
+    return path.parameter >= 0;
 }
 
 // "keys" for a parameter of its own, the component's "keys" for a vector's axis, "file" and "time"

@@ -88,6 +88,10 @@ public:
     // The compound parameter that made this component; null for a top-level parameter.
     virtual FParameter* getParent() const { return m_parent; }
     virtual void setParent(FParameter* parent) { m_parent = parent; }
+    // The parameter the engine track holds for this one: its compound for a component, itself for
+    // a top-level parameter.
+    FParameter* getTopParameter() { return getParent() ? getParent() : this; }
+    const FParameter* getTopParameter() const { return getParent() ? getParent() : this; }
 
     // The engine parameter behind this one (the vector or nested track for a compound).
     virtual TrackParameter* getTrackParameter() const = 0;

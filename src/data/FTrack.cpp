@@ -319,7 +319,7 @@ int FTrack::place(int index, int singles, int compounds)
     for (int i = index + 1; i < m_track->getNumParameters(); ++i)
         after.insert(m_track->getParameter(i));
     auto later = [&after](const FParameter* p) {
-        return p && after.count((p->getParent() ? p->getParent() : p)->getTrackParameter()) > 0;
+        return p && after.count(p->getTopParameter()->getTrackParameter()) > 0;
     };
     int at = 0;
     while (at < compounds && !later(m_parameters[at]))

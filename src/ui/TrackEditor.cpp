@@ -133,7 +133,7 @@ void TrackEditor::update_node_panel()
         return;
     }
     const TrackReg* reg = Track::GetRegByName(param->getTypeName());
-    const int kind = (param->getParent() ? param->getParent() : param)->getType();
+    const int kind = param->getTopParameter()->getType();
     const bool material = reg && reg->isForMaterial();
     m_btn_select_node->setHidden(material || kind == TRACK_PARAMETER_TRACK || kind == TRACK_PARAMETER_STRING_FILE ||
                                  kind == TRACK_PARAMETER_STRING_MATERIAL);

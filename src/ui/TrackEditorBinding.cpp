@@ -305,7 +305,7 @@ jString TrackEditor::describe_row(const UITrackRow* row)
     const auto* param = static_cast<const FParameter*>(row->getData());
     if (!param)
         return jString();
-    const FParameter* bound = param->getParent() ? param->getParent() : param;
+    const FParameter* bound = param->getTopParameter();
     const TrackParameter* engine = bound->getTrackParameter();
     jString target;
     if (engine && engine->isForMaterial())
@@ -336,7 +336,7 @@ const jString& TrackEditor::getNodeName() const
             return reg ? afterLastDot(reg->getName(), m_node_name_text) : jString::null();
         if (param->getType() != TRACK_PARAMETER_FLOAT && param->getType() != TRACK_PARAMETER_COLOR)
             return jString::null();
-        const FParameter* bound = param->getParent() ? param->getParent() : param; // an axis: its vector
+        const FParameter* bound = param->getTopParameter(); // an axis: its vector
         return bound->getTrackParameter()->getMaterialTag();
     }
     const Node* node = find_bound_node(param, "TrackEditor::getNodeName", true);

@@ -69,7 +69,7 @@ void TrackEditor::cb_del_track(const UIEventMouse*, UIElement*)
     FTrack* document = AppData::get()->getTrack();
     jSet<FParameter*> doomed;
     for (FParameterSingle* selected : document->getSelectedParameters())
-        doomed.insert(selected->getParent() ? selected->getParent() : selected);
+        doomed.insert(selected->getTopParameter());
     if (doomed.empty() || !msgBox(tr("delete_config"), tr("warning"), getRoot(), true))
         return;
     for (FParameter* parameter : doomed) // every one, before any is gone: each keeps its place
