@@ -17,15 +17,14 @@ jAllocator* jAllocator::get()
 
 namespace {
 
-// The pool for an allocation of size bytes, or null for the heap. Builds checked by the sanitizers
-// take everything from the heap, so that they see every object's bounds and lifetime.
-jSmallPool* poolFor(size_t size)
+// The pool of small objects, or null when everything comes from the heap: builds checked by the
+// sanitizers take it all from there, so that they see every object's bounds and lifetime.
+jSmallPool* smallPool()
 {
 #ifdef KUVO_SYSTEM_HEAP
-    (void)size;
     return nullptr;
 #else
-    return size > 0 && size <= jSmallPool::LARGEST ? jSmallPool::get() : nullptr;
+    return jSmallPool::get();
 #endif
 }
 
@@ -36,15 +35,15 @@ size_t hugeRounded(size_t size)
     return (size + HUGE_PAGE - 1) / HUGE_PAGE * HUGE_PAGE;
 }
 
-// Takes size bytes from the system heap. A buffer of a huge page or more (the keys of a long curve,
-// a parsed document's nodes) is read all over: the whole huge pages inside it are asked to be
-// backed by huge pages, as largeAlloc's tables are.
+// Takes size bytes from the system heap. A buffer of two huge pages or more (the keys of a long
+// curve, a parsed document's nodes) is read all over: the whole huge pages inside it are asked to
+// be backed by huge pages, as largeAlloc's tables are.
 void* heapAlloc(size_t size)
 {
     void* ptr = std::malloc(size ? size : 1);
     if (ptr && size >= 2 * HUGE_PAGE) {
         const auto start = reinterpret_cast<uintptr_t>(ptr);
-        const uintptr_t first = (start + HUGE_PAGE - 1) / HUGE_PAGE * HUGE_PAGE;
+        const uintptr_t first = hugeRounded(start);
         const uintptr_t last = (start + size) / HUGE_PAGE * HUGE_PAGE;
         madvise(reinterpret_cast<void*>(first), last - first, MADV_HUGEPAGE);
     }
@@ -55,7 +54,7 @@ void* heapAlloc(size_t size)
 
 void* jAllocator::localAlloc(size_t size)
 {
-    jSmallPool* pool = poolFor(size);
+    jSmallPool* pool = size > 0 && size <= jSmallPool::LARGEST ? smallPool() : nullptr;
     void* ptr = pool ? pool->allocate(size) : nullptr;
     if (!ptr)
         ptr = heapAlloc(size);
@@ -68,7 +67,7 @@ void* jAllocator::localAlloc(size_t size)
 
 void jAllocator::localFree(void* ptr)
 {
-    jSmallPool* pool = poolFor(1);
+    jSmallPool* pool = smallPool();
     if (pool && pool->owns(ptr))
         pool->release(ptr);
     else

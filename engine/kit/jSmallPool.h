@@ -7,8 +7,9 @@
 // The allocator's home for small objects (up to LARGEST bytes). A large track is millions of keys,
 // marks and records of a few dozen bytes each: from the system heap every one costs a header and a
 // lock, and walking them misses the address translation cache at nearly every object. Here objects
-// of one size class (32 bytes, then 16-byte steps) lie packed in blocks of 2 MiB, backed by huge pages once the
-// class has filled its first block; an allocation pops the class's free list or bumps its block.
+// of one size class (32 bytes, then 16-byte steps) lie packed in blocks of 2 MiB, backed by huge
+// pages once the class has filled its first block; an allocation pops the class's free list or
+// bumps its block.
 // Freed memory goes back to its class's list and is reused there; it is not returned to the system.
 //
 // The blocks are carved, in order, from one range of address space reserved up front without any
@@ -25,8 +26,9 @@ public:
     // when the system refused the address range, and then every allocation comes from the heap.
     static jSmallPool* get();
 
-    // Returns size bytes (1 to LARGEST, at least SMALLEST taken), aligned to ALIGNMENT; null when the reserved range is used
-    // up or the system refuses memory for a new block (the caller then takes the heap).
+    // Returns size bytes (1 to LARGEST, at least SMALLEST taken), aligned to ALIGNMENT; null when
+    // the reserved range is used up or the system refuses memory for a new block (the caller then
+    // takes the heap).
     void* allocate(size_t size);
     // Returns memory from allocate to its class. ptr must come from this pool.
     void release(void* ptr);

@@ -16,8 +16,8 @@ public:
 
     // Returns size bytes aligned for any fundamental type; logs a fatal error and aborts when the
     // system has no memory left, so callers never see null for a non-zero size. Small objects
-    // come packed by size in huge pages, buffers from the system heap (huge pages for the whole
-    // huge pages inside a large one); sanitizer builds take everything from the heap.
+    // come packed by size in huge pages, buffers from the system heap (the whole huge pages inside
+    // one of two huge pages or more backed by huge pages); sanitizer builds take everything from the heap.
     void* localAlloc(size_t size);
     // Frees memory obtained from localAlloc; null is ignored.
     void localFree(void* ptr);
