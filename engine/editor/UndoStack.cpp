@@ -44,9 +44,9 @@ std::shared_ptr<UndoCommand> shared(UndoCommand* command)
     });
 }
 
-const UndoCommand& commandAt(const QUndoStack& stack, int i)
+const std::shared_ptr<UndoCommand>& sharedAt(const QUndoStack& stack, int i)
 {
-    return *static_cast<const QtCommand*>(stack.command(i))->command();
+    return static_cast<const QtCommand*>(stack.command(i))->command();
 }
 
 jString toText(const QString& text)
@@ -77,14 +77,14 @@ public:
             return;
         size_t held = 0;
         int first = stack.count();
-        while (first > 0 && held + commandAt(stack, first - 1).bytes() <= byte_limit)
-            held += commandAt(stack, --first).bytes();
+        while (first > 0 && held + sharedAt(stack, first - 1)->bytes() <= byte_limit)
+            held += sharedAt(stack, --first)->bytes();
         const int drop = std::min(first, stack.count() - 1);
         if (drop <= 0)
             return;
         std::vector<std::shared_ptr<UndoCommand>> kept;
         for (int i = drop; i < stack.count(); ++i)
-            kept.push_back(static_cast<const QtCommand*>(stack.command(i))->command());
+            kept.push_back(sharedAt(stack, i));
         const int clean = stack.cleanIndex() - drop;
         stack.clear();
         if (clean < 0)

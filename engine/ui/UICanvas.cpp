@@ -170,20 +170,17 @@ bool UICanvas::set_points(int id, int kind, const vec3* points, int count, bool 
         same = equal(s->points[i], given(i));
     if (same)
         return true; // views set the same points again on every pass
-    QRectF stretch;
-    if (kind != Kind::Trace && s->points.size() == n) { // a mark moved: rewritten without a new list
-        for (size_t i = 0; i < n; ++i)
-            s->points[i] = given(i);
-    } else {
-        std::vector<QPointF> fresh(n);
-        for (size_t i = 0; i < n; ++i)
-            fresh[i] = given(i);
-        // A trace of thousands of points mostly changes in one stretch (the keys being dragged).
-        stretch = kind == Kind::Trace ? changed_stretch(s->points, before, fresh) : QRectF();
-        s->points.swap(fresh);
-    }
+    // A trace of thousands of points mostly changes in one stretch (the keys being dragged): its old
+    // points tell which. A moved mark is rewritten in its own list.
+    std::vector<QPointF> old;
+    if (kind == Kind::Trace)
+        old.swap(s->points);
+    s->points.resize(n);
+    for (size_t i = 0; i < n; ++i)
+        s->points[i] = given(i);
     m_store->touch(id);
-    repaint(this, *m_store, kind == Kind::Trace ? stretch : before | m_store->boundsOf(*s));
+    repaint(this, *m_store,
+            kind == Kind::Trace ? changed_stretch(old, before, s->points) : before | m_store->boundsOf(*s));
     return true;
 }
 
