@@ -244,7 +244,7 @@ bool Track::load(Package* root, World* world)
 bool Track::loadFile(const char* path, World* world)
 {
     mjl reader;
-    if (!reader.open(path))
+    if (!reader.open(path, mjl::NUMBER_ROWS))
         return false;
     TrackReader track;
     if (read(track, reader.getRoot(), world))

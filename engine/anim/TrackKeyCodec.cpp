@@ -9,21 +9,21 @@
 
 namespace {
 
-// Returns the record's children when it is an array of exactly count entries, else records why.
+// Returns whether the record is an array or a row of exactly count entries, else records why.
 bool expect(TrackReader& reader, const Package* record, int count, const char* layout)
 {
-    if (record->isArray() && record->getNumChildren() == count)
+    if ((record->isArray() && record->getNumChildren() == count) || record->getNumNumbers() == count)
         return true;
     reader.fail(record, std::string("a key record must be ") + layout);
     return false;
 }
 
-bool readKeyType(TrackReader& reader, const Package* node, int& type)
+bool readKeyType(TrackReader& reader, const TrackField& field, int& type)
 {
-    if (!reader.readInt(node, type, "key type"))
+    if (!reader.readInt(field, type, "key type"))
         return false;
     if (type < 0 || type >= TRACK_KEY_TYPE_COUNT) {
-        reader.fail(node, "key type " + std::to_string(type) + " is not 0 to 4");
+        reader.fail(field, "key type " + std::to_string(type) + " is not 0 to 4");
         return false;
     }
     return true;
@@ -33,7 +33,7 @@ bool readTangents(TrackReader& reader, const Package* record, int first, vec4& t
 {
     bool ok = true;
     for (int i = 0; i < 4; ++i)
-        ok = reader.readFloat(record->getChild(first + i), tangents[i], "tangent") && ok;
+        ok = reader.readFloat({record, first + i}, tangents[i], "tangent") && ok;
     return ok;
 }
 
@@ -59,10 +59,10 @@ bool TrackKeyCodec::read(TrackReader& reader, const Package* record, TrackKeyTog
     if (!expect(reader, record, 2, "[time, 0 or 1]"))
         return false;
     int value = 0;
-    if (!reader.readTime(record->getChild(0), key.time) || !reader.readInt(record->getChild(1), value, "value"))
+    if (!reader.readTime({record, 0}, key.time) || !reader.readInt({record, 1}, value, "value"))
         return false;
     if (value != 0 && value != 1) {
-        reader.fail(record->getChild(1), "a toggle value must be 0 or 1");
+        reader.fail({record, 1}, "a toggle value must be 0 or 1");
         return false;
     }
     key.value = value != 0;
@@ -73,29 +73,29 @@ bool TrackKeyCodec::read(TrackReader& reader, const Package* record, TrackKeyFlo
 {
     if (!expect(reader, record, 7, "[time, value, in_dt, in_dv, out_dt, out_dv, key type]"))
         return false;
-    bool ok = reader.readTime(record->getChild(0), key.time);
-    ok = reader.readFloat(record->getChild(1), key.value, "value") && ok;
+    bool ok = reader.readTime({record, 0}, key.time);
+    ok = reader.readFloat({record, 1}, key.value, "value") && ok;
     ok = readTangents(reader, record, 2, key.tangents) && ok;
-    return readKeyType(reader, record->getChild(6), key.type) && ok;
+    return readKeyType(reader, {record, 6}, key.type) && ok;
 }
 
 bool TrackKeyCodec::read(TrackReader& reader, const Package* record, TrackKeyDouble& key)
 {
     if (!expect(reader, record, 7, "[time, value, in_dt, in_dv, out_dt, out_dv, key type]"))
         return false;
-    bool ok = reader.readTime(record->getChild(0), key.time);
-    ok = reader.readNumber(record->getChild(1), key.value, "value") && ok;
+    bool ok = reader.readTime({record, 0}, key.time);
+    ok = reader.readNumber({record, 1}, key.value, "value") && ok;
     ok = readTangents(reader, record, 2, key.tangents) && ok;
-    return readKeyType(reader, record->getChild(6), key.type) && ok;
+    return readKeyType(reader, {record, 6}, key.type) && ok;
 }
 
 bool TrackKeyCodec::read(TrackReader& reader, const Package* record, TrackKeyColor& key)
 {
     if (!expect(reader, record, 5, "[time, red, green, blue, alpha]"))
         return false;
-    bool ok = reader.readTime(record->getChild(0), key.time);
+    bool ok = reader.readTime({record, 0}, key.time);
     for (int i = 0; i < 4; ++i)
-        ok = reader.readFloat(record->getChild(1 + i), key.value[i], "colour channel") && ok;
+        ok = reader.readFloat({record, 1 + i}, key.value[i], "colour channel") && ok;
     return ok;
 }
 
@@ -105,7 +105,7 @@ bool TrackKeyCodec::read(TrackReader& reader, const Package* record, TrackKeyStr
         return false;
     const char* text = "";
     int length = 0;
-    if (!reader.readTime(record->getChild(0), key.time) || !reader.readString(record->getChild(1), text, length, "text"))
+    if (!reader.readTime({record, 0}, key.time) || !reader.readString({record, 1}, text, length, "text"))
         return false;
     key.value = jString(text, length);
     return true;

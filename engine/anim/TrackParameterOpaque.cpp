@@ -53,6 +53,15 @@ void TrackParameterOpaque::Copy(const Package* from, Package* to)
     case Package::STRING:
         to->setString(from->getString(), from->getStringLength());
         break;
+    case Package::NUMBERS:
+        to->setArray();
+        for (int i = 0; i < from->getNumNumbers(); ++i) {
+            if (from->isIntegerNumber(i))
+                to->addInt(nullptr, static_cast<int64_t>(from->getNumber(i)));
+            else
+                to->addDouble(nullptr, from->getNumber(i));
+        }
+        break;
     case Package::ARRAY:
     case Package::OBJECT:
         if (from->getType() == Package::ARRAY)

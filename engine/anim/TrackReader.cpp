@@ -2,10 +2,10 @@
 
 #include <algorithm>
 
-void TrackReader::fail(const Package* node, const std::string& reason)
+void TrackReader::fail(const TrackField& field, const std::string& reason)
 {
     // Kept in file order, so that a reader sees them top to bottom whatever order they were found in.
-    Problem problem{node ? node->getLine() : 0, node ? node->getColumn() : 0, reason};
+    Problem problem{field.getLine(), field.getColumn(), reason};
     auto later = std::upper_bound(m_problems.begin(), m_problems.end(), problem, [](const Problem& a, const Problem& b) {
         return a.line != b.line ? a.line < b.line : a.column < b.column;
     });
@@ -25,31 +25,33 @@ const Package* TrackReader::optional(const Package* object, const char* name) co
     return object && object->isObject() ? object->find(name) : nullptr;
 }
 
-bool TrackReader::refuse_number(const Package* node, const char* what)
+bool TrackReader::refuse_number(const TrackField& field, const char* what)
 {
-    return refuse(node, what, node->isNumber() ? " is not finite" : " must be a number");
+    return refuse(field, what, field.isNumber() ? " is not finite" : " must be a number");
 }
 
-bool TrackReader::refuse(const Package* node, const char* what, const char* problem)
+bool TrackReader::refuse(const TrackField& field, const char* what, const char* problem)
 {
-    fail(node, std::string(what) + problem);
+    fail(field, std::string(what) + problem);
     return false;
 }
 
-bool TrackReader::readBool(const Package* node, bool& out, const char* what)
+bool TrackReader::readBool(const TrackField& field, bool& out, const char* what)
 {
-    if (!node->isBool()) {
-        fail(node, std::string(what) + " must be true or false");
+    const Package* node = field.node();
+    if (!node || !node->isBool()) {
+        fail(field, std::string(what) + " must be true or false");
         return false;
     }
     out = node->getBool();
     return true;
 }
 
-bool TrackReader::readString(const Package* node, const char*& out, int& length, const char* what)
+bool TrackReader::readString(const TrackField& field, const char*& out, int& length, const char* what)
 {
-    if (!node->isString()) {
-        fail(node, std::string(what) + " must be a string");
+    const Package* node = field.node();
+    if (!node || !node->isString()) {
+        fail(field, std::string(what) + " must be a string");
         return false;
     }
     out = node->getString();

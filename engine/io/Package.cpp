@@ -15,7 +15,7 @@ namespace {
 
 const char* type_name(Package::Type type)
 {
-    static const char* const names[] = {"null", "bool", "int", "double", "string", "array", "object"};
+    static const char* const names[] = {"null", "bool", "int", "double", "string", "array", "object", "row of numbers"};
     return names[type];
 }
 
@@ -84,6 +84,28 @@ int Package::getColumn() const
     if (m_offset && m_arena)
         m_arena->locate(m_offset - 1, line, column);
     return column;
+}
+
+int Package::getNumberLine(int index) const
+{
+    int line = 0;
+    int column = 0;
+    locate_number(index, line, column);
+    return line;
+}
+
+int Package::getNumberColumn(int index) const
+{
+    int line = 0;
+    int column = 0;
+    locate_number(index, line, column);
+    return column;
+}
+
+void Package::locate_number(int index, int& line, int& column) const
+{
+    if (in_row_of_numbers(index) && m_offset && m_arena)
+        m_arena->locate(m_offset - 1 + row_distances()[index], line, column);
 }
 
 void Package::set_name(const char* name, size_t length)
@@ -239,6 +261,8 @@ Package* Package::addObject(const char* name)
 
 bool Package::same_value(const Package& other) const
 {
+    if (m_type == NUMBERS || other.m_type == NUMBERS)
+        return m_type == NUMBERS ? same_numbers(other) : other.same_numbers(*this);
     if (isNumber() && other.isNumber()) {
         if (m_type == INT && other.m_type == INT)
             return m_value.i == other.m_value.i;
@@ -262,6 +286,27 @@ bool Package::same_value(const Package& other) const
     }
 }
 
+bool Package::same_numbers(const Package& other) const
+{
+    const int n = getNumNumbers();
+    if (other.getNumNumbers() != n && (other.m_type != ARRAY || static_cast<int>(other.count()) != n))
+        return false;
+    for (int i = 0; i < n; ++i) {
+        double value = getNumber(i);
+        if (other.m_type == NUMBERS) {
+            if (other.getNumber(i) != value)
+                return false;
+            continue;
+        }
+        const Package* entry = other.child_at(static_cast<uint32_t>(i));
+        bool same = entry->m_type == INT ? double_equals_int(value, entry->m_value.i)
+                                         : entry->m_type == DOUBLE && entry->m_value.d == value;
+        if (!same)
+            return false;
+    }
+    return true;
+}
+
 bool Package::equals(const Package& other) const
 {
     // An explicit stack: a tree built in memory may be deeper than the call stack allows.
@@ -272,6 +317,8 @@ bool Package::equals(const Package& other) const
         pending.remove(pending.size() - 1);
         if (!a->same_value(*b))
             return false;
+        if (a->m_type == NUMBERS || b->m_type == NUMBERS)
+            continue; // same_value compared the entries
         for (int i = a->getNumChildren() - 1; i >= 0; --i) {
             const Package* x = a->child_at(static_cast<uint32_t>(i));
             const Package* y = b->child_at(static_cast<uint32_t>(i));

@@ -107,6 +107,15 @@ Package** PackageArena::makeItems(size_t capacity)
     return reinterpret_cast<Package**>(header + 1);
 }
 
+double* PackageArena::makeNumbers(uint32_t count, uint32_t integers)
+{
+    size_t size = sizeof(uint64_t) + count * (sizeof(double) + sizeof(uint16_t));
+    auto* header = static_cast<uint32_t*>(allocate(size, alignof(double)));
+    header[0] = integers;
+    header[1] = count;
+    return reinterpret_cast<double*>(header + 2);
+}
+
 Package* PackageArena::makeRow(uint32_t count)
 {
     static_assert(alignof(Package) <= alignof(uint64_t), "the row follows an eight-byte header");

@@ -35,6 +35,10 @@ public:
     Package** makeItems(size_t capacity);
     // Returns room for a row of count nodes, with the count in the four bytes before it.
     Package* makeRow(uint32_t count);
+    // Returns room for a row of count numbers (at most 32), with the count in the four bytes before
+    // it, the mask of its integer entries in the four before those, and room for count 16-bit
+    // distances after it.
+    double* makeNumbers(uint32_t count, uint32_t integers);
 
     // Notes where the lines of the text the tree was read from start (once, after reading), from
     // the offsets of its count newlines in order, so that nodes keep only a byte offset.

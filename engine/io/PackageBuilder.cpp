@@ -135,8 +135,8 @@ bool reader_value_is_exact(const char* p, const char* end)
 
 } // namespace
 
-PackageBuilder::PackageBuilder(Package& root, const char* text, const TextStream& stream)
-    : m_root(root), m_arena(root.arena()), m_text(text), m_stream(stream)
+PackageBuilder::PackageBuilder(Package& root, const char* text, const TextStream& stream, bool number_rows)
+    : m_root(root), m_arena(root.arena()), m_text(text), m_stream(stream), m_number_rows(number_rows)
 {
 }
 
@@ -290,7 +290,40 @@ bool PackageBuilder::end_container()
     return true;
 }
 
+bool PackageBuilder::end_number_row()
+{
+    constexpr int64_t exact = int64_t(1) << 53; // integers up to this size are exact as doubles
+    size_t first = m_frames[m_depth - 1];
+    size_t count = m_pending_count - first;
+    if (count == 0 || count > Package::MAX_ROW_NUMBERS)
+        return false;
+    Package* node = m_depth == 1 ? &m_root : m_pending + first - 1;
+    const Package* entries = m_pending + first;
+    uint32_t integers = 0;
+    for (size_t i = 0; i < count; ++i) {
+        const Package& entry = entries[i];
+        bool integer = entry.m_type == Package::INT;
+        if (integer ? entry.m_value.i < -exact || entry.m_value.i > exact : entry.m_type != Package::DOUBLE)
+            return false;
+        if (entry.m_offset - node->m_offset > UINT16_MAX)
+            return false;
+        integers |= uint32_t(integer) << i;
+    }
+    double* numbers = m_arena->makeNumbers(static_cast<uint32_t>(count), integers);
+    auto* distances = reinterpret_cast<uint16_t*>(numbers + count);
+    for (size_t i = 0; i < count; ++i) {
+        const Package& entry = entries[i];
+        numbers[i] = entry.m_type == Package::INT ? static_cast<double>(entry.m_value.i) : entry.m_value.d;
+        distances[i] = static_cast<uint16_t>(entry.m_offset - node->m_offset);
+    }
+    node->m_type = Package::NUMBERS;
+    node->m_value.numbers = numbers;
+    m_pending_count = first;
+    --m_depth;
+    return true;
+}
+
 bool PackageBuilder::StartObject() { return begin_container(Package::OBJECT); }
 bool PackageBuilder::EndObject(rapidjson::SizeType) { return end_container(); }
 bool PackageBuilder::StartArray() { return begin_container(Package::ARRAY); }
-bool PackageBuilder::EndArray(rapidjson::SizeType) { return end_container(); }
+bool PackageBuilder::EndArray(rapidjson::SizeType) { return (m_number_rows && end_number_row()) || end_container(); }

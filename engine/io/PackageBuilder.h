@@ -25,8 +25,9 @@ class PackageArena;
 // only null and the booleans leave the stream past the token. The reading tests pin this down.
 class PackageBuilder {
 public:
-    // text is the whole input; stream is the one the reader consumes, positioned on text.
-    PackageBuilder(Package& root, const char* text, const TextStream& stream);
+    // text is the whole input; stream is the one the reader consumes, positioned on text. With
+    // number_rows true, an array of at most Package::MAX_ROW_NUMBERS numbers becomes a row of NUMBERS.
+    PackageBuilder(Package& root, const char* text, const TextStream& stream, bool number_rows);
     // Frees the pending stack; the tree itself belongs to the root.
     ~PackageBuilder();
     PackageBuilder(const PackageBuilder&) = delete;
@@ -90,6 +91,9 @@ private:
     }
     bool begin_container(Package::Type type);
     bool end_container();
+    // Ends the innermost array as a row of numbers when its children allow; returns false, with
+    // nothing done, when they do not.
+    bool end_number_row();
     // Counts the lines up to offset, for an error's position.
     void advance(size_t offset);
     // Returns a new node on top of the pending stack; it moves when the stack grows.
@@ -117,6 +121,7 @@ private:
     const char* m_failure = nullptr;
     size_t m_failure_offset = 0;
     int m_depth = 0;
+    bool m_number_rows;
     // Where the children of each open container start on the pending stack.
     size_t m_frames[mjl::MAX_DEPTH];
 };

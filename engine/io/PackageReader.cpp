@@ -78,14 +78,15 @@ const char* reason_for(rapidjson::ParseErrorCode code, const char* text, size_t 
 
 } // namespace
 
-bool PackageReader::read(const char* text, size_t size, const char* name, Package& root, std::string& error)
+bool PackageReader::read(const char* text, size_t size, const char* name, Package& root, std::string& error,
+                         bool number_rows)
 {
     // Not kParseFullPrecisionFlag: RapidJSON 1.1.0's exact conversion reads outside its tables on
     // some long mantissas with large exponents. The builder converts floating-point numbers itself.
     constexpr unsigned flags = rapidjson::kParseValidateEncodingFlag | rapidjson::kParseIterativeFlag;
     LineLog lines;
     TextStream stream(text, size, lines);
-    PackageBuilder builder(root, text, stream);
+    PackageBuilder builder(root, text, stream, number_rows);
     rapidjson::Reader reader;
     rapidjson::ParseResult result = reader.Parse<flags>(stream, builder);
     size_t offset = stream.Tell();

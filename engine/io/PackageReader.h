@@ -9,7 +9,9 @@ class Package;
 // no input can exhaust the call stack, and turns its failures into "name:line:column: reason".
 class PackageReader {
 public:
-    // Parses size bytes of text into root. Returns false with the message in error when the text is not valid JSON or nests deeper
-    // than mjl::MAX_DEPTH; root then holds a partial tree that the caller drops.
-    static bool read(const char* text, size_t size, const char* name, Package& root, std::string& error);
+    // Parses size bytes of text into root, keeping short arrays of numbers as rows of NUMBERS when
+    // number_rows is true. Returns false with the message in error when the text is not valid JSON
+    // or nests deeper than mjl::MAX_DEPTH; root then holds a partial tree that the caller drops.
+    static bool read(const char* text, size_t size, const char* name, Package& root, std::string& error,
+                     bool number_rows = false);
 };

@@ -51,7 +51,7 @@ PackageWriter::PackageWriter(AtomicFile& file) : m_file(&file) {}
 
 bool PackageWriter::is_scalar(const Package& node)
 {
-    return node.m_type != Package::ARRAY && node.m_type != Package::OBJECT;
+    return node.m_type != Package::ARRAY && node.m_type != Package::OBJECT && node.m_type != Package::NUMBERS;
 }
 
 void PackageWriter::emit(const char* data, size_t size)
@@ -124,6 +124,8 @@ bool PackageWriter::write_value(const Package& node)
 {
     if (is_scalar(node))
         return write_scalar(node);
+    if (node.m_type == Package::NUMBERS)
+        return write_numbers(node);
     if (m_depth == mjl::MAX_DEPTH)
         return fail("nests deeper than 512 levels");
     bool object = node.m_type == Package::OBJECT;
@@ -160,17 +162,36 @@ bool PackageWriter::write_inline_array(const Package& node)
     return true;
 }
 
+bool PackageWriter::write_numbers(const Package& node)
+{
+    put('[');
+    for (int i = 0; i < node.getNumNumbers(); ++i) {
+        if (i)
+            put(", ", 2);
+        if (node.isIntegerNumber(i))
+            write_integer(static_cast<int64_t>(node.getNumber(i)));
+        else if (!write_double(node.getNumber(i)))
+            return false;
+    }
+    put(']');
+    return true;
+}
+
+void PackageWriter::write_integer(int64_t value)
+{
+    char* start = reserve(24); // before m_end is read: reserving may move the buffer
+    m_cursor = std::to_chars(start, m_end, value).ptr;
+}
+
 bool PackageWriter::write_scalar(const Package& node)
 {
     switch (node.getType()) {
     case Package::BOOL:
         node.m_value.b ? put("true", 4) : put("false", 5);
         return true;
-    case Package::INT: {
-        char* start = reserve(24); // before m_end is read: reserving may move the buffer
-        m_cursor = std::to_chars(start, m_end, node.m_value.i).ptr;
+    case Package::INT:
+        write_integer(node.m_value.i);
         return true;
-    }
     case Package::DOUBLE:
         return write_double(node.m_value.d);
     case Package::STRING:

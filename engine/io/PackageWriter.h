@@ -42,6 +42,9 @@ private:
     bool write_value(const Package& node);
     bool write_scalar(const Package& node);
     bool write_inline_array(const Package& node);
+    // Writes a row of NUMBERS on one line, as an array of scalars is.
+    bool write_numbers(const Package& node);
+    void write_integer(int64_t value);
     bool write_double(double value);
     bool write_string(const char* text, size_t length);
     // Writes the escape \uXXXX of a 16-bit code.

@@ -74,7 +74,7 @@ void mjl::close()
     m_root = nullptr;
 }
 
-bool mjl::open(const char* path, int)
+bool mjl::open(const char* path, int flags)
 {
     close();
     if (!path)
@@ -90,7 +90,7 @@ bool mjl::open(const char* path, int)
         TextBuffer text(static_cast<size_t>(info.st_size));
         if (read_file(fd, text, reason)) {
             ::close(fd);
-            return read_text(text.data(), text.size(), path, "mjl::open");
+            return read_text(text.data(), text.size(), path, "mjl::open", flags);
         }
     }
     if (fd >= 0)
@@ -100,16 +100,16 @@ bool mjl::open(const char* path, int)
     return false;
 }
 
-bool mjl::parse(const char* text, size_t size, const char* name)
+bool mjl::parse(const char* text, size_t size, const char* name, int flags)
 {
     close();
-    return read_text(text ? text : "", text ? size : 0, name ? name : "<memory>", "mjl::parse");
+    return read_text(text ? text : "", text ? size : 0, name ? name : "<memory>", "mjl::parse", flags);
 }
 
-bool mjl::read_text(const char* text, size_t size, const char* name, const char* caller)
+bool mjl::read_text(const char* text, size_t size, const char* name, const char* caller, int flags)
 {
     m_root = jNew<Package>("engine/io/mjl", __LINE__, "mjl::read_text");
-    if (PackageReader::read(text, size, name, *m_root, m_error))
+    if (PackageReader::read(text, size, name, *m_root, m_error, (flags & NUMBER_ROWS) != 0))
         return true;
     close();
     jLog::error("%s:%s", caller, m_error.c_str());

@@ -25,7 +25,8 @@ const char* package_type_name(const Package* value)
     case Package::INT:
     case Package::DOUBLE: return "a number";
     case Package::STRING: return "a string";
-    case Package::ARRAY: return "an array";
+    case Package::ARRAY:
+    case Package::NUMBERS: return "an array";
     case Package::OBJECT: return "an object";
     }
     return "a value";

@@ -5,6 +5,7 @@
 #include <string>
 #include <vector>
 
+#include "anim/TrackField.h"
 #include "io/Package.h"
 
 // The state of reading one .anim document: every problem found, with the line and column of the
@@ -25,9 +26,9 @@ public:
 
     bool isStrict() const { return m_strict; }
 
-    // Records a problem at the position of node (0:0 when node is null or built in memory); problems
-    // are kept in the order of their positions.
-    void fail(const Package* node, const std::string& reason);
+    // Records a problem at the position of the field (0:0 when it is null or built in memory);
+    // problems are kept in the order of their positions.
+    void fail(const TrackField& field, const std::string& reason);
     bool failed() const { return !m_problems.empty(); }
     const std::vector<Problem>& problems() const { return m_problems; }
 
@@ -38,48 +39,48 @@ public:
 
     // Reads a finite number into out; records a problem and returns false otherwise.
     // This and the three below run for every number of every key, so their usual case is inline.
-    bool readNumber(const Package* node, double& out, const char* what)
+    bool readNumber(const TrackField& field, double& out, const char* what)
     {
-        if (node->isNumber()) {
-            out = node->getDouble();
+        if (field.isNumber()) {
+            out = field.getDouble();
             if (std::isfinite(out))
                 return true;
         }
-        return refuse_number(node, what);
+        return refuse_number(field, what);
     }
     // Reads a finite number that fits a float.
-    bool readFloat(const Package* node, float& out, const char* what)
+    bool readFloat(const TrackField& field, float& out, const char* what)
     {
         double value = 0.0;
-        if (!readNumber(node, value, what))
+        if (!readNumber(field, value, what))
             return false;
         if (std::fabs(value) > std::numeric_limits<float>::max())
-            return refuse(node, what, " is not finite as a 32-bit float");
+            return refuse(field, what, " is not finite as a 32-bit float");
         out = static_cast<float>(value);
         return true;
     }
     // Reads a finite, non-negative time.
-    bool readTime(const Package* node, float& out)
+    bool readTime(const TrackField& field, float& out)
     {
-        if (!readFloat(node, out, "time"))
+        if (!readFloat(field, out, "time"))
             return false;
-        return out >= 0.0f || refuse(node, "time", " is negative");
+        return out >= 0.0f || refuse(field, "time", " is negative");
     }
     // Reads an integer (a number without fraction).
-    bool readInt(const Package* node, int& out, const char* what)
+    bool readInt(const TrackField& field, int& out, const char* what)
     {
         double value = 0.0;
-        if (!readNumber(node, value, what))
+        if (!readNumber(field, value, what))
             return false;
         if (value != std::floor(value) || value < -2147483648.0 || value > 2147483647.0)
-            return refuse(node, what, " must be a whole number");
+            return refuse(field, what, " must be a whole number");
         out = static_cast<int>(value);
         return true;
     }
     // Reads a boolean.
-    bool readBool(const Package* node, bool& out, const char* what);
+    bool readBool(const TrackField& field, bool& out, const char* what);
     // Reads a string.
-    bool readString(const Package* node, const char*& out, int& length, const char* what);
+    bool readString(const TrackField& field, const char*& out, int& length, const char* what);
 
     // Optional members with a fallback: absent gives the fallback, a wrong value a problem.
     bool optionalBool(const Package* object, const char* name, bool fallback);
@@ -88,10 +89,10 @@ public:
     const char* optionalString(const Package* object, const char* name);
 
 private:
-    // Records why node is not a finite number; returns false.
-    bool refuse_number(const Package* node, const char* what);
+    // Records why the field is not a finite number; returns false.
+    bool refuse_number(const TrackField& field, const char* what);
     // Records "what" followed by the problem; returns false.
-    bool refuse(const Package* node, const char* what, const char* problem);
+    bool refuse(const TrackField& field, const char* what, const char* problem);
 
     bool m_strict;
     std::vector<Problem> m_problems;

@@ -7,12 +7,16 @@ class PackageArena;
 
 // A node of the engine's generic document tree: null, a boolean, an integer, a floating-point
 // number, a string, an array of nodes or an object of named nodes (members keep their order; a
-// repeated name is kept, and lookups find the first). A node made on its own (a root) owns the
+// repeated name is kept, and lookups find the first), or a row of numbers: a short array of numbers
+// that a reader asked to keep without a node per number (see mjl::NUMBER_ROWS), read through
+// getNumber rather than getChild. A node made on its own (a root) owns the
 // memory of its whole subtree; child nodes live in that memory and stay valid until the root is
 // destroyed or cleared. Strings and names may contain any byte, including zero.
 class Package {
 public:
-    enum Type : uint8_t { NUL = 0, BOOL, INT, DOUBLE, STRING, ARRAY, OBJECT };
+    enum Type : uint8_t { NUL = 0, BOOL, INT, DOUBLE, STRING, ARRAY, OBJECT, NUMBERS };
+    // The longest array a reader keeps as a row of numbers.
+    static constexpr int MAX_ROW_NUMBERS = 32;
 
     // Makes an empty root (null).
     Package();
@@ -34,6 +38,7 @@ public:
     bool isString() const { return m_type == STRING; }
     bool isArray() const { return m_type == ARRAY; }
     bool isObject() const { return m_type == OBJECT; }
+    bool isNumbers() const { return m_type == NUMBERS; }
 
     // The member name in the parent object; empty for roots and array elements.
     const char* getName() const { return m_name ? m_name : ""; }
@@ -57,12 +62,20 @@ public:
     {
         return index >= 0 && index < getNumChildren() ? child_at(static_cast<uint32_t>(index)) : nullptr;
     }
+    // The entries of a row of NUMBERS; 0 for anything else or an index out of range. An entry is
+    // an integer when its text had no fraction and no exponent.
+    int getNumNumbers() const { return m_type == NUMBERS ? static_cast<int>(count()) : 0; }
+    double getNumber(int index) const { return in_row_of_numbers(index) ? m_value.numbers[index] : 0.0; }
+    bool isIntegerNumber(int index) const { return in_row_of_numbers(index) && (row_integers() >> index & 1); }
     // Returns the first member of an OBJECT with the name, or null.
     Package* find(const char* name) const;
 
     // Where the value began in the text it was read from (1-based); 0 for nodes built in memory.
     int getLine() const;
     int getColumn() const;
+    // The same for the entry at index of a row of NUMBERS (0 for an index out of range).
+    int getNumberLine(int index) const;
+    int getNumberColumn(int index) const;
 
     // Setters replace the value and the type; old children of this node are dropped.
     void setNull();
@@ -102,6 +115,8 @@ private:
     void set_name(const char* name, size_t length);
     void reset_value(Type type);
     bool same_value(const Package& other) const;
+    // Compares this row of NUMBERS with a row or an ARRAY: the same numbers in the same order.
+    bool same_numbers(const Package& other) const;
     Package* child_at(uint32_t index) const { return m_in_row ? m_value.nodes + index : m_value.items[index]; }
     // A name's length is kept just before its bytes (see PackageArena::copyCounted).
     uint32_t name_length() const { return m_name ? reinterpret_cast<const uint32_t*>(m_name)[-1] : 0; }
@@ -109,6 +124,12 @@ private:
     // children or the array of pointers to them (see PackageArena); no value there means 0.
     uint32_t count() const { return m_value.s ? reinterpret_cast<const uint32_t*>(m_value.s)[-1] : 0; }
     void set_count(uint32_t count) { reinterpret_cast<uint32_t*>(m_value.items)[-1] = count; }
+    bool in_row_of_numbers(int index) const { return index >= 0 && index < getNumNumbers(); }
+    // A row of numbers keeps a mask of its integer entries before its count, and after its numbers
+    // the distance of each from where the row began in the text (see PackageArena::makeNumbers).
+    uint32_t row_integers() const { return reinterpret_cast<const uint32_t*>(m_value.numbers)[-2]; }
+    const uint16_t* row_distances() const { return reinterpret_cast<const uint16_t*>(m_value.numbers + count()); }
+    void locate_number(int index, int& line, int& column) const;
 
     // A large document is millions of nodes, so every byte here counts: lengths and counts live
     // beside the bytes they measure, the room for children made one by one is implied by their
@@ -121,6 +142,7 @@ private:
         const char* s;
         Package** items; // children made one by one
         Package* nodes;  // children read from text, laid out in a row
+        double* numbers; // a row of numbers
     } m_value{.i = 0}; // all of it: {} may zero only b (clang does), and count() reads s
     PackageArena* m_arena = nullptr;
     // 1 + the byte offset where the value began in the text it was read from (texts up to 256 TB),

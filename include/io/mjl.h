@@ -24,6 +24,10 @@ public:
         // never for documents. Well-formed UTF-8 is never escaped, so in the output an escape of
         // U+0080 to U+00FF always stands for such a byte.
         ESCAPE_BYTES = 1,
+        // For reading only: an array of at most Package::MAX_ROW_NUMBERS numbers is kept as a row of
+        // NUMBERS, a quarter of the memory of a node per number, for readers that read such arrays
+        // through Package::getNumber (a track's key records).
+        NUMBER_ROWS = 2,
     };
     static constexpr int MAX_DEPTH = 512;
 
@@ -36,7 +40,7 @@ public:
     // the file cannot be read or is not valid JSON; the previous root is dropped either way.
     bool open(const char* path, int flags = DEFAULT);
     // Parses text held in memory; name stands for the path in error messages.
-    bool parse(const char* text, size_t size, const char* name);
+    bool parse(const char* text, size_t size, const char* name, int flags = DEFAULT);
     // Returns the root of the last successful read, or null.
     Package* getRoot();
     // Frees the tree of the last read (a large file's tree is several times the file's size), for
@@ -56,7 +60,7 @@ public:
     static bool write(const Package* root, std::string& out, std::string* error = nullptr, int flags = DEFAULT);
 
 private:
-    bool read_text(const char* text, size_t size, const char* name, const char* caller);
+    bool read_text(const char* text, size_t size, const char* name, const char* caller, int flags);
 
     Package* m_root = nullptr;
     std::string m_error;

@@ -110,7 +110,7 @@ bool AppData::loadTrackAs(const jString& path, const jString& document, World* w
 {
     m_progress.begin(path);
     mjl reader;
-    if (!reader.open(path.c_str(), 0)) {
+    if (!reader.open(path.c_str(), mjl::NUMBER_ROWS)) {
         m_progress.end();
         jLog::error("Open world error:%s", path.c_str());
         return false;
@@ -178,7 +178,7 @@ bool AppData::restore(const std::string& bytes)
 {
     World* world = m_track->getEngineTrack()->getWorld();
     mjl reader;
-    if (!reader.parse(bytes.data(), bytes.size(), m_path.c_str()) || !m_track->load(reader.getRoot(), world))
+    if (!reader.parse(bytes.data(), bytes.size(), m_path.c_str(), mjl::NUMBER_ROWS) || !m_track->load(reader.getRoot(), world))
         return false;
     fitRange();
     m_edits.begin();

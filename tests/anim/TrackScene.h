@@ -87,11 +87,11 @@ protected:
         return p;
     }
 
-    // Parses text as a track; returns whether it loaded.
+    // Parses text as a track, as the file loaders do; returns whether it loaded.
     bool loadText(const std::string& text)
     {
         mjl reader;
-        if (!reader.parse(text.data(), text.size(), "test.anim"))
+        if (!reader.parse(text.data(), text.size(), "test.anim", mjl::NUMBER_ROWS))
             return false;
         return track.load(reader.getRoot(), &world);
     }

@@ -248,7 +248,7 @@ TEST_F(TrackTest, AFailedLoadNamesThePlaceAndKeepsTheTrack)
 TEST_F(TrackTest, EngineOnlyParametersSurviveUnchangedAndPlayAsNothing)
 {
     const char* text = R"({"version": 1, "begin": 0, "end": 2, "parameters": [
-        {"kind": 6, "type": "Engine.events", "custom": {"deep": [1, "two", null, true]},
+        {"kind": 6, "type": "Engine.events", "custom": {"deep": [1, "two", null, true], "row": [1, 2.5]},
          "keys": [[0.5, "footstep"], [1.5, "footstep"]]},
         {"kind": 1, "type": "Light.intensity", "node": {"id": 4}, "keys": [[0, 2, 0, 0, 0, 0, 1]]}]})";
     ASSERT_TRUE(loadText(text));

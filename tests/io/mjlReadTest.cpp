@@ -386,3 +386,47 @@ TEST_F(mjlRead, OpenReadsAFileAndNamesThePathInEveryFailure)
     EXPECT_FALSE(reader->open(dir.path().c_str()));
     expectLogged(dir.path() + ": cannot open: it is a folder");
 }
+
+TEST_F(mjlRead, KeepsShortArraysOfNumbersAsRowsWhenAsked)
+{
+    struct Case {
+        const char* text;
+        bool row;
+    } cases[] = {
+        {"[0.5, -2, 1e3, 7]", true},
+        {"[1, 9007199254740992]", true},
+        {"[1, 9007199254740993]", false}, // an integer a double cannot hold
+        {"[1, \"two\"]", false},
+        {"[1, [2]]", false},
+        {"[]", false},
+        {"[0,0,0,0,0,0,0,0,0,0,0,0,0,0,0,0,0,0,0,0,0,0,0,0,0,0,0,0,0,0,0,0,0]", false}, // 33 numbers
+    };
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.text);
+        std::string text = std::string("{\n  \"a\": ") + c.text + "\n}\n";
+        mjl plain;
+        ASSERT_TRUE(plain.parse(text.data(), text.size(), "doc.json"));
+        ASSERT_TRUE(reader->parse(text.data(), text.size(), "doc.json", mjl::NUMBER_ROWS));
+        const Package* array = plain.getRoot()->find("a");
+        const Package* kept = reader->getRoot()->find("a");
+        EXPECT_EQ(kept->isNumbers(), c.row);
+        EXPECT_TRUE(kept->equals(*array));
+        EXPECT_TRUE(array->equals(*kept));
+        std::string written, expected;
+        EXPECT_TRUE(mjl::write(reader->getRoot(), written));
+        EXPECT_TRUE(mjl::write(plain.getRoot(), expected));
+        EXPECT_EQ(written, expected);
+        for (int i = 0; i < kept->getNumNumbers(); ++i) {
+            const Package* node = array->getChild(i);
+            EXPECT_EQ(kept->getNumber(i), node->getDouble());
+            EXPECT_EQ(kept->isIntegerNumber(i), node->getType() == Package::INT);
+            EXPECT_EQ(kept->getNumberLine(i), node->getLine());
+            EXPECT_EQ(kept->getNumberColumn(i), node->getColumn());
+        }
+    }
+    // A row differs from an array of other numbers.
+    ASSERT_TRUE(reader->parse("[1, 2]", 6, "doc.json", mjl::NUMBER_ROWS));
+    mjl other;
+    ASSERT_TRUE(other.parse("[1, 3]", 6, "doc.json"));
+    EXPECT_FALSE(reader->getRoot()->equals(*other.getRoot()));
+}

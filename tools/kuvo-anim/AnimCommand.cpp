@@ -65,7 +65,7 @@ std::vector<std::string> AnimCommand::load(const std::string& path, Track& track
 {
     std::vector<std::string> lines;
     mjl document;
-    if (!document.open(path.c_str())) {
+    if (!document.open(path.c_str(), mjl::NUMBER_ROWS)) {
         lines.push_back(document.getError());
         return lines;
     }
