@@ -17,17 +17,6 @@ jAllocator* jAllocator::get()
 
 namespace {
 
-// The pool of small objects, or null when everything comes from the heap: builds checked by the
-// sanitizers take it all from there, so that they see every object's bounds and lifetime.
-jSmallPool* smallPool()
-{
-#ifdef KUVO_SYSTEM_HEAP
-    return nullptr;
-#else
-    return jSmallPool::get();
-#endif
-}
-
 const size_t HUGE_PAGE = size_t(2) << 20;
 
 size_t hugeRounded(size_t size)
@@ -54,7 +43,7 @@ void* heapAlloc(size_t size)
 
 void* jAllocator::localAlloc(size_t size)
 {
-    jSmallPool* pool = size > 0 && size <= jSmallPool::LARGEST ? smallPool() : nullptr;
+    jSmallPool* pool = size > 0 && size <= jSmallPool::LARGEST ? jSmallPool::active() : nullptr;
     void* ptr = pool ? pool->allocate(size) : nullptr;
     if (!ptr)
         ptr = heapAlloc(size);
@@ -67,7 +56,7 @@ void* jAllocator::localAlloc(size_t size)
 
 void jAllocator::localFree(void* ptr)
 {
-    jSmallPool* pool = smallPool();
+    jSmallPool* pool = jSmallPool::active();
     if (pool && pool->owns(ptr))
         pool->release(ptr);
     else

@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "jPointerTable.h"
+#include "jSmallPool.h"
 #include "kit/jAllocator.h"
 #include "kit/jLog.h"
 
@@ -33,19 +34,57 @@ struct SiteHash {
     }
 };
 
-// A live allocation: its registration order in the high bits, its site in the low SITE_BITS.
+// A live allocation: its registration order in the high bits, its site in the low SITE_BITS. Orders
+// start at 1, so that no record is zero: a pool slot's word of zero means nothing is registered.
 constexpr int SITE_BITS = 24;
 constexpr uint64_t SITE_MASK = (uint64_t(1) << SITE_BITS) - 1;
 
 // The registry itself. It is never destroyed, so allocations released by static destructors at exit
-// still find it.
+// still find it. An object that starts a slot of the small-object pool is filed in the slot's word
+// (see jSmallPool::registryWord); anything else in the table, by address.
 struct Registry {
     std::mutex lock;
     jPointerTable<uint64_t> live;
+    jSmallPool* pool = jSmallPool::active();
+    size_t pooled = 0; // the words that are not zero
     std::vector<Site> sites;
     std::unordered_map<Site, uint32_t, SiteHash> siteIndex;
-    uint64_t nextOrder = 0;
+    uint64_t nextOrder = 1;
     size_t unknownRemovals = 0;
+
+    uint64_t* wordOf(void* ptr) const { return pool ? pool->registryWord(ptr) : nullptr; }
+    // Files a record; false when ptr is already registered.
+    bool insert(void* ptr, uint64_t record)
+    {
+        uint64_t* word = wordOf(ptr);
+        if (!word)
+            return live.insert(ptr, record);
+        if (*word)
+            return false;
+        *word = record;
+        ++pooled;
+        return true;
+    }
+    // Forgets ptr's record; false when ptr is not registered.
+    bool erase(void* ptr)
+    {
+        uint64_t* word = wordOf(ptr);
+        if (!word)
+            return live.erase(ptr);
+        if (!*word)
+            return false;
+        *word = 0;
+        --pooled;
+        return true;
+    }
+    // Calls visit(record) for every live allocation.
+    template <class Visit>
+    void forEach(Visit visit)
+    {
+        live.forEach([&visit](void*, uint64_t record) { visit(record); });
+        if (pool)
+            pool->forEachRegistryWord(visit);
+    }
 
     // Returns the index of site, adding it when it is new. Past the last index every new site shares
     // the last one, which then reports the first such site's place and size.
@@ -78,7 +117,7 @@ void memAddInfo(void* ptr, bool isBuffer, const char* file, int line, const char
     Registry& reg = registry();
     std::unique_lock guard(reg.lock);
     const uint64_t record = reg.nextOrder++ << SITE_BITS | reg.indexOf(Site{file, tag, size, line, isBuffer});
-    if (reg.live.insert(ptr, record))
+    if (reg.insert(ptr, record))
         return;
     guard.unlock();
     jLog::error("%s:pointer %p registered twice (%s at %s:%d)", "memAddInfo", ptr, tag, file, line);
@@ -88,7 +127,7 @@ void memRemoveInfo(void* ptr, const char* file, int line, const char* tag)
 {
     Registry& reg = registry();
     std::unique_lock guard(reg.lock);
-    if (reg.live.erase(ptr))
+    if (reg.erase(ptr))
         return;
     ++reg.unknownRemovals;
     guard.unlock();
@@ -130,7 +169,7 @@ jMemSnapshot jMemRegistry::snapshot()
     std::lock_guard guard(reg.lock);
     jMemSnapshot snap;
     std::vector<size_t> perSite(reg.sites.size());
-    reg.live.forEach([&perSite](void*, uint64_t record) { ++perSite[record & SITE_MASK]; });
+    reg.forEach([&perSite](uint64_t record) { ++perSite[record & SITE_MASK]; });
     for (size_t i = 0; i < perSite.size(); ++i)
         if (perSite[i] > 0)
             snap.m_counts[reg.sites[i].tag ? reg.sites[i].tag : "?"] += perSite[i];
@@ -141,7 +180,7 @@ size_t jMemRegistry::liveCount()
 {
     Registry& reg = registry();
     std::lock_guard guard(reg.lock);
-    return reg.live.size();
+    return reg.live.size() + reg.pooled;
 }
 
 std::string jMemRegistry::leakReport()
@@ -151,7 +190,7 @@ std::string jMemRegistry::leakReport()
     {
         std::lock_guard guard(reg.lock);
         std::vector<uint64_t> records;
-        reg.live.forEach([&records](void*, uint64_t record) { records.push_back(record); });
+        reg.forEach([&records](uint64_t record) { records.push_back(record); });
         std::sort(records.begin(), records.end()); // the order is in the high bits
         for (uint64_t record : records)
             leaks.push_back(reg.siteOf(record));

@@ -10,12 +10,18 @@ jSmallPool* jSmallPool::get()
 {
     static jSmallPool* const pool = []() -> jSmallPool* {
         // Address space only: no memory and no commit charge until a block is opened.
-        void* range = mmap(nullptr, RESERVED + BLOCK, PROT_NONE, MAP_PRIVATE | MAP_ANONYMOUS | MAP_NORESERVE, -1, 0);
+        const int flags = MAP_PRIVATE | MAP_ANONYMOUS | MAP_NORESERVE;
+        void* range = mmap(nullptr, RESERVED + BLOCK, PROT_NONE, flags, -1, 0);
         if (range == MAP_FAILED)
             return nullptr;
+        void* words = mmap(nullptr, BLOCKS * WORDS_PER_BLOCK * sizeof(uint64_t), PROT_NONE, flags, -1, 0);
+        if (words == MAP_FAILED) {
+            munmap(range, RESERVED + BLOCK);
+            return nullptr;
+        }
         const uintptr_t base = (reinterpret_cast<uintptr_t>(range) + BLOCK - 1) / BLOCK * BLOCK;
         alignas(jSmallPool) static unsigned char storage[sizeof(jSmallPool)];
-        jSmallPool* made = new (storage) jSmallPool(base);
+        jSmallPool* made = new (storage) jSmallPool(base, static_cast<uint64_t*>(words));
         // A child forked while another thread allocates would inherit a held lock: the fork waits
         // for the pool instead, as it does for the system heap.
         pthread_atfork([] { get()->m_mutex.lock(); }, [] { get()->m_mutex.unlock(); },
@@ -57,7 +63,11 @@ bool jSmallPool::add_block(size_t cls)
         return false;
     const uintptr_t start = m_base + m_blocks_used * BLOCK;
     void* block = reinterpret_cast<void*>(start);
-    if (mprotect(block, BLOCK, PROT_READ | PROT_WRITE) != 0)
+    const size_t slot = (cls + 1) * ALIGNMENT;
+    // The words' pages are zero, and take memory only once the registry writes them.
+    const size_t words = (BLOCK / slot * sizeof(uint64_t) + 4095) & ~size_t(4095);
+    if (mprotect(m_words + m_blocks_used * WORDS_PER_BLOCK, words, PROT_READ | PROT_WRITE) != 0 ||
+        mprotect(block, BLOCK, PROT_READ | PROT_WRITE) != 0)
         return false;
     // A class's first block stays in small pages, so a program that makes few objects of a size
     // does not pay a whole huge page for them.
@@ -66,7 +76,6 @@ bool jSmallPool::add_block(size_t cls)
         madvise(block, BLOCK, MADV_HUGEPAGE);
     m_class_of[m_blocks_used++] = uint8_t(cls);
     ++c.blocks;
-    const size_t slot = (cls + 1) * ALIGNMENT;
     c.next = start;
     c.end = start + BLOCK / slot * slot;
     return true;

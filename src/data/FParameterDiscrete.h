@@ -106,6 +106,7 @@ protected:
     void read_keys() override
     {
         const Engine* engine = engine_parameter();
+        reserve_keys(engine->getKeys().size());
         for (const auto& record : engine->getKeys())
             createKey(record.time, record.value);
     }

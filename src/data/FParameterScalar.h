@@ -120,6 +120,7 @@ protected:
     void read_keys() override
     {
         const Engine* engine = engine_parameter();
+        reserve_keys(engine->getKeys().size());
         for (const auto& record : engine->getKeys())
             createKey(record.time, record.value, record.tangents, record.type);
     }

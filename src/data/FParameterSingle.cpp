@@ -106,6 +106,8 @@ void FParameterSingle::showSwitches()
         m_row->setState(COLUMN_ENABLED, target->isEnabled());
         m_row->setState(COLUMN_CURVE, target->isCurveShown());
     }
+    if (m_curve && target->isCurveShown())
+        create_curve_keys();
     UITrackCurvePanel* curves = UITrackCurvePanel::get();
     if (!curves || !m_curve)
         return;
@@ -234,11 +236,46 @@ void FParameterSingle::create_ui_for_key(FKey* key)
     UITrackLineKey* mark = make_line_key(key);
     m_line->addKey(mark);
     key->setLineKey(mark);
-    if (m_curve) {
-        auto* point = jNew<UITrackCurveKey>(FILE_TAG, __LINE__, tags().createKey, key);
-        m_curve->addKey(point);
-        key->setCurveKey(point);
+    if (m_curve && switch_target()->isCurveShown())
+        create_curve_key(key);
+}
+
+void FParameterSingle::reserve_keys(int count)
+{
+    m_keys.reserve(count);
+    if (m_line)
+        m_line->getKeys().reserve(count);
+}
+
+void FParameterSingle::create_curve_key(FKey* key)
+{
+    auto* point = jNew<UITrackCurveKey>(FILE_TAG, __LINE__, tags().createKey, key);
+    m_curve->addKey(point);
+    key->setCurveKey(point);
+}
+
+void FParameterSingle::create_curve_keys()
+{
+    const UITrackLinePanel* lines = UITrackLinePanel::get();
+    UITrackCurvePanel* curves = UITrackCurvePanel::get();
+    m_curve->getKeys().reserve(m_keys.size());
+    jVector<UITrackCurveKey*> selected;
+    bool made = false;
+    for (FKey* key : m_keys) {
+        if (key->getCurveKey())
+            continue;
+        create_curve_key(key);
+        made = true;
+        if (lines && curves && lines->getSelectedKeys().contains(key->getLineKey()))
+            selected.append(key->getCurveKey());
     }
+    if (made)
+        m_curve->sortKeys();
+    if (selected.empty())
+        return;
+    for (UITrackCurveKey* point : curves->getSelectedKeys())
+        selected.append(point);
+    curves->setSelectedKeys(selected);
 }
 
 void FParameterSingle::free_keys(const char* tag)

@@ -69,13 +69,15 @@ protected:
     // panels. The row text follows the display rule when name is not empty; returns false (nothing
     // built) when that type is not registered.
     bool build_views(const jString& name, bool helloWorld, bool withCurve);
-    // Makes the key's line mark (and its curve mark when there is a curve) after dropping old ones.
+    // Makes the key's line mark (and its curve mark when the curve is shown) after dropping old ones.
     virtual void create_ui_for_key(FKey* key);
     // The key line of the kind, and its mark for a key.
     virtual UITrackLine* make_line() const = 0;
     virtual UITrackLineKey* make_line_key(FKey* key) const = 0;
     // Makes the editor keys from the engine parameter's key records.
     virtual void read_keys() = 0;
+    // Makes room for count keys in the key list and the key line, before reading that many.
+    void reserve_keys(int count);
     // Frees every key (and its marks) and empties the list and caches.
     void free_keys(const char* tag);
     // Reads the keys' times, in the keys' order, into m_key_times.
@@ -86,6 +88,11 @@ private:
     // components share them (a nested track), else this parameter's own.
     TrackParameter* switch_target() const;
     void on_row_changed(UITrackRow*&& row);
+    void create_curve_key(FKey* key);
+    // Gives every key without a curve mark one, when the curve is first shown: a curve that is never
+    // shown needs none, and a large track has millions of keys. A key selected in the key lines is
+    // selected in the curve view too.
+    void create_curve_keys();
 
     jVector<float> m_key_times;
     jVector<FKey*> m_keys;

@@ -10,6 +10,7 @@
 #include "data/FParameterToggle.h"
 #include "data/FParameterTrack.h"
 #include "data/FParameterVec3.h"
+#include "ui/UITrackCurve.h"
 #include "ui/UITrackCurvePanel.h"
 #include "ui/UITrackLine.h"
 #include "ui/UITrackRow.h"
@@ -224,6 +225,7 @@ TEST_F(FParameterTest, DeletingAParameterFreesItsEngineParameterOnce)
 }
 
 // The row's E and T buttons switch the engine parameter and show its curve, each posting a change.
+// A curve's keys get their marks in the curve view when it is first shown.
 TEST_F(FParameterTest, RowSwitchesDriveTheEngineAndTheCurvePanel)
 {
     UITrackCurvePanel curves(root());
@@ -231,10 +233,15 @@ TEST_F(FParameterTest, RowSwitchesDriveTheEngineAndTheCurvePanel)
     FParameterSingle* crateZ = single(2);
     auto* vector = static_cast<TrackParameterVec3*>(crateZ->getParent()->getTrackParameter());
     ASSERT_FALSE(crateZ->getRow()->getState(1));
+    ASSERT_GT(crateZ->getNumKeys(), 0);
+    EXPECT_TRUE(crateZ->getCurve()->getKeys().empty());
     crateZ->getRow()->toggleColumn(1);
     EXPECT_TRUE(vector->isShow(VEC3_SWIZZLE_Z));
     EXPECT_TRUE(crateZ->isCurveShown());
     EXPECT_TRUE(curves.isShown(crateZ->getCurve()));
+    ASSERT_EQ(crateZ->getCurve()->getKeys().size(), crateZ->getNumKeys());
+    for (int i = 0; i < crateZ->getNumKeys(); ++i)
+        EXPECT_EQ(crateZ->getCurve()->getKeys()[i], crateZ->getKey(i)->getCurveKey());
     crateZ->getRow()->toggleColumn(0);
     EXPECT_FALSE(vector->isEnabled(VEC3_SWIZZLE_Z));
     EXPECT_TRUE(vector->isEnabled(VEC3_SWIZZLE_X));

@@ -691,6 +691,20 @@ TEST_F(TrackEditorTest, ASelectionInOneViewIsEveryViews)
     EXPECT_EQ(rows()->getSelected().size(), 2);
     EXPECT_EQ(doc()->getSelectedParameters().size(), 2);
     EXPECT_EQ(title().find("*"), -1);
+    // A curve shown now marks its keys in the curve view with the selection they have.
+    FParameterSingle* hidden = single(2);
+    ASSERT_FALSE(UITrackCurvePanel::get()->isShown(hidden->getCurve()));
+    ASSERT_GE(hidden->getNumKeys(), 2);
+    hidden->getKeySet().insert(hidden->getKey(1));
+    MsgMngr::get()->notifyHelper(TRACK_MSG_SELECTION_LISTS);
+    hidden->getRow()->toggleColumn(1);
+    ASSERT_NE(hidden->getKey(0)->getCurveKey(), nullptr);
+    EXPECT_TRUE(UITrackCurvePanel::get()->getSelectedKeys().contains(hidden->getKey(1)->getCurveKey()));
+    EXPECT_FALSE(UITrackCurvePanel::get()->getSelectedKeys().contains(hidden->getKey(0)->getCurveKey()));
+    EXPECT_TRUE(UITrackCurvePanel::get()->getSelectedKeys().contains(y->getKey(2)->getCurveKey()));
+    hidden->getKeySet().clear();
+    hidden->getRow()->toggleColumn(1);
+    MsgMngr::get()->notifyHelper(TRACK_MSG_SELECTION_LISTS);
 
     FKeyFloat* key = x->createKey(0.25f, vec4());
     ASSERT_NE(key, nullptr);

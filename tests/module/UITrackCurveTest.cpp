@@ -61,6 +61,10 @@ protected:
         ModuleFixture::SetUp();
         m_canvas = make<UICanvas>(root());
         ASSERT_TRUE(loadSample("demo.anim"));
+        for (int i = 0; i < doc()->getNumSingleParameters(); ++i) { // a curve's keys get marks once it is shown
+            single(i)->getTrackParameter()->setCurveShown(true);
+            single(i)->showSwitches();
+        }
         mapping.setSize(1612, 400);
         mapping.setTimeRange(AppData::get()->getBeginTime(), AppData::get()->getEndTime());
     }
