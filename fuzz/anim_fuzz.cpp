@@ -1,5 +1,6 @@
-// Feeds arbitrary bytes to the .anim reader. Whatever it accepts must write out canonically and read
-// back to the same text; whatever it refuses must leave the track as it was.
+// Feeds arbitrary bytes to the .anim reader, read as the file loaders read them. Whatever it accepts
+// must write out canonically and read back to the same text; whatever it refuses must leave the
+// track as it was.
 #include <cstdint>
 #include <cstdlib>
 #include <string>
@@ -27,7 +28,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size)
 {
     jLog::setStderr(false);
     mjl document;
-    if (!document.parse(reinterpret_cast<const char*>(data), size, "fuzz.anim"))
+    if (!document.parse(reinterpret_cast<const char*>(data), size, "fuzz.anim", mjl::NUMBER_ROWS))
         return 0;
     Track track;
     track.setEndTime(3.0f);
@@ -40,7 +41,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size)
     std::string first = canonical(track);
     mjl again;
     Track reloaded;
-    if (!again.parse(first.data(), first.size(), "canonical.anim") || !reloaded.load(again.getRoot(), nullptr) ||
+    if (!again.parse(first.data(), first.size(), "canonical.anim", mjl::NUMBER_ROWS) || !reloaded.load(again.getRoot(), nullptr) ||
         canonical(reloaded) != first)
         std::abort();
     return 0;

@@ -19,6 +19,7 @@
 #include "io/mjl.h"
 #include "kit/jAllocator.h"
 #include "kit/jLog.h"
+#include "kit/jWorker.h"
 #include "scene/Engine.h"
 #include "scene/Material.h"
 #include "scene/MaterialManager.h"
@@ -183,10 +184,8 @@ bool Track::read(TrackReader& reader, const Package* root, World* world)
     const Package* list = reader.require(root, "parameters");
     if (list && !list->isArray())
         reader.fail(list, "parameters must be an array");
-    for (int i = 0; list && list->isArray() && i < list->getNumChildren(); ++i) {
-        if (TrackParameter* p = read_parameter(reader, list->getChild(i)))
-            parameters.append(p);
-    }
+    if (list && list->isArray())
+        read_parameters(reader, list, parameters);
     if (reader.failed()) {
         for (TrackParameter* p : parameters)
             jDelete(p, FILE_TAG, __LINE__, "Track::read");
@@ -202,6 +201,38 @@ bool Track::read(TrackReader& reader, const Package* root, World* world)
     m_snapping = snapping;
     setWorld(world);
     return true;
+}
+
+void Track::read_parameters(TrackReader& reader, const Package* list, jVector<TrackParameter*>& out)
+{
+    struct Half {
+        const Package* list;
+        int from, to;
+        TrackReader reader;
+        jVector<TrackParameter*> read;
+    };
+    const int count = list->getNumChildren();
+    Half second{list, count / 2, count, TrackReader(reader.isStrict()), {}};
+    const auto job = [](void* context) {
+        auto* half = static_cast<Half*>(context);
+        read_range(half->reader, half->list, half->from, half->to, half->read);
+    };
+    const bool split = count > 1 && jWorker::get()->start(job, &second);
+    read_range(reader, list, 0, split ? second.from : count, out);
+    if (!split)
+        return;
+    jWorker::get()->wait();
+    for (TrackParameter* p : second.read)
+        out.append(p);
+    reader.take(second.reader);
+}
+
+void Track::read_range(TrackReader& reader, const Package* list, int from, int to, jVector<TrackParameter*>& out)
+{
+    for (int i = from; i < to; ++i) {
+        if (TrackParameter* p = read_parameter(reader, list->getChild(i)))
+            out.append(p);
+    }
 }
 
 TrackParameter* Track::read_parameter(TrackReader& reader, const Package* object)

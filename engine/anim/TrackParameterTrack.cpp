@@ -39,7 +39,6 @@ void TrackParameterTrack::update()
     m_time.update();
 }
 
-
 void TrackParameterTrack::readBody(TrackReader& reader, const Package* object)
 {
     TrackParameterKeyed<TrackKeyString>::readKeys(reader, reader.require(object, "file"), m_file.getKeys());

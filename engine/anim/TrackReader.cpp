@@ -4,8 +4,18 @@
 
 void TrackReader::fail(const TrackField& field, const std::string& reason)
 {
+    add(Problem{field.getLine(), field.getColumn(), reason});
+}
+
+void TrackReader::take(const TrackReader& other)
+{
+    for (const Problem& problem : other.m_problems)
+        add(problem);
+}
+
+void TrackReader::add(const Problem& problem)
+{
     // Kept in file order, so that a reader sees them top to bottom whatever order they were found in.
-    Problem problem{field.getLine(), field.getColumn(), reason};
     auto later = std::upper_bound(m_problems.begin(), m_problems.end(), problem, [](const Problem& a, const Problem& b) {
         return a.line != b.line ? a.line < b.line : a.column < b.column;
     });

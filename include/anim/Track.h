@@ -135,7 +135,12 @@ private:
     void build_playback();
 
     void clear_parameters();
-    TrackParameter* read_parameter(TrackReader& reader, const Package* object);
+    // Reads every parameter of a document's list into out, the second half on the worker thread
+    // when it is free: a large track's keys are most of its reading.
+    static void read_parameters(TrackReader& reader, const Package* list, jVector<TrackParameter*>& out);
+    // Reads the parameters from index from up to to of the list into out.
+    static void read_range(TrackReader& reader, const Package* list, int from, int to, jVector<TrackParameter*>& out);
+    static TrackParameter* read_parameter(TrackReader& reader, const Package* object);
     void resolve(TrackParameter* param);
     bool check_binding(TrackParameter* param, const TrackReg* reg, const jString& typeName, const char* function) const;
     TrackCache* cache();

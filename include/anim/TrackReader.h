@@ -30,6 +30,8 @@ public:
     // problems are kept in the order of their positions.
     void fail(const TrackField& field, const std::string& reason);
     bool failed() const { return !m_problems.empty(); }
+    // Adds the problems another reader found (in another part of the same document).
+    void take(const TrackReader& other);
     const std::vector<Problem>& problems() const { return m_problems; }
 
     // Returns the member of object with the name, or null after recording "missing field".
@@ -89,6 +91,7 @@ public:
     const char* optionalString(const Package* object, const char* name);
 
 private:
+    void add(const Problem& problem);
     // Records why the field is not a finite number; returns false.
     bool refuse_number(const TrackField& field, const char* what);
     // Records "what" followed by the problem; returns false.

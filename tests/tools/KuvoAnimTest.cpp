@@ -97,6 +97,12 @@ TEST_F(KuvoAnimTest, ValidateReportsSyntaxErrorsAndSeveralProblemsAtOnce)
     EXPECT_EQ(r.status, 1);
     EXPECT_EQ(r.out, path + ":1:1: missing field \"end\"\n" + path + ":1:25: time is negative\n");
 
+    // Problems in parameters read apart (a large track's halves) come out in the file's order.
+    path = track("halves.anim", document(R"({"kind": 11, "type": "Camera.fov"}, {"kind": 1, "type": "Camera.fov",
+ "keys": []}, {"kind": 0, "type": "Node.enabled", "keys": [[-1, 1]]})"));
+    r = run("validate " + path);
+    EXPECT_EQ(r.out, path + ":3:10: kind 11 is not a parameter kind (0 to 9)\n" + path + ":4:61: time is negative\n");
+
     path = track("range.anim", "{\"version\": 1, \"begin\": 5, \"end\": 2.5, \"parameters\": []}");
     r = run("validate " + path);
     EXPECT_EQ(r.status, 1);
