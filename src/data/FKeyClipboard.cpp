@@ -13,6 +13,7 @@
 #include "io/Package.h"
 #include "io/mjl.h"
 #include "kit/jLog.h"
+#include "ui/UITrackRow.h"
 
 namespace {
 
@@ -28,8 +29,13 @@ Track* engineTrack()
 bool FKeyClipboard::path_of(const FParameterSingle* row, RowPath& path)
 {
     path.parameter = engineTrack()->indexOf(row->getTopParameter()->getTrackParameter());
-    path.component = row->getParent() ? row->getComponentIndex() : -1;
+    path.component = component_of(row);
     return path.parameter >= 0;
+}
+
+int FKeyClipboard::component_of(const FParameterSingle* row)
+{
+    return row->getParent() ? row->getComponentIndex() : -1;
 }
 
 // "keys" for a parameter of its own, the component's "keys" for a vector's axis, "file" and "time"
@@ -47,10 +53,15 @@ Package* FKeyClipboard::keys_at(const Package* parameter, int component)
 
 FParameterSingle* FKeyClipboard::row_at(const RowPath& path)
 {
-    for (FParameterSingle* row : AppData::get()->getTrack()->getSingleParameters()) {
-        RowPath here;
-        if (path_of(row, here) && here.parameter == path.parameter && here.component == path.component)
-            return row;
+    jVector<UITrackRow*> rows;
+    jVector<UITrackLine*> lines;
+    jVector<UITrackCurve*> curves;
+    if (FParameter* top = AppData::get()->getTrack()->parameterAt(path.parameter))
+        top->collectUI(rows, lines, curves);
+    for (UITrackRow* row : rows) {
+        auto* single = static_cast<FParameterSingle*>(row->getData());
+        if (component_of(single) == path.component)
+            return single;
     }
     return nullptr;
 }

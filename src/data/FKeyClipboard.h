@@ -41,6 +41,8 @@ private:
     // Where a row's key records are in its parameter's saved object.
     static Package* keys_at(const Package* parameter, int component);
     static FParameterSingle* row_at(const RowPath& path);
+    // The row's component index in its compound; -1 for a parameter of its own.
+    static int component_of(const FParameterSingle* row);
     // The row each copied row goes to (null where none takes it).
     static std::vector<FParameterSingle*> targets(const Package* rows, bool sameDocument);
     // Appends a copy of record with its time (the first value) moved by shift.
