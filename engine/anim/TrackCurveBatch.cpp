@@ -15,24 +15,21 @@ const int BEZIER = TrackCurveSegment<float>::BEZIER;
 // How many samples each step of the pipeline runs ahead of the next: enough that the misses of
 // the samples in between cover the memory latency, few enough that they fit the core's miss
 // buffers.
-constexpr int AHEAD = 8;
-// Samples are evaluated GROUP at a time (at most AHEAD), so that their curve parameters are solved
-// side by side: one solve is a chain of dependent divisions, several in step keep the divider busy.
-constexpr int GROUP = 8;
+constexpr int AHEAD = 16;
+// Samples are evaluated GROUP at a time (at most AHEAD, so that every read has a group's work to
+// arrive in), so that their curve parameters are solved side by side: one solve is a chain of
+// dependent steps, and sixteen in step (four vectors of four) keep the arithmetic units busy where
+// eight left them waiting on their chains.
+constexpr int GROUP = 16;
 constexpr int LAG = 2 * AHEAD; // from the first step of a sample to its evaluation
-constexpr int RING = 32;       // at least LAG + GROUP slots, a power of two
+constexpr int RING = 64;       // at least LAG + GROUP slots, a power of two
 constexpr int MASK = RING - 1;
-// How many lines after a bucket's first the lookup compares before it bisects the bucket instead
-// (a bucket holds one key on average, but clustered keys pile up in few buckets).
-constexpr int STEP = 4;
 
-// Where a sample stands in the pipeline: its bucket, the range of lines the bucket bounds, or its
-// line.
+// Where a sample stands in the pipeline: its index bucket, or its line.
 struct Slot {
-    enum Kind { BUCKET, RANGE, LINE };
+    enum Kind { BUCKET, LINE };
     int kind;
-    int a; // the bucket, the first line of the range, or the line
-    int b; // the last line of the range
+    int at; // the bucket or the line
 };
 
 void fetch(const void* p)
@@ -40,53 +37,29 @@ void fetch(const void* p)
     J_PREFETCH(p);
 }
 
-// First step: the bucket of t, whose entries are fetched, or at the edges of the curve (and for
-// curves without an index) the line itself.
+// First step: the bucket of t, which is fetched, or at the edges of the curve (and for curves
+// without an index) the line itself.
 void locate(const Curve& c, float t, Slot& s)
 {
     if (c.entries && c.inside(t)) {
         s.kind = Slot::BUCKET;
-        s.a = c.span.bucket(t);
-        fetch(c.entries + s.a);
-        fetch(c.entries + s.a + 1);
+        s.at = c.span.bucket(t);
+        fetch(c.entries + s.at);
         return;
     }
     s.kind = Slot::LINE;
-    s.a = TrackCurveTable::find(c, t);
-    fetch(c.lines + s.a);
+    s.at = TrackCurveTable::find(c, t);
+    fetch(c.lines + s.at);
 }
 
-// Second step: the bucket's range of lines, whose first two (one of which holds t, mostly) are
-// fetched.
-void bound(const Curve& c, Slot& s)
+// Second step: the line that holds t, from the bucket's own key times, which is fetched.
+void pick(const Curve& c, float t, Slot& s)
 {
     if (s.kind != Slot::BUCKET)
         return;
-    const int* e = c.entries + s.a;
-    s.kind = Slot::RANGE;
-    s.a = e[0] + 1;
-    s.b = e[1] + 1;
-    fetch(c.lines + s.a);
-    fetch(c.lines + (s.a < s.b ? s.a + 1 : s.a));
-}
-
-// Third step, right before the sample is evaluated: the line among the range's that holds t.
-void pick(const Curve& c, float t, Slot& s)
-{
-    if (s.kind != Slot::RANGE)
-        return;
-    const Line* lines = c.lines;
-    int lo = s.a, hi = s.b;
-    if (hi - lo <= STEP) {
-        // Counts the lines of the range that start at or before t, reading none past it.
-        int at = lo;
-        for (int k = 1; k <= STEP; ++k)
-            at += (lo + k <= hi) & (lines[lo + k < hi ? lo + k : hi].t0 <= t);
-        s.a = at;
-    } else {
-        s.a = TrackCurveTable::within(c, lo, hi, t);
-    }
     s.kind = Slot::LINE;
+    s.at = TrackCurveTable::within(c, s.at, t);
+    fetch(c.lines + s.at);
 }
 
 // The timing curves of a group's Bezier segments (other segments get x(s) = s, harmless to solve
@@ -128,7 +101,7 @@ void evaluate(const TrackCurveTable& table, const int* curves, const float* time
     bool curved = false;
     for (int k = 0; k < n; ++k) {
         int j = first + k;
-        const Line& s = *(lines[k] = table.curve(curves[j]).lines + ring[j & MASK].a);
+        const Line& s = *(lines[k] = table.curve(curves[j]).lines + ring[j & MASK].at);
         bool bezier = s.mode == BEZIER;
         curved = curved || bezier;
         m.ax[k] = bezier ? s.ax : 0.0;
@@ -158,9 +131,6 @@ void TrackCurveBatch::sample(const TrackCurveTable& table, const int* curves, co
             if (k < count)
                 locate(table.curve(curves[k]), times[k], ring[k & MASK]);
             int j = k - AHEAD;
-            if (j >= 0 && j < count)
-                bound(table.curve(curves[j]), ring[j & MASK]);
-            j -= AHEAD;
             if (j >= 0 && j < count)
                 pick(table.curve(curves[j]), times[j], ring[j & MASK]);
         }

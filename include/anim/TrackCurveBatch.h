@@ -4,7 +4,7 @@
 
 // Samples many curves of a curve table, each at its own time: kuvo-anim eval samples every float
 // curve of a track at every asked time through it, in whatever order the times were asked. One
-// sample at a random time of a long curve waits on a chain of cache misses (its time index entry,
+// sample at a random time of a long curve waits on a chain of cache misses (its time index bucket,
 // then the segment), which neither a cursor (made for times that move on a little) nor the player
 // (one time for all curves) avoids, so the batch runs its samples through those steps as a
 // pipeline: while one sample is evaluated, the reads of the samples behind it are already on their

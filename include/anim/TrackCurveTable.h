@@ -13,17 +13,28 @@
 // no time at all, so that a cursor may always look one line ahead. Moving onto a segment is then
 // one memory read and no arithmetic, and reading lines all over the table misses no address
 // translation.
-// Curves compiled with their time index keep a copy of its entries in the table.
+// Curves compiled with their time index keep it in the table, each bucket with the times of its keys.
 class TrackCurveTable {
 public:
     using Line = TrackCurveShape<float>;
 
+    // One bucket of a curve's time index as the table keeps it: the line of the last key that
+    // falls in an earlier bucket, and the times of the keys after it, which fall in this bucket (up
+    // to KEYS of them, infinity after the last), so that the line holding a time comes from
+    // comparing the time with the bucket alone, without reading the lines in between. A bucket
+    // that holds more keys has the line negated, and its lines are searched instead.
+    struct Bucket {
+        static constexpr int KEYS = 3;
+        int line = 0;
+        float next[KEYS] = {};
+    };
+
     // Where one curve's lines and time index are.
     struct Curve {
         const Line* lines = nullptr;
-        // The index entries (null when the curve was compiled without a current index) and how
-        // they bucket times.
-        const int* entries = nullptr;
+        // The index buckets, one past the last included (null when the curve was compiled without
+        // a current index), and how they bucket times.
+        const Bucket* entries = nullptr;
         TrackCurveIndex::Span span;
         int count = 0; // lines: one more than the curve's keys (the line after them not counted)
 
@@ -54,13 +65,12 @@ public:
     // Returns the index of curve c's line that holds t: 0 before the first key, the last line from
     // the last key on (and for NaN), else the segment of the last key at or before t.
     static int find(const Curve& c, float t);
-    // Returns the line of c that holds t, among the lines [lo, hi] an index entry bounds (see
-    // TrackCurveIndex::entry; lines are one after their keys).
-    static int within(const Curve& c, int lo, int hi, float t);
+    // Returns the line of c that holds t, a time inside the curve (Curve::inside) in index bucket b.
+    static int within(const Curve& c, int b, float t);
 
 private:
     jVector<Curve> m_curves;
-    void* m_block = nullptr; // every curve's lines, then every curve's index entries
+    void* m_block = nullptr; // every curve's lines, then every curve's index buckets
     const Line* m_lines = nullptr; // curve 0's first line, in m_block
     size_t m_bytes = 0;
 };
