@@ -45,18 +45,18 @@ bool assign(const UIElement* canvas, UIShapeStore& store, int id, Kind kind, T U
     const QRectF before = store.shownBounds(id);
     s->*member = std::move(value);
     s->sized = s->sized && !measured;
-    store.touch(id);
-    repaint(canvas, store, before | store.boundsOf(*s));
+    repaint(canvas, store, before | store.touch(id));
     return true;
 }
 
 // Whether two points are the same to the bit (the toolkit's own comparison allows for rounding).
 bool equal(const QPointF& a, const QPointF& b) { return a.x() == b.x() && a.y() == b.y(); }
 
-// The area where a trace through before (whose area was shown) and one through after differ: the
-// stretch between the points they share at the start and at the end, with the chords that join it
-// to those.
-QRectF changed_stretch(const std::vector<QPointF>& before, const QRectF& shown, const std::vector<QPointF>& after)
+// The area where a trace through before (whose area was shown) and one through after (whose area is
+// now) differ: the stretch between the points they share at the start and at the end, with the
+// chords that join it to those.
+QRectF changed_stretch(const std::vector<QPointF>& before, const QRectF& shown, const std::vector<QPointF>& after,
+                       const QRectF& now)
 {
     const size_t common = std::min(before.size(), after.size());
     size_t head = 0;
@@ -69,7 +69,7 @@ QRectF changed_stretch(const std::vector<QPointF>& before, const QRectF& shown, 
         ++tail;
     const size_t first = head > 0 ? head - 1 : 0;
     if (first == 0 && tail == 0) // moved as a whole (the view panned): where it was is known
-        return shown | UIShapeStore::spanOf(after, 0, after.size(), 1.0);
+        return shown | now;
     return UIShapeStore::spanOf(before, first, before.size() - tail + 1, 1.0) |
            UIShapeStore::spanOf(after, first, after.size() - tail + 1, 1.0);
 }
@@ -150,8 +150,7 @@ bool UICanvas::add_point(int id, int kind, const vec3& p, const char* op)
     if (!s)
         return false;
     s->points.emplace_back(p.x, p.y);
-    m_store->touch(id);
-    repaint(this, *m_store, before | m_store->boundsOf(*s));
+    repaint(this, *m_store, before | m_store->touch(id));
     return true;
 }
 
@@ -178,9 +177,8 @@ bool UICanvas::set_points(int id, int kind, const vec3* points, int count, bool 
     s->points.resize(n);
     for (size_t i = 0; i < n; ++i)
         s->points[i] = given(i);
-    m_store->touch(id);
-    repaint(this, *m_store,
-            kind == Kind::Trace ? changed_stretch(old, before, s->points) : before | m_store->boundsOf(*s));
+    const QRectF now = m_store->touch(id);
+    repaint(this, *m_store, kind == Kind::Trace ? changed_stretch(old, before, s->points, now) : before | now);
     return true;
 }
 
@@ -190,8 +188,7 @@ bool UICanvas::clear_points(int id, int kind, const char* op)
     if (!s)
         return false;
     s->points.clear();
-    m_store->touch(id);
-    repaint(this, *m_store, before);
+    repaint(this, *m_store, before | m_store->touch(id));
     return true;
 }
 

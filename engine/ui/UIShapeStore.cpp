@@ -4,10 +4,18 @@
 #include <QPainter>
 #include <algorithm>
 #include <cmath>
+#include <iterator>
 
 namespace {
 
-int cell_of(double v, int size) { return static_cast<int>(std::floor(v / size)); }
+// The cell of coordinate v, rounded down. Written without std::floor, a library call on the
+// baseline x86-64 the build targets: a pan files thousands of marks again.
+int cell_of(double v, int size)
+{
+    const double q = v / size;
+    const int i = static_cast<int>(q);
+    return i - (q < i);
+}
 
 bool on_segment(const QPointF& p, const QPointF& a, const QPointF& b)
 {
@@ -81,6 +89,7 @@ int UIShapeStore::add(Kind kind, int order)
         m_shapes.push_back(std::move(s));
         id = static_cast<int>(m_shapes.size()) - 1;
     }
+    rank(id);
     if (kind == Text)
         touch(id);
     return id;
@@ -98,13 +107,19 @@ const UIShapeStore::Shape* UIShapeStore::find(int id, Kind kind) const
     return const_cast<UIShapeStore*>(this)->find(id, kind);
 }
 
-void UIShapeStore::touch(int id)
+QRectF UIShapeStore::touch(int id)
 {
     Shape& s = m_shapes[id];
+    const QRectF bounds = boundsOf(s);
+    if (!s.stale && !s.bounds.isEmpty() && !bounds.isEmpty() && same_cells(s, bounds)) {
+        s.bounds = bounds; // still in the same cells: nothing to refile
+        return bounds;
+    }
     if (!s.stale) {
         s.stale = true;
         m_stale.push_back(id);
     }
+    return bounds;
 }
 
 bool UIShapeStore::remove(int id, Kind kind)
@@ -125,6 +140,7 @@ bool UIShapeStore::reorder(int id, int order)
         return false;
     m_shapes[id].order = order;
     m_shapes[id].seq = m_seq++;
+    rank(id);
     return true;
 }
 
@@ -134,6 +150,8 @@ void UIShapeStore::clear()
     m_free.clear();
     m_stale.clear();
     m_grid.clear();
+    m_order.clear();
+    m_ranked.clear();
     m_live = 0;
 }
 
@@ -314,65 +332,190 @@ bool UIShapeStore::invalidate(const QRectF& area)
     return true;
 }
 
+bool UIShapeStore::spans_most(const QRectF& area) const
+{
+    const double columns = cell_of(area.right(), k_cell) - cell_of(area.left(), k_cell) + 1.0;
+    const double rows = cell_of(area.bottom(), k_cell) - cell_of(area.top(), k_cell) + 1.0;
+    return 2.0 * columns * rows >= double(m_grid.size());
+}
+
+void UIShapeStore::rank(int id)
+{
+    m_ranked.emplace_back(draw_rank(m_shapes[id]), id);
+    if (m_ranked.size() > size_t(m_live) + 1024)
+        merge_order(); // only small areas were painted since: the new ranks are merged anyway
+}
+
+void UIShapeStore::merge_order()
+{
+    if (m_ranked.empty() && m_order.size() <= 2 * size_t(m_live) + 64)
+        return; // nothing new, and few removed shapes to step over
+    std::sort(m_ranked.begin(), m_ranked.end());
+    std::vector<std::pair<std::uint64_t, int>> merged;
+    merged.reserve(m_live);
+    const auto current = [this](const std::pair<std::uint64_t, int>& entry) {
+        const Shape& s = m_shapes[entry.second];
+        return s.kind != Removed && draw_rank(s) == entry.first;
+    };
+    std::merge(m_order.begin(), m_order.end(), m_ranked.begin(), m_ranked.end(), std::back_inserter(merged));
+    merged.erase(std::remove_if(merged.begin(), merged.end(), [&](const auto& e) { return !current(e); }), merged.end());
+    m_order.swap(merged);
+    m_ranked.clear();
+}
+
+// A fully transparent shape (a hit area) changes no pixel.
+void UIShapeStore::gather(const QRectF& area)
+{
+    m_drawn.clear();
+    refresh();
+    const auto shown = [](const Shape& s) { return s.color.alpha() > 0 || s.kind == Text; };
+    if (spans_most(area)) {
+        merge_order();
+        for (const auto& [rank, id] : m_order) {
+            const Shape& s = m_shapes[id];
+            if (s.kind != Removed && draw_rank(s) == rank && s.bounds.intersects(area) && shown(s))
+                m_drawn.emplace_back(rank, id);
+        }
+        return;
+    }
+    visit(area, [this, &shown](int id, Shape& s) {
+        if (shown(s))
+            m_drawn.emplace_back(draw_rank(s), id);
+    });
+    std::sort(m_drawn.begin(), m_drawn.end());
+}
+
 int UIShapeStore::paint(QPainter& painter, const QRect& area)
 {
     m_invalid = QRect();
-    // Sorted by rank, kept beside each id: a view paints thousands of marks.
-    std::vector<std::pair<std::uint64_t, int>> ids;
-    // A fully transparent shape (a hit area) changes no pixel.
-    visit(QRectF(area), [&ids](int id, Shape& s) {
-        if (s.color.alpha() > 0 || s.kind == Text)
-            ids.emplace_back(draw_rank(s), id);
-    });
-    std::sort(ids.begin(), ids.end());
+    if (m_stamps.size() >= MAX_STAMPS)
+        m_stamps.clear(); // no layer holds one now
+    gather(QRectF(area));
     painter.setRenderHint(QPainter::Antialiasing, false);
     m_brush = 0;
     m_state = Removed;
-    for (const auto& [key, id] : ids)
+    for (const auto& [rank, id] : m_drawn)
         paint_shape(painter, m_shapes[id], area);
     if (m_traces.isOpen())
         m_traces.finish(painter);
-    return static_cast<int>(ids.size());
+    return static_cast<int>(m_drawn.size());
 }
 
 void UIShapeStore::paint_shape(QPainter& painter, const Shape& s, const QRect& area)
 {
-    // Opaque boxes (the marks of keys) join the layer too: thousands of them cost a few runs
-    // of pixels each instead of the painter's fill.
+    // Opaque boxes (the marks of keys) and small opaque shapes drawn from stamps join the layer
+    // too: thousands of them cost a few runs of pixels each instead of the painter's fill.
     const QRect box = s.kind == Polygon && s.color.alpha() == 255 ? pixel_box(s.points) : QRect();
-    if (s.kind == Trace || !box.isNull()) {
+    QPoint at;
+    const UITraceLayer::Stamp* stamp = s.kind != Trace && box.isNull() ? stamp_of(s, at) : nullptr;
+    if (s.kind == Trace || !box.isNull() || stamp) {
         if (!m_traces.isOpen())
             m_traces.begin(area);
         if (s.kind == Trace)
             m_traces.draw(s.points, s.color);
+        else if (stamp)
+            m_traces.stamp(*stamp, at, s.color);
         else
             m_traces.fill(box, s.color);
         return;
     }
     if (m_traces.isOpen())
         m_traces.finish(painter);
-    // Neighbouring marks mostly share a colour; changing the painter's state only when it differs
-    // keeps the cost per shape down to the fill itself.
-    if (s.kind == Polygon) {
-        if (m_state != Polygon || m_brush != s.color.rgba()) {
-            painter.setPen(Qt::NoPen);
-            painter.setBrush(s.color);
-            m_state = Polygon;
-            m_brush = s.color.rgba();
-        }
-        if (const QRect box = pixel_box(s.points); !box.isNull())
-            painter.fillRect(box, s.color); // a translucent box
-        else
-            painter.drawPolygon(s.points.data(), static_cast<int>(s.points.size()));
-    } else if (s.kind == Line) {
-        m_state = Line;
-        painter.setPen(QPen(s.color, s.width, Qt::SolidLine, Qt::SquareCap, Qt::MiterJoin));
-        painter.setBrush(Qt::NoBrush);
-        painter.drawPolyline(s.points.data(), static_cast<int>(s.points.size()));
-    } else {
+    if (s.kind == Text) {
         m_state = Text;
         paint_text(painter, s);
+        return;
     }
+    // Neighbouring marks mostly share a colour; changing the painter's state only when it differs
+    // keeps the cost per shape down to the fill itself.
+    if (s.kind == Line || m_state != Polygon || m_brush != s.color.rgba()) {
+        set_up(painter, s);
+        m_state = s.kind;
+        m_brush = s.color.rgba();
+    }
+    if (const QRect translucent = s.kind == Polygon ? pixel_box(s.points) : QRect(); !translucent.isNull())
+        painter.fillRect(translucent, s.color);
+    else
+        draw_geometry(painter, s);
+}
+
+void UIShapeStore::set_up(QPainter& painter, const Shape& s)
+{
+    if (s.kind == Polygon) {
+        painter.setPen(Qt::NoPen);
+        painter.setBrush(s.color);
+    } else {
+        painter.setPen(QPen(s.color, s.width, Qt::SolidLine, Qt::SquareCap, Qt::MiterJoin));
+        painter.setBrush(Qt::NoBrush);
+    }
+}
+
+void UIShapeStore::draw_geometry(QPainter& painter, const Shape& s)
+{
+    if (s.kind == Polygon)
+        painter.drawPolygon(s.points.data(), static_cast<int>(s.points.size()));
+    else
+        painter.drawPolyline(s.points.data(), static_cast<int>(s.points.size()));
+}
+
+bool UIShapeStore::StampKey::operator==(const StampKey& other) const
+{
+    return kind == other.kind && width == other.width && count == other.count &&
+           std::equal(offsets, offsets + 2 * count, other.offsets);
+}
+
+size_t UIShapeStore::StampHash::operator()(const StampKey& key) const
+{
+    size_t h = std::hash<int>()(key.kind * 31 + key.count) ^ std::hash<float>()(key.width);
+    for (int i = 0; i < 2 * key.count; ++i)
+        h = h * 1099511628211ull ^ std::hash<double>()(key.offsets[i]);
+    return h;
+}
+
+const UITraceLayer::Stamp* UIShapeStore::stamp_of(const Shape& s, QPoint& at)
+{
+    const int count = static_cast<int>(s.points.size());
+    const auto whole = [](double v) { return std::abs(v) < (1 << 24) && v == static_cast<int>(v); };
+    if ((s.kind != Polygon && s.kind != Line) || s.color.alpha() != 255 || count < 2 ||
+        count > StampKey::MAX_POINTS || s.bounds.isEmpty() ||
+        !std::all_of(s.points.begin(), s.points.end(), [&](const QPointF& p) { return whole(p.x()) && whole(p.y()); }))
+        return nullptr;
+    const QRect box = s.bounds.toAlignedRect(); // every pixel the shape can cover
+    if (box.width() > MAX_STAMP_SIZE || box.height() > MAX_STAMP_SIZE)
+        return nullptr;
+    at = box.topLeft();
+    StampKey key{s.kind, s.kind == Line ? s.width : 0.0f, count, {}};
+    for (int i = 0; i < count; ++i) {
+        key.offsets[2 * i] = s.points[i].x() - at.x();
+        key.offsets[2 * i + 1] = s.points[i].y() - at.y();
+    }
+    if (auto it = m_stamps.find(key); it != m_stamps.end())
+        return &it->second;
+    if (m_stamps.size() >= MAX_STAMPS)
+        return nullptr;
+    return &m_stamps.emplace(key, render_stamp(s, at, box.size())).first->second;
+}
+
+// The painter fills and strokes without antialiasing, so each pixel is covered or not, and a whole
+// pixel's shift moves the covered pixels by exactly that: the stamp's pixels are the shape's.
+UITraceLayer::Stamp UIShapeStore::render_stamp(const Shape& s, const QPoint& at, const QSize& size)
+{
+    QImage image(size, QImage::Format_ARGB32_Premultiplied);
+    image.fill(Qt::transparent);
+    {
+        QPainter painter(&image);
+        painter.setRenderHint(QPainter::Antialiasing, false);
+        painter.translate(-at);
+        set_up(painter, s);
+        draw_geometry(painter, s);
+    }
+    UITraceLayer::Stamp stamp{std::vector<std::uint64_t>(size.width(), 0)};
+    for (int y = 0; y < size.height(); ++y) {
+        const auto* line = reinterpret_cast<const QRgb*>(image.constScanLine(y));
+        for (int x = 0; x < size.width(); ++x)
+            stamp.columns[x] |= std::uint64_t(qAlpha(line[x]) > 0) << y;
+    }
+    return stamp;
 }
 
 // A text is drawn once into an image (the outline being the text drawn around itself in the outline

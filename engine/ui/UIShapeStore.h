@@ -48,8 +48,9 @@ public:
     // Returns the live shape of that kind with that id, or null.
     Shape* find(int id, Kind kind);
     const Shape* find(int id, Kind kind) const;
-    // Marks a shape's bounds for recomputation after its geometry changed.
-    void touch(int id);
+    // Brings a shape's bounds up to its changed geometry and returns them: at once while it stays in
+    // the grid cells it is filed in (a mark nudged by a pan), else at the next paint or hit test.
+    QRectF touch(int id);
     // Removes a shape; false when no live shape of that kind has the id.
     bool remove(int id, Kind kind);
     // Gives a shape a new draw order; false when the id is not live.
@@ -84,6 +85,24 @@ public:
 private:
     static constexpr int k_cell = 128;
 
+    // The look of a small opaque polygon or line at whole pixels apart from its colour and place:
+    // its kind, pen width and points relative to the corner of its box.
+    struct StampKey {
+        static constexpr int MAX_POINTS = 8;
+        Kind kind;
+        float width;
+        int count;
+        double offsets[2 * MAX_POINTS];
+        bool operator==(const StampKey& other) const;
+    };
+    struct StampHash {
+        size_t operator()(const StampKey& key) const;
+    };
+    // The most stamps kept; the paint after they are reached starts afresh.
+    static constexpr size_t MAX_STAMPS = 256;
+    // The largest stamp, in pixels across and down.
+    static constexpr int MAX_STAMP_SIZE = 64;
+
     void refresh();
     void file(int id, Shape& s);
     void unfile(int id, Shape& s);
@@ -95,19 +114,46 @@ private:
     static std::int64_t key(int cx, int cy) { return (static_cast<std::int64_t>(cx) << 32) ^ static_cast<std::uint32_t>(cy); }
     template <class F>
     void visit(const QRectF& area, F&& f);
+    // Whether area spans at least half the grid cells that hold shapes: painting it then walks the
+    // kept draw order instead of gathering the shapes cell by cell and sorting them.
+    bool spans_most(const QRectF& area) const;
+    // Fills m_drawn with the shapes that meet area and change pixels, in draw order.
+    void gather(const QRectF& area);
+    // Notes the draw rank a shape was just given, for the next merge.
+    void rank(int id);
+    // Merges the shapes added or reordered since into m_order, dropping the entries of removed and
+    // reordered ones.
+    void merge_order();
 
-    // Paints the shape s with painter, the traces and opaque boxes through m_traces, which is painted
-    // before any other kind of shape draws.
+    // Paints the shape s with painter, the traces, opaque boxes and stamps through m_traces, which
+    // is painted before any other kind of shape draws.
     void paint_shape(QPainter& painter, const Shape& s, const QRect& area);
+    // Returns the stamp of a small opaque polygon or line s with its points at whole pixels (made on
+    // first use) and sets at to where its corner goes; null for other shapes, and for a new look
+    // while MAX_STAMPS are kept. A shape at fractions of a pixel (a handle being dragged) seldom
+    // comes back at the same fractions, and a stamp made for one drawing costs more than painting.
+    const UITraceLayer::Stamp* stamp_of(const Shape& s, QPoint& at);
+    // Draws s (a polygon or a line) into a stamp of size with its corner at at.
+    static UITraceLayer::Stamp render_stamp(const Shape& s, const QPoint& at, const QSize& size);
+    // Sets painter's pen and brush up for s, a polygon or a line.
+    static void set_up(QPainter& painter, const Shape& s);
+    // Draws the polygon or line s with the pen and brush set up.
+    static void draw_geometry(QPainter& painter, const Shape& s);
 
-    UITraceLayer m_traces; // consecutive traces and opaque boxes are drawn together
+    UITraceLayer m_traces; // consecutive traces, opaque boxes and stamps are drawn together
     Kind m_state = Removed; // what the painter is set up for
     QRgb m_brush = 0;       // its brush, while set up for polygons
     QCache<QString, QImage> m_text_images{8 * 1024 * 1024}; // drawn texts, by look, up to 8 MB
+    std::unordered_map<StampKey, UITraceLayer::Stamp, StampHash> m_stamps;
     std::vector<Shape> m_shapes;
     std::vector<int> m_free; // ids of removed shapes, given to the next shapes made
     std::vector<int> m_stale;
     std::unordered_map<std::int64_t, std::vector<int>> m_grid;
+    // The live shapes by draw rank, kept between paints (a pan moves thousands of marks but changes
+    // no order); an entry whose shape was removed or reordered since no longer matches its rank.
+    std::vector<std::pair<std::uint64_t, int>> m_order;
+    std::vector<std::pair<std::uint64_t, int>> m_ranked; // added or reordered since the last merge
+    std::vector<std::pair<std::uint64_t, int>> m_drawn;  // what the paint under way draws
     std::uint32_t m_seq = 0;
     std::uint32_t m_stamp = 0;
     int m_live = 0;

@@ -50,10 +50,21 @@ void UITraceLayer::fill(const QRect& box, const QColor& color)
         m_traces.push_back({nullptr, box & m_area, color});
 }
 
+void UITraceLayer::stamp(const Stamp& stamp, const QPoint& at, const QColor& color)
+{
+    const QRect box(at, QSize(int(stamp.columns.size()), 64));
+    if (m_open && color.alpha() == 255 && box.intersects(m_area))
+        m_traces.push_back({nullptr, box, color, &stamp});
+}
+
 void UITraceLayer::rasterize(const Trace& trace)
 {
     m_pixel = qPremultiply(trace.color.rgba());
     m_alpha = trace.color.alpha();
+    if (trace.stamp) {
+        fill_stamp(*trace.stamp, trace.box.left() - m_area.left(), trace.box.top() - m_area.top());
+        return;
+    }
     if (!trace.points) {
         fill_box(trace.box);
         return;
@@ -90,6 +101,31 @@ void UITraceLayer::fill_box(const QRect& box)
     for (int c = c0; c <= c1; ++c)
         write_rows(c, r0, r1);
     grow(c0, c1, r0, r1);
+}
+
+void UITraceLayer::fill_stamp(const Stamp& stamp, int column, int row)
+{
+    const int height = m_area.height();
+    const int first = std::max(column, 0);
+    const int last = std::min(column + int(stamp.columns.size()), m_area.width()) - 1;
+    const int top = std::max(row, 0);
+    if (first > last || top >= height || row <= -64)
+        return;
+    // The stamp's rows within the area, from its top row there.
+    const std::uint64_t inside = height - top >= 64 ? ~0ull : (1ull << (height - top)) - 1;
+    const int shift = top & 63;
+    std::uint64_t used = 0;
+    for (int c = first; c <= last; ++c) {
+        const std::uint64_t rows = (stamp.columns[c - column] >> (top - row)) & inside;
+        used |= rows;
+        if (!rows || (m_back_to_front && m_open_words[c] == 0))
+            continue;
+        write_word(c, top >> 6, rows << shift);
+        if (shift && rows >> (64 - shift))
+            write_word(c, (top >> 6) + 1, rows >> (64 - shift));
+    }
+    if (used)
+        grow(first, last, top + std::countr_zero(used), top + 63 - std::countl_zero(used));
 }
 
 void UITraceLayer::chord(const QPointF& a, const QPointF& b)
@@ -155,7 +191,8 @@ void UITraceLayer::write_rows(int column, int r0, int r1)
     const int height = m_area.height();
     std::uint32_t* cell = m_columns.data() + static_cast<size_t>(column) * height;
     if (m_back_to_front) {
-        fill_uncovered(column, r0, r1);
+        if (m_open_words[column] > 0) // a full column takes nothing more: many curves cross each
+            fill_uncovered(column, r0, r1);
     } else if (m_alpha == 255) {
         std::fill(cell + r0, cell + r1 + 1, m_pixel);
     } else {
@@ -181,19 +218,28 @@ void UITraceLayer::grow(int c0, int c1, int r0, int r1)
 
 void UITraceLayer::fill_uncovered(int column, int r0, int r1)
 {
-    std::uint64_t* covered = m_covered.data() + static_cast<size_t>(column) * m_words;
-    std::uint32_t* cell = m_columns.data() + static_cast<size_t>(column) * m_area.height();
     for (int w = r0 >> 6; w <= r1 >> 6; ++w) {
         const int low = std::max(r0 - w * 64, 0), high = std::min(r1 - w * 64, 63);
-        const std::uint64_t wanted = (~0ull >> (63 - high)) & (~0ull << low);
-        std::uint64_t fresh = wanted & ~covered[w];
-        covered[w] |= wanted;
-        while (fresh) { // each stretch of uncovered rows at once
-            const int first = std::countr_zero(fresh);
-            const int length = std::countr_one(fresh >> first);
-            std::fill_n(cell + w * 64 + first, length, m_pixel);
-            fresh &= length + first >= 64 ? 0 : ~0ull << (first + length);
-        }
+        write_word(column, w, (~0ull >> (63 - high)) & (~0ull << low));
+    }
+}
+
+void UITraceLayer::write_word(int column, int word, std::uint64_t rows)
+{
+    std::uint32_t* cell = m_columns.data() + static_cast<size_t>(column) * m_area.height() + word * 64;
+    if (m_back_to_front) {
+        std::uint64_t& covered = m_covered[static_cast<size_t>(column) * m_words + word];
+        const std::uint64_t wanted = rows;
+        rows &= ~covered;
+        covered |= wanted;
+        if (rows && covered == (word + 1 < m_words ? ~0ull : m_last_word))
+            --m_open_words[column];
+    }
+    while (rows) { // each stretch of rows at once
+        const int first = std::countr_zero(rows);
+        const int length = std::countr_one(rows >> first);
+        std::fill_n(cell + first, length, m_pixel);
+        rows &= length + first >= 64 ? 0 : ~0ull << (first + length);
     }
 }
 
@@ -202,11 +248,20 @@ void UITraceLayer::finish(QPainter& painter)
     m_open = false;
     if (m_traces.empty())
         return;
-    m_columns.assign(static_cast<size_t>(m_area.width()) * m_area.height(), 0u);
+    const int width = m_area.width();
+    const int height = m_area.height();
+    // The image is kept from one paint to the next: a new one of a few megabytes each frame (the
+    // drawn bounds move with a pan) would cost its pages' faults.
+    if (m_image.width() < width || m_image.height() < height)
+        m_image = QImage(std::max(width, m_image.width()), std::max(height, m_image.height()),
+                         QImage::Format_ARGB32_Premultiplied);
+    m_columns.assign(static_cast<size_t>(width) * height, 0u);
     m_back_to_front = std::all_of(m_traces.begin(), m_traces.end(), [](const Trace& t) { return t.color.alpha() == 255; });
     if (m_back_to_front) {
-        m_words = (m_area.height() + 63) / 64;
-        m_covered.assign(static_cast<size_t>(m_area.width()) * m_words, 0u);
+        m_words = (height + 63) / 64;
+        m_last_word = ~0ull >> (m_words * 64 - height);
+        m_covered.assign(static_cast<size_t>(width) * m_words, 0u);
+        m_open_words.assign(width, m_words);
         for (auto it = m_traces.rbegin(); it != m_traces.rend(); ++it)
             rasterize(*it);
     } else {
@@ -217,23 +272,20 @@ void UITraceLayer::finish(QPainter& painter)
     if (m_first_column > m_last_column)
         return;
     transpose();
-    painter.drawImage(QPoint(m_area.left() + m_first_column, m_area.top() + m_first_row), m_image);
+    const QRect drawn(QPoint(m_first_column, m_first_row), QPoint(m_last_column, m_last_row));
+    painter.drawImage(drawn.topLeft() + m_area.topLeft(), m_image, drawn);
 }
 
 void UITraceLayer::transpose()
 {
-    const int width = m_last_column - m_first_column + 1;
-    const int rows = m_last_row - m_first_row + 1;
-    if (m_image.width() != width || m_image.height() != rows)
-        m_image = QImage(width, rows, QImage::Format_ARGB32_Premultiplied);
     const int height = m_area.height();
-    for (int r0 = 0; r0 < rows; r0 += TILE) {
-        for (int c0 = 0; c0 < width; c0 += TILE) {
-            for (int r = r0; r < std::min(r0 + TILE, rows); ++r) {
+    for (int r0 = m_first_row; r0 <= m_last_row; r0 += TILE) {
+        for (int c0 = m_first_column; c0 <= m_last_column; c0 += TILE) {
+            for (int r = r0; r <= std::min(r0 + TILE - 1, m_last_row); ++r) {
                 auto* line = reinterpret_cast<std::uint32_t*>(m_image.scanLine(r));
-                const std::uint32_t* from = m_columns.data() + m_first_row + r;
-                for (int c = c0; c < std::min(c0 + TILE, width); ++c)
-                    line[c] = from[static_cast<size_t>(m_first_column + c) * height];
+                const std::uint32_t* from = m_columns.data() + r;
+                for (int c = c0; c <= std::min(c0 + TILE - 1, m_last_column); ++c)
+                    line[c] = from[static_cast<size_t>(c) * height];
             }
         }
     }

@@ -20,6 +20,12 @@ class QPainter;
 // the same rows cost what one does.
 class UITraceLayer {
 public:
+    // A small shape's pixels, column by column: bit r of a column's mask is set where the shape
+    // covers row r of its box (at most 64 rows). Marks drawn many times are drawn from one.
+    struct Stamp {
+        std::vector<std::uint64_t> columns;
+    };
+
     // Starts a layer over area (canvas pixels); what the last layer held is forgotten.
     void begin(const QRect& area);
     // Whether the layer has begun and not yet been painted.
@@ -29,22 +35,29 @@ public:
     // Adds the pixels of box (canvas pixels) filled with the opaque color, over what was added
     // before; does nothing for a translucent color, which the caller paints itself.
     void fill(const QRect& box, const QColor& color);
+    // Adds the pixels of stamp with its box's top-left corner at at (canvas pixels), filled with the
+    // opaque color, over what was added before; does nothing for a translucent color. The stamp
+    // must stay as it is until finish.
+    void stamp(const Stamp& stamp, const QPoint& at, const QColor& color);
     // Draws the traces and paints what they cover over what painter has painted (nothing when no
     // pixel was drawn), and closes the layer.
     void finish(QPainter& painter);
 
 private:
-    // A trace (points) or, without points, a box.
+    // A trace (points), a stamp with its corner at box's, or, with neither, a box.
     struct Trace {
         const std::vector<QPointF>* points;
         QRect box;
         QColor color;
+        const Stamp* stamp = nullptr;
     };
-
-    // Draws one trace's chords, or one box's columns.
+    // Draws one trace's chords, or one box's or stamp's columns.
     void rasterize(const Trace& trace);
     // Draws the columns of box (within the area) in the opaque pixel being drawn.
     void fill_box(const QRect& box);
+    // Draws the columns of stamp (within the area) with its corner at (column, row), relative to
+    // the area, in the opaque pixel being drawn.
+    void fill_stamp(const Stamp& stamp, int column, int row);
     // Draws the chord a-b (a.x <= b.x) in each column it crosses.
     void chord(const QPointF& a, const QPointF& b);
     // Draws the chord a-b (inside the area, finite) that starts in column c - 1 and ends in c, as
@@ -63,6 +76,10 @@ private:
     // Writes the pixel being drawn into the rows r0 to r1 of column that no trace drawn before
     // (a later one) has covered.
     void fill_uncovered(int column, int r0, int r1);
+    // Writes the pixel being drawn into the rows of column (relative to the area, within it) whose
+    // bits are set in the word-th 64 rows, under what a later trace wrote when drawing from the
+    // last one back.
+    void write_word(int column, int word, std::uint64_t rows);
     // Copies the columns into the image, row by row, within the drawn bounds.
     void transpose();
 
@@ -71,8 +88,10 @@ private:
     std::vector<std::uint32_t> m_columns; // the area column by column, premultiplied ARGB
     std::vector<std::uint64_t> m_covered; // per column, a bit per row already written
     int m_words = 0;                      // words of m_covered per column
+    std::uint64_t m_last_word = 0;        // the bits of rows within the area in a column's last word
+    std::vector<int> m_open_words;        // per column, the words of m_covered not yet full
     bool m_back_to_front = false;         // drawing from the last trace back
-    QImage m_image;
+    QImage m_image; // the drawn pixels row by row, at least as large as the area
     std::uint32_t m_pixel = 0; // the premultiplied colour being drawn
     int m_alpha = 255;
     int m_run_column = 0; // the column of the gathered run, relative to the area

@@ -81,11 +81,17 @@ void UITrackCurveKey::render(const vec3& point, const vec4& color, bool selected
 void UITrackCurveKey::draw_mark(const vec3& point, const vec4& color, bool selected)
 {
     UICanvas* canvas = m_curve->getCanvas();
-    if (m_mark == INVALID_INDEX)
+    const vec4& fill = selected ? SELECTED_COLOR : color;
+    if (m_mark == INVALID_INDEX) {
         m_mark = canvas->addPolygon(ORDER_MARK);
+        m_mark_color = vec4(-1.0f, -1.0f, -1.0f, -1.0f); // a new shape is white: no colour matches
+    }
     const UIRect square(point.x - MARK_HALF, point.y - MARK_HALF, point.x + MARK_HALF, point.y + MARK_HALF);
     canvas->setPolygonPoints(m_mark, square.corners, 4);
-    canvas->setPolygonColor(m_mark, selected ? SELECTED_COLOR : color);
+    if (fill == m_mark_color)
+        return; // a pan moves thousands of marks and recolours none
+    canvas->setPolygonColor(m_mark, fill);
+    m_mark_color = fill;
 }
 
 void UITrackCurveKey::draw_handle(int side, const vec3& point, const vec3* handle)

@@ -59,6 +59,7 @@ private:
     FKey* m_key;
     UITrackCurve* m_curve = nullptr;
     int m_mark = -1;
+    vec4 m_mark_color; // the fill the mark was given last
     int m_handle_lines[2] = {-1, -1};
     int m_handle_dots[2] = {-1, -1};
     vec3 m_handle_points[2];

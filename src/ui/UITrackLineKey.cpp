@@ -78,8 +78,9 @@ void UITrackLineKey::hide()
 
 void UITrackLineKey::conceal()
 {
-    if (!m_canvas || m_hit_polygon == INVALID_INDEX)
-        return;
+    if (!m_canvas || m_hit_polygon == INVALID_INDEX || m_concealed)
+        return; // a covered mark stays covered through a pan: its shapes are empty already
+    m_concealed = true;
     m_canvas->setText(m_text, "");
     m_canvas->clearLinePoints(m_outline);
     m_canvas->clearPolygonPoints(m_mark_polygon);
@@ -113,6 +114,7 @@ void UITrackLineKey::render(int y, int width, bool selected)
         return;
     if (m_hit_polygon == INVALID_INDEX)
         make_shapes();
+    m_concealed = false;
     const AppData* hub = AppData::get();
     const int x = UITrackLinePanel::timeToPixel(getTime(), hub->getBeginTime(), hub->getEndTime(), width);
     draw_text(x, y);

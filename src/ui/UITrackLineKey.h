@@ -66,5 +66,6 @@ private:
     int m_outline = -1;
     int m_mark_polygon = -1;
     int m_hit_polygon = -1;
+    bool m_concealed = false; // the shapes are empty since conceal
     UICanvas* m_canvas = nullptr;
 };

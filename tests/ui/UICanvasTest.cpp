@@ -56,6 +56,14 @@ protected:
         return n;
     }
 
+    // What the canvas shows now, freshly painted.
+    QImage picture()
+    {
+        const std::string path = dir.file("picture.png");
+        EXPECT_TRUE(root()->getAutomation()->saveScreenshot(canvas, path.c_str()));
+        return QImage(QString::fromStdString(path)).convertToFormat(QImage::Format_RGB32);
+    }
+
     UICanvas* canvas = nullptr;
     TempDir dir;
 };
@@ -189,6 +197,34 @@ TEST_F(UICanvasTest, TracesFillEachColumnTheyCrossAndKeepTheDrawOrder)
     expectLogged("UICanvas::setTracePoints:id");
 }
 
+// Small opaque marks at whole pixels are drawn from a stamp made once per look: each covers
+// exactly the pixels the painter fills and strokes for it, as a nearly opaque copy (which the
+// painter draws) 40 pixels to the right shows; marks at fractions of a pixel are painted.
+TEST_F(UICanvasTest, StampedMarksCoverThePixelsThePainterDraws)
+{
+    const vec3 pentagon[5] = {{4, 16, 0}, {10, 10, 0}, {16, 16, 0}, {16, 23, 0}, {4, 23, 0}};
+    for (int copy = 0; copy < 4; ++copy) {
+        const vec3 at(40.0f * (copy % 2) + (copy / 2) * 0.375f, (copy / 2) * 30.0f, 0.0f);
+        const float alpha = copy % 2 ? 254.0f / 255.0f : 1.0f;
+        vec3 mark[5];
+        for (int i = 0; i < 5; ++i)
+            mark[i] = pentagon[i] + at;
+        const int fill = canvas->addPolygon(1), outline = canvas->addLine(2);
+        canvas->setPolygonPoints(fill, mark, 5);
+        canvas->setPolygonColor(fill, vec4(1, 0, 0, alpha));
+        canvas->setLinePoints(outline, mark, 5, true);
+        canvas->setLineColor(outline, vec4(0, 1, 0, alpha));
+    }
+    const QImage shown = picture();
+    for (int y = 0; y < 60; ++y)
+        for (int x = 0; x < 30; ++x) {
+            SCOPED_TRACE(testing::Message() << x << "," << y);
+            const QColor stamped = shown.pixelColor(x, y), painted = shown.pixelColor(x + 40, y);
+            EXPECT_NEAR(stamped.red(), painted.red(), 1);
+            EXPECT_NEAR(stamped.green(), painted.green(), 1);
+        }
+}
+
 // A change repaints only around what it touches (a long trace only where its points changed), and
 // never less: after each change, what the window shows is a fresh painting, pixel for pixel.
 TEST_F(UICanvasTest, EachChangeRepaintsAllItTouches)
@@ -220,6 +256,7 @@ TEST_F(UICanvasTest, EachChangeRepaintsAllItTouches)
         [&] { canvas->setTextPosition(label, 40, 60); },
         [&] { canvas->setText(label, "3456"); },
         [&] { canvas->setTextOutline(label, 2); },
+        [&] { canvas->setLinePoints(canvas->addLine(4), wave + 1, 3, true); },
         [&] { canvas->removePolygon(b); },
         [&] { canvas->removeAll(); },
     };
