@@ -10,6 +10,8 @@
 #include "ui/UITrackLine.h"
 #include "ui/UITrackLinePanel.h"
 
+static_assert(sizeof(UITrackLineKey) <= 48, "a mark per key of a large track: keep it in the allocator's 48-byte class");
+
 namespace {
 
 const vec4 OUTLINE_COLOR{0.6f, 0.6f, 0.6f, 1.0f};

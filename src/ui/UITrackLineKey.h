@@ -62,10 +62,11 @@ private:
 
     FKey* m_key;
     UITrackLine* m_line = nullptr;
-    int m_text = -1;
+    // A large track has a mark per key: the flag shares the text's word rather than grow every mark.
+    int m_text : 31 = -1;
+    unsigned m_concealed : 1 = false; // the shapes are empty since conceal
     int m_outline = -1;
     int m_mark_polygon = -1;
     int m_hit_polygon = -1;
-    bool m_concealed = false; // the shapes are empty since conceal
     UICanvas* m_canvas = nullptr;
 };
