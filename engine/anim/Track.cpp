@@ -267,8 +267,7 @@ bool Track::load(Package* root, World* world)
     TrackReader reader;
     if (read(reader, root, world))
         return true;
-    for (const TrackReader::Problem& problem : reader.problems())
-        jLog::error("%s:%d:%d: %s", "Track::load", problem.line, problem.column, problem.reason.c_str());
+    reader.logProblems("Track::load");
     return false;
 }
 
@@ -280,8 +279,7 @@ bool Track::loadFile(const char* path, World* world)
     TrackReader track;
     if (read(track, reader.getRoot(), world))
         return true;
-    for (const TrackReader::Problem& problem : track.problems())
-        jLog::error("%s:%d:%d: %s", path, problem.line, problem.column, problem.reason.c_str());
+    track.logProblems(path);
     return false;
 }
 
@@ -359,8 +357,7 @@ TrackParameter* Track::readParameter(const Package* object, const char* source)
     TrackParameter* param = read_parameter(reader, object);
     if (!reader.failed())
         return param;
-    for (const TrackReader::Problem& problem : reader.problems())
-        jLog::error("%s:%d:%d: %s", source, problem.line, problem.column, problem.reason.c_str());
+    reader.logProblems(source);
     if (param)
         jDelete(param, FILE_TAG, __LINE__, "Track::readParameter");
     return nullptr;

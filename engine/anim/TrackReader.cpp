@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+#include "kit/jLog.h"
+
 void TrackReader::fail(const TrackField& field, const std::string& reason)
 {
     add(Problem{field.getLine(), field.getColumn(), reason});
@@ -11,6 +13,12 @@ void TrackReader::take(const TrackReader& other)
 {
     for (const Problem& problem : other.m_problems)
         add(problem);
+}
+
+void TrackReader::logProblems(const char* source) const
+{
+    for (const Problem& problem : m_problems)
+        jLog::error("%s:%d:%d: %s", source, problem.line, problem.column, problem.reason.c_str());
 }
 
 void TrackReader::add(const Problem& problem)

@@ -43,7 +43,7 @@ void* jSmallPool::allocate(size_t size)
     if (c.next == c.end && !add_block(cls))
         return nullptr;
     void* slot = reinterpret_cast<void*>(c.next);
-    c.next += (cls + 1) * ALIGNMENT;
+    c.next += slot_size(cls);
     return slot;
 }
 
@@ -63,7 +63,7 @@ bool jSmallPool::add_block(size_t cls)
         return false;
     const uintptr_t start = m_base + m_blocks_used * BLOCK;
     void* block = reinterpret_cast<void*>(start);
-    const size_t slot = (cls + 1) * ALIGNMENT;
+    const size_t slot = slot_size(cls);
     // The words' pages are zero, and take memory only once the registry writes them.
     const size_t words = (BLOCK / slot * sizeof(uint64_t) + 4095) & ~size_t(4095);
     if (mprotect(m_words + m_blocks_used * WORDS_PER_BLOCK, words, PROT_READ | PROT_WRITE) != 0 ||

@@ -57,7 +57,7 @@ public:
         if (offset >= RESERVED)
             return nullptr;
         const size_t block = offset / BLOCK;
-        const size_t slot = (m_class_of[block] + size_t(1)) * ALIGNMENT;
+        const size_t slot = slot_size(m_class_of[block]);
         const size_t within = offset % BLOCK;
         if (within % slot != 0)
             return nullptr;
@@ -70,8 +70,7 @@ public:
         std::lock_guard<std::mutex> lock(m_mutex);
         for (size_t block = 0; block < m_blocks_used; ++block) {
             const uint64_t* words = m_words + block * WORDS_PER_BLOCK;
-            const size_t slots = BLOCK / ((m_class_of[block] + size_t(1)) * ALIGNMENT);
-            for (size_t i = 0; i < slots; ++i)
+            for (size_t i = 0, slots = BLOCK / slot_size(m_class_of[block]); i < slots; ++i)
                 if (words[i])
                     visit(words[i]);
         }
@@ -96,6 +95,8 @@ private:
     };
 
     jSmallPool(uintptr_t base, uint64_t* words) : m_base(base), m_words(words) {}
+    // The bytes of each slot of size class cls.
+    static size_t slot_size(size_t cls) { return (cls + 1) * ALIGNMENT; }
     // Gives the class a fresh block; false when there is none.
     bool add_block(size_t cls);
 

@@ -33,6 +33,8 @@ public:
     // Adds the problems another reader found (in another part of the same document).
     void take(const TrackReader& other);
     const std::vector<Problem>& problems() const { return m_problems; }
+    // Logs every problem as an error "source:LINE:COLUMN: reason", in file order.
+    void logProblems(const char* source) const;
 
     // Returns the member of object with the name, or null after recording "missing field".
     const Package* require(const Package* object, const char* name);

@@ -267,9 +267,7 @@ bool FTrack::insertParameter(int index, const std::string& bytes)
             jDelete(param, FILE_TAG, __LINE__, "FTrack::insertParameter");
         return false;
     }
-    const int singles = m_singles.size(), compounds = m_parameters.size();
-    create_for_kind(param);
-    place(index, singles, compounds);
+    create_at(index, param);
     // Every row takes the colour of its place, as a load of the track gives it: the rows after the
     // new ones moved down.
     for (int i = 0; i < m_singles.size(); ++i)
@@ -290,9 +288,7 @@ bool FTrack::replaceParameter(int index, const std::string& bytes)
     AppData::get()->getEdits().replaced(m_track->getParameter(index), param);
     eraseParameter(index);
     m_track->insertParameter(index, param);
-    const int singles = m_singles.size(), compounds = m_parameters.size();
-    create_for_kind(param);
-    const int at = place(index, singles, compounds);
+    const int at = create_at(index, param);
     for (int i = 0; i < colors.size() && at + i < m_singles.size(); ++i)
         m_singles[at + i]->setColor(colors[i]);
     return true;
@@ -309,6 +305,13 @@ bool FTrack::eraseParameter(int index)
     param->release();
     jDelete(param, FILE_TAG, __LINE__, "FTrack::eraseParameter");
     return true;
+}
+
+int FTrack::create_at(int index, TrackParameter* param)
+{
+    const int singles = m_singles.size(), compounds = m_parameters.size();
+    create_for_kind(param);
+    return place(index, singles, compounds);
 }
 
 // The lists keep the engine track's order, as a load makes them: the new entries go before the

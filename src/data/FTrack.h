@@ -119,6 +119,9 @@ public:
 private:
     // Reads a parameter written by writeParameter into a new engine parameter; null when it is none.
     TrackParameter* read_parameter(const std::string& bytes) const;
+    // Makes the editor parameter of param, the engine track's parameter at index, and places it
+    // among the others as a load does; returns where the first of its singles went.
+    int create_at(int index, TrackParameter* param);
     // Moves the editor parameters made since the lists held singles and compounds entries to
     // the place of the engine parameter at index; returns where the first of their singles went.
     int place(int index, int singles, int compounds);
