@@ -13,6 +13,7 @@
 #include "anim/TrackParameterToggle.h"
 #include "anim/TrackParameterTrack.h"
 #include "anim/TrackParameterVec3.h"
+#include "anim/TrackReadAhead.h"
 #include "anim/TrackReader.h"
 #include "anim/TrackRegTable.h"
 #include "io/Package.h"
@@ -159,7 +160,7 @@ TrackParameter* Track::CreateParameter(int kind)
     }
 }
 
-bool Track::read(TrackReader& reader, const Package* root, World* world)
+bool Track::read(TrackReader& reader, const Package* root, World* world, TrackReadAhead* ahead)
 {
     if (!root || !root->isObject()) {
         reader.fail(root, "a track document must be a JSON object");
@@ -184,7 +185,9 @@ bool Track::read(TrackReader& reader, const Package* root, World* world)
     const Package* list = reader.require(root, "parameters");
     if (list && !list->isArray())
         reader.fail(list, "parameters must be an array");
-    if (list && list->isArray())
+    if (list && list->isArray() && ahead && ahead->readAny())
+        take_parameters(reader, list, *ahead, parameters);
+    else if (list && list->isArray())
         read_parameters(reader, list, parameters);
     if (reader.failed()) {
         for (TrackParameter* p : parameters)
@@ -225,6 +228,18 @@ void Track::read_parameters(TrackReader& reader, const Package* list, jVector<Tr
     for (TrackParameter* p : second.read)
         out.append(p);
     reader.take(second.reader);
+}
+
+void Track::take_parameters(TrackReader& reader, const Package* list, TrackReadAhead& ahead,
+                            jVector<TrackParameter*>& out)
+{
+    for (int i = 0; i < list->getNumChildren(); ++i) {
+        TrackParameter* p = ahead.take(list, i);
+        if (!p)
+            p = read_parameter(reader, list->getChild(i));
+        if (p)
+            out.append(p);
+    }
 }
 
 void Track::read_range(TrackReader& reader, const Package* list, int from, int to, jVector<TrackParameter*>& out)

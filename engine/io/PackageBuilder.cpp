@@ -135,8 +135,10 @@ bool reader_value_is_exact(const char* p, const char* end)
 
 } // namespace
 
-PackageBuilder::PackageBuilder(Package& root, const char* text, const TextStream& stream, bool number_rows)
-    : m_root(root), m_arena(root.arena()), m_text(text), m_stream(stream), m_number_rows(number_rows)
+PackageBuilder::PackageBuilder(Package& root, const char* text, const TextStream& stream, bool number_rows,
+                               mjl::ElementListener* listener)
+    : m_root(root), m_arena(root.arena()), m_text(text), m_stream(stream), m_number_rows(number_rows),
+      m_listener(listener)
 {
 }
 
@@ -267,9 +269,32 @@ bool PackageBuilder::begin_container(Package::Type type)
     static_assert(mjl::MAX_DEPTH == 512, "the reason below names the limit");
     if (m_depth == mjl::MAX_DEPTH)
         return fail("nesting deeper than 512 levels", m_stream.Tell());
+    if (m_listener && m_listened_depth == 0 && m_depth == 1)
+        listen_for(type);
     begin_value(type, m_stream.Tell());
     m_frames[m_depth++] = m_pending_count;
     return true;
+}
+
+void PackageBuilder::listen_for(Package::Type type)
+{
+    const char* name = m_listener->arrayName();
+    size_t length = std::strlen(name);
+    // Names keep their length in the four bytes before them (PackageArena::copyCounted).
+    if (m_key && reinterpret_cast<const uint32_t*>(m_key)[-1] == length && std::memcmp(m_key, name, length) == 0)
+        m_listened_depth = type == Package::ARRAY ? 2 : -1;
+}
+
+void PackageBuilder::show_ended(const Package* node, size_t first)
+{
+    if (m_depth == m_listened_depth) {
+        // The pending node moves when the stack grows: the listener gets a copy that stays.
+        auto* shown = static_cast<Package*>(m_arena->allocate(sizeof(Package), alignof(Package)));
+        std::memcpy(static_cast<void*>(shown), static_cast<const void*>(node), sizeof(Package));
+        m_listener->element(static_cast<int>(first - 1 - m_frames[m_depth - 1]), shown);
+    } else if (m_depth == m_listened_depth - 1) {
+        m_listened_depth = -1;
+    }
 }
 
 bool PackageBuilder::end_container()
@@ -287,6 +312,8 @@ bool PackageBuilder::end_container()
         node->m_in_row = true;
     }
     m_pending_count = first;
+    if (m_listened_depth > 0)
+        show_ended(node, first);
     return true;
 }
 
@@ -320,6 +347,8 @@ bool PackageBuilder::end_number_row()
     node->m_value.numbers = numbers;
     m_pending_count = first;
     --m_depth;
+    if (m_listened_depth > 0)
+        show_ended(node, first);
     return true;
 }
 

@@ -27,7 +27,9 @@ class PackageBuilder {
 public:
     // text is the whole input; stream is the one the reader consumes, positioned on text. With
     // number_rows true, an array of at most Package::MAX_ROW_NUMBERS numbers becomes a row of NUMBERS.
-    PackageBuilder(Package& root, const char* text, const TextStream& stream, bool number_rows);
+    // The listener, when given, is shown the elements it asks for as they end.
+    PackageBuilder(Package& root, const char* text, const TextStream& stream, bool number_rows,
+                   mjl::ElementListener* listener = nullptr);
     // Frees the pending stack; the tree itself belongs to the root.
     ~PackageBuilder();
     PackageBuilder(const PackageBuilder&) = delete;
@@ -91,6 +93,11 @@ private:
     }
     bool begin_container(Package::Type type);
     bool end_container();
+    // Notes whether the container that begins with the pending key is the listener's member (the
+    // first container of that name in the root; only an array has elements to show).
+    void listen_for(Package::Type type);
+    // Shows the listener the container that has just ended, when it is an element of its array.
+    void show_ended(const Package* node, size_t first);
     // Ends the innermost array as a row of numbers when its children allow; returns false, with
     // nothing done, when they do not.
     bool end_number_row();
@@ -122,6 +129,9 @@ private:
     size_t m_failure_offset = 0;
     int m_depth = 0;
     bool m_number_rows;
+    mjl::ElementListener* m_listener;
+    // The depth inside the listener's array (0 before it begins, -1 after it ends).
+    int m_listened_depth = 0;
     // Where the children of each open container start on the pending stack.
     size_t m_frames[mjl::MAX_DEPTH];
 };

@@ -79,17 +79,20 @@ const char* reason_for(rapidjson::ParseErrorCode code, const char* text, size_t 
 } // namespace
 
 bool PackageReader::read(const char* text, size_t size, const char* name, Package& root, std::string& error,
-                         bool number_rows)
+                         bool number_rows, mjl::ElementListener* listener)
 {
     // Not kParseFullPrecisionFlag: RapidJSON 1.1.0's exact conversion reads outside its tables on
     // some long mantissas with large exponents. The builder converts floating-point numbers itself.
     constexpr unsigned flags = rapidjson::kParseValidateEncodingFlag | rapidjson::kParseIterativeFlag;
     LineLog lines;
     TextStream stream(text, size, lines);
-    PackageBuilder builder(root, text, stream, number_rows);
+    PackageBuilder builder(root, text, stream, number_rows, listener);
     rapidjson::Reader reader;
     rapidjson::ParseResult result = reader.Parse<flags>(stream, builder);
     size_t offset = stream.Tell();
+    const bool parsed = !builder.getFailure() && !result.IsError() && offset >= size;
+    if (listener)
+        listener->end(parsed);
     const char* reason = nullptr;
     if (builder.getFailure()) {
         offset = builder.getFailureOffset();
@@ -101,7 +104,7 @@ bool PackageReader::read(const char* text, size_t size, const char* name, Packag
                && std::isalpha(static_cast<unsigned char>(text[offset - 1])))
             --offset;
         reason = reason_for(result.Code(), text, offset, size);
-    } else if (offset < size) {
+    } else if (!parsed) {
         reason = "unexpected zero byte"; // the reader stopped at it as if the text ended there
     } else {
         builder.finish(lines);

@@ -74,7 +74,7 @@ void mjl::close()
     m_root = nullptr;
 }
 
-bool mjl::open(const char* path, int flags)
+bool mjl::open(const char* path, int flags, ElementListener* listener)
 {
     close();
     if (!path)
@@ -90,7 +90,7 @@ bool mjl::open(const char* path, int flags)
         TextBuffer text(static_cast<size_t>(info.st_size));
         if (read_file(fd, text, reason)) {
             ::close(fd);
-            return read_text(text.data(), text.size(), path, "mjl::open", flags);
+            return read_text(text.data(), text.size(), path, "mjl::open", flags, listener);
         }
     }
     if (fd >= 0)
@@ -100,16 +100,17 @@ bool mjl::open(const char* path, int flags)
     return false;
 }
 
-bool mjl::parse(const char* text, size_t size, const char* name, int flags)
+bool mjl::parse(const char* text, size_t size, const char* name, int flags, ElementListener* listener)
 {
     close();
-    return read_text(text ? text : "", text ? size : 0, name ? name : "<memory>", "mjl::parse", flags);
+    return read_text(text ? text : "", text ? size : 0, name ? name : "<memory>", "mjl::parse", flags, listener);
 }
 
-bool mjl::read_text(const char* text, size_t size, const char* name, const char* caller, int flags)
+bool mjl::read_text(const char* text, size_t size, const char* name, const char* caller, int flags,
+                    ElementListener* listener)
 {
     m_root = jNew<Package>("engine/io/mjl", __LINE__, "mjl::read_text");
-    if (PackageReader::read(text, size, name, *m_root, m_error, (flags & NUMBER_ROWS) != 0))
+    if (PackageReader::read(text, size, name, *m_root, m_error, (flags & NUMBER_ROWS) != 0, listener))
         return true;
     close();
     jLog::error("%s:%s", caller, m_error.c_str());

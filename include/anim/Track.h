@@ -10,6 +10,7 @@
 
 class Package;
 class TrackCache;
+class TrackReadAhead;
 class TrackReader;
 class World;
 
@@ -59,8 +60,9 @@ public:
     // then unchanged.
     bool loadFile(const char* path, World* world);
     // Reads a document into this track through reader, which collects every problem; the track is
-    // replaced only when there was none. Returns whether it was.
-    bool read(TrackReader& reader, const Package* root, World* world);
+    // replaced only when there was none. Returns whether it was. The parameters ahead read while
+    // the document was parsed are taken from it.
+    bool read(TrackReader& reader, const Package* root, World* world, TrackReadAhead* ahead = nullptr);
     // Writes the track into root (which becomes an object). Returns false (root then unspecified)
     // only when root is null.
     bool save(Package* root) const;
@@ -129,6 +131,7 @@ public:
 private:
     friend class TrackCache;
     friend class TrackParameter;
+    friend class TrackReadAhead;
 
     // Marks the playback layout out of date (a parameter changed); the next set rebuilds it.
     void invalidate_playback() { m_playback.invalidate(); }
@@ -138,6 +141,9 @@ private:
     // Reads every parameter of a document's list into out, the second half on the worker thread
     // when it is free: a large track's keys are most of its reading.
     static void read_parameters(TrackReader& reader, const Package* list, jVector<TrackParameter*>& out);
+    // Reads the list into out taking what ahead read, and reading the rest in order.
+    static void take_parameters(TrackReader& reader, const Package* list, TrackReadAhead& ahead,
+                                jVector<TrackParameter*>& out);
     // Reads the parameters from index from up to to of the list into out.
     static void read_range(TrackReader& reader, const Package* list, int from, int to, jVector<TrackParameter*>& out);
     static TrackParameter* read_parameter(TrackReader& reader, const Package* object);

@@ -31,6 +31,22 @@ public:
     };
     static constexpr int MAX_DEPTH = 512;
 
+    // Is shown the elements of one array member of the root while the text is still being parsed,
+    // so that a reader can start on a large document's parts before the whole is read.
+    class ElementListener {
+    public:
+        virtual ~ElementListener() = default;
+        // The name of the root's member whose elements are shown (its first occurrence only).
+        virtual const char* arrayName() const = 0;
+        // Called on the parsing thread as each object or array element of that member ends, with
+        // its index and a node that stays valid, with all below it unchanged, as long as the tree.
+        // The rest of the tree is still being built: nodes cannot give their line yet.
+        virtual void element(int index, const Package* node) = 0;
+        // Called once after the parse, before the tree is finished or, when parsed is false,
+        // dropped: the listener must stop reading the tree before it returns.
+        virtual void end(bool parsed) = 0;
+    };
+
     mjl();
     ~mjl();
     mjl(const mjl&) = delete;
@@ -38,9 +54,11 @@ public:
 
     // Reads and parses the file. Returns false, logs the error and keeps it for getError() when
     // the file cannot be read or is not valid JSON; the previous root is dropped either way.
-    bool open(const char* path, int flags = DEFAULT);
+    // A listener, when given, is shown the elements it asks for as they are read.
+    bool open(const char* path, int flags = DEFAULT, ElementListener* listener = nullptr);
     // Parses text held in memory; name stands for the path in error messages.
-    bool parse(const char* text, size_t size, const char* name, int flags = DEFAULT);
+    bool parse(const char* text, size_t size, const char* name, int flags = DEFAULT,
+               ElementListener* listener = nullptr);
     // Returns the root of the last successful read, or null.
     Package* getRoot();
     // Frees the tree of the last read (a large file's tree is several times the file's size), for
@@ -60,7 +78,8 @@ public:
     static bool write(const Package* root, std::string& out, std::string* error = nullptr, int flags = DEFAULT);
 
 private:
-    bool read_text(const char* text, size_t size, const char* name, const char* caller, int flags);
+    bool read_text(const char* text, size_t size, const char* name, const char* caller, int flags,
+                   ElementListener* listener);
 
     Package* m_root = nullptr;
     std::string m_error;

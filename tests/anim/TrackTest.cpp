@@ -12,6 +12,9 @@
 #include "anim/TrackParameterString.h"
 #include "anim/TrackParameterToggle.h"
 #include "anim/TrackParameterTrack.h"
+#include "anim/TrackReadAhead.h"
+#include "anim/TrackReader.h"
+#include "io/mjl.h"
 
 // How a track binds, plays, saves and loads its parameters; how its playback follows edits made
 // between frames is in TrackPlaybackTest.
@@ -192,6 +195,41 @@ TEST_F(TrackTest, SavedTracksLoadBackTheSame)
     // Without a frame rate the member is left out, as older writers did.
     track.setFrameRate(0.0f);
     EXPECT_EQ(savedText().find("frame_rate"), std::string::npos);
+}
+
+TEST_F(TrackTest, ParametersReadWhileTheFileIsParsedComeFromThatFileOnly)
+{
+    auto document = [](const char* name, const char* more) {
+        return std::string(R"({"version": 1, "begin": 0, "end": 1, "parameters": [{"kind": 1, "type": "Light.intensity",
+            "name": ")") + name + R"(", "keys": [[0, 2, 0, 0, 0, 0, 1]]})" + more + "]}";
+    };
+    auto read = [this](const std::string& text, TrackReadAhead* ahead, TrackReader& reader) {
+        mjl parsed;
+        EXPECT_TRUE(parsed.parse(text.data(), text.size(), "test.anim", mjl::NUMBER_ROWS, ahead));
+        return track.read(reader, parsed.getRoot(), &world, ahead);
+    };
+    const std::string mine = document("mine", ""), other = document("other", "");
+    TrackReadAhead ahead(false);
+    mjl parsed, unrelated;
+    ASSERT_TRUE(parsed.parse(mine.data(), mine.size(), "mine.anim", mjl::NUMBER_ROWS, &ahead));
+    ASSERT_TRUE(unrelated.parse(other.data(), other.size(), "other.anim", mjl::NUMBER_ROWS));
+    EXPECT_TRUE(ahead.readAny());
+    TrackReader reader;
+    ASSERT_TRUE(track.read(reader, unrelated.getRoot(), &world, &ahead));
+    EXPECT_EQ(track.getParameter(0)->getName(), "other");
+    ASSERT_TRUE(track.read(reader, parsed.getRoot(), &world, &ahead));
+    EXPECT_EQ(track.getParameter(0)->getName(), "mine");
+    // A parameter with a problem is read again, where the problem's place can be named.
+    const std::string bad = document("bad", R"(,
+        {"kind": 1, "type": "Camera.fov"})");
+    TrackReadAhead badAhead(false);
+    TrackReader plain, early;
+    EXPECT_FALSE(read(bad, nullptr, plain));
+    EXPECT_FALSE(read(bad, &badAhead, early));
+    ASSERT_EQ(early.problems().size(), 1u);
+    EXPECT_EQ(early.problems()[0].line, 3);
+    EXPECT_EQ(early.problems()[0].column, plain.problems()[0].column);
+    EXPECT_EQ(track.getParameter(0)->getName(), "mine");
 }
 
 TEST_F(TrackTest, LoadedTracksAreBoundToTheWorldAndUnregisteredTypesDoNotPlay)

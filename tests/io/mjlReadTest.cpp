@@ -430,3 +430,35 @@ TEST_F(mjlRead, KeepsShortArraysOfNumbersAsRowsWhenAsked)
     ASSERT_TRUE(other.parse("[1, 3]", 6, "doc.json"));
     EXPECT_FALSE(reader->getRoot()->equals(*other.getRoot()));
 }
+
+TEST_F(mjlRead, ShowsAListenerTheElementsOfItsArrayAsTheyEnd)
+{
+    // Records what it is shown, checking each element against the tree once the parse is over.
+    struct Listener : mjl::ElementListener {
+        std::vector<std::pair<int, const Package*>> shown;
+        std::vector<bool> ends;
+        const char* arrayName() const override { return "list"; }
+        void element(int index, const Package* node) override { shown.emplace_back(index, node); }
+        void end(bool parsed) override { ends.push_back(parsed); }
+    } listener;
+    // Only the root's first "list" is followed; scalars are not shown, short number arrays are.
+    const std::string text = R"({"x": {"list": [{"a": 1}]}, "list": [{"a": [1, {"b": 2}]}, 5, [1, 2],
+        {"c": [{"d": 3}]}, []], "list": [{"z": 0}]})";
+    ASSERT_TRUE(reader->parse(text.data(), text.size(), "doc.json", mjl::NUMBER_ROWS, &listener));
+    EXPECT_EQ(listener.ends, std::vector<bool>{true});
+    const Package* list = reader->getRoot()->find("list");
+    ASSERT_EQ(listener.shown.size(), 4u);
+    const int indexes[] = {0, 2, 3, 4};
+    for (size_t i = 0; i < listener.shown.size(); ++i) {
+        EXPECT_EQ(listener.shown[i].first, indexes[i]);
+        EXPECT_TRUE(listener.shown[i].second->equals(*list->getChild(indexes[i]))) << i;
+    }
+    // A document that fails ends the listener before its tree is dropped.
+    listener.shown.clear();
+    listener.ends.clear();
+    const std::string cut = R"({"list": [{}, {})";
+    EXPECT_FALSE(reader->parse(cut.data(), cut.size(), "doc.json", mjl::DEFAULT, &listener));
+    expectLogged("mjl::parse:doc.json:1:17: unexpected end of the document inside an array");
+    EXPECT_EQ(listener.shown.size(), 2u);
+    EXPECT_EQ(listener.ends, std::vector<bool>{false});
+}

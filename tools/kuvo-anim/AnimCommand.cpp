@@ -5,6 +5,7 @@
 #include <cstdio>
 
 #include "anim/Track.h"
+#include "anim/TrackReadAhead.h"
 #include "anim/TrackReader.h"
 #include "io/mjl.h"
 #include "kit/jLog.h"
@@ -65,12 +66,14 @@ std::vector<std::string> AnimCommand::load(const std::string& path, Track& track
 {
     std::vector<std::string> lines;
     mjl document;
-    if (!document.open(path.c_str(), mjl::NUMBER_ROWS)) {
+    // Parameters are read on the worker while the rest of the file is parsed.
+    TrackReadAhead ahead(strict);
+    if (!document.open(path.c_str(), mjl::NUMBER_ROWS, &ahead)) {
         lines.push_back(document.getError());
         return lines;
     }
     TrackReader reader(strict);
-    if (track.read(reader, document.getRoot(), world))
+    if (track.read(reader, document.getRoot(), world, &ahead))
         return lines;
     for (const TrackReader::Problem& p : reader.problems())
         lines.push_back(path + ":" + std::to_string(p.line) + ":" + std::to_string(p.column) + ": " + p.reason);
