@@ -254,7 +254,7 @@ bool FTrack::writeParameter(int index, std::string& bytes) const
 TrackParameter* FTrack::read_parameter(const std::string& bytes) const
 {
     mjl reader;
-    if (!m_track || !reader.parse(bytes.data(), bytes.size(), "FTrack::insertParameter"))
+    if (!m_track || !reader.parse(bytes.data(), bytes.size(), "FTrack::insertParameter", mjl::NUMBER_ROWS))
         return nullptr;
     return m_track->readParameter(reader.getRoot(), "FTrack::insertParameter");
 }
