@@ -47,10 +47,16 @@ bool jWorker::start(Job job, void* context)
 
 void jWorker::wait()
 {
-    // The caller has just done a share of the same size: the worker is about done, and a sleep
-    // would cost more than it saves.
-    while (!m_done.load(std::memory_order_acquire))
+    // The caller has usually just done a share of the same size: the worker is about done, and a
+    // sleep would cost more than it saves. A longer wait sleeps, so that the caller does not take
+    // the core the worker needs from a busy machine.
+    constexpr int SPINS = 1024; // a few hundred microseconds
+    for (int i = 0; i < SPINS && !m_done.load(std::memory_order_acquire); ++i)
         std::this_thread::yield();
+    if (!m_done.load(std::memory_order_acquire)) {
+        std::unique_lock<std::mutex> lock(m_mutex);
+        m_finished.wait(lock, [this] { return m_done.load(std::memory_order_acquire); });
+    }
     m_busy.store(false, std::memory_order_release);
 }
 
@@ -69,6 +75,10 @@ void jWorker::run()
             m_job = nullptr;
         }
         job(context);
-        m_done.store(true, std::memory_order_release);
+        {
+            std::lock_guard<std::mutex> lock(m_mutex);
+            m_done.store(true, std::memory_order_release);
+        }
+        m_finished.notify_one();
     }
 }

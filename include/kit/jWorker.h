@@ -32,7 +32,8 @@ private:
     void run();
 
     std::mutex m_mutex;
-    std::condition_variable m_wake;
+    std::condition_variable m_wake;     // a job was handed over, or the worker must quit
+    std::condition_variable m_finished; // the job has finished
     std::thread m_thread;
     Job m_job = nullptr; // the job handed over and not yet taken
     void* m_context = nullptr;
