@@ -107,7 +107,7 @@ void UITraceLayer::fill_box(const QRect& box)
     // A mark's few rows mostly lie in one word of each column: its mask is made once.
     const std::uint64_t rows = (~0ull >> (63 - (r1 & 63))) & (~0ull << (r0 & 63));
     for (int c = c0; c <= c1; ++c) {
-        if (m_open_words[c] > 0)
+        if (!covered_before(c, r0, r1))
             write_word(c, r0 >> 6, rows);
     }
 }
@@ -142,14 +142,30 @@ void UITraceLayer::write_rows(int column, int r0, int r1)
     const int height = m_area.height();
     std::uint32_t* cell = m_columns.data() + static_cast<size_t>(column) * height;
     if (m_back_to_front) {
-        if (m_open_words[column] > 0) // a full column takes nothing more: many curves cross each
-            fill_uncovered(column, r0, r1);
+        if (m_open_words[column] > 0 && !covered_before(column, r0, r1))
+            fill_uncovered(column, r0, r1); // a full column takes nothing more: many curves cross each
     } else if (m_alpha == 255) {
         std::fill(cell + r0, cell + r1 + 1, m_pixel);
     } else {
         for (int r = r0; r <= r1; ++r)
             cell[r] = over(m_pixel, cell[r], m_alpha);
     }
+}
+
+bool UITraceLayer::covered_before(int column, int r0, int r1)
+{
+    int& top = m_solid_top[column];
+    int& bottom = m_solid_bottom[column];
+    if (r0 >= top && r1 <= bottom)
+        return true;
+    if (bottom >= top && r0 <= bottom + 1 && r1 >= top - 1) {
+        top = std::min(top, r0);
+        bottom = std::max(bottom, r1);
+    } else if (bottom < top || r1 - r0 > bottom - top) { // apart: the taller stretch is kept
+        top = r0;
+        bottom = r1;
+    }
+    return false;
 }
 
 void UITraceLayer::grow(int c0, int c1, int r0, int r1)
@@ -215,6 +231,8 @@ void UITraceLayer::finish(QPainter& painter)
         m_last_word = ~0ull >> (m_words * 64 - height);
         m_covered.assign(static_cast<size_t>(width) * m_words, 0u);
         m_open_words.assign(width, m_words);
+        m_solid_top.assign(width, 0);
+        m_solid_bottom.assign(width, -1);
     }
     sort_into_bands();
     for (size_t band = 0; band < m_bands.size(); ++band) {

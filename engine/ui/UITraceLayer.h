@@ -67,6 +67,11 @@ private:
     // Writes the pixel being drawn into the rows r0 to r1 of column (relative to the area, within
     // it), under what a later trace wrote when drawing from the last one back.
     void write_rows(int column, int r0, int r1);
+    // Whether the rows r0 to r1 of column (relative to the area) are all covered by what was drawn
+    // before, as far as one stretch of covered rows kept per column tells; else notes them as
+    // covered, as they are once drawn. Each of a hundred curves crossing a column mostly falls
+    // within the stretch the curves drawn before cover there.
+    bool covered_before(int column, int r0, int r1);
     // Grows the drawn bounds over the columns c0 to c1 and rows r0 to r1 (relative to the area).
     void grow(int c0, int c1, int r0, int r1);
     // Writes the pixel being drawn into the rows r0 to r1 of column that no trace drawn before
@@ -90,6 +95,8 @@ private:
     int m_words = 0;                      // words of m_covered per column
     std::uint64_t m_last_word = 0;        // the bits of rows within the area in a column's last word
     std::vector<int> m_open_words;        // per column, the words of m_covered not yet full
+    // Per column, a stretch of rows known covered (none while top > bottom).
+    std::vector<int> m_solid_top, m_solid_bottom;
     bool m_back_to_front = false;         // drawing from the last trace back
     QImage m_image; // the drawn pixels row by row, at least as large as the area
     std::uint32_t m_pixel = 0; // the premultiplied colour being drawn
