@@ -11,10 +11,11 @@ class UICanvasWidget;
 
 // A drawing surface of numbered shapes: lines (open polylines), traces (open polylines of many points
 // drawn one pixel wide and aliased, measured into pixel columns when their points are set and then
-// drawn at a cost per column crossed rather than per point: a curve of thousands of keys), polygons (filled) and texts. Each
-// shape is created with a draw order; higher orders are drawn later (on top), equal orders in
-// creation order. Coordinates are canvas pixels, x to the right, y downward, used exactly as given
-// (z is ignored). Painting looks only at the shapes that meet the exposed area.
+// drawn at a cost per column crossed rather than per point: a curve of thousands of keys), polygons
+// (filled) and texts. Each shape is created with a draw order; higher orders are drawn later (on
+// top), equal orders in creation order. Coordinates are canvas pixels, x to the right, y downward,
+// used exactly as given (z is ignored). Painting looks only at the shapes that meet the exposed
+// area.
 //
 // Operations on an id that does not name a live shape of the right kind log "UICanvas::<op>:id"
 // and return false (or -1, 0 for the queries).

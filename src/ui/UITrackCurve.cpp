@@ -25,6 +25,8 @@ constexpr double MARK_REACH = 4.0;
 // always is): a mark's width, as closer marks would only cover each other. A box around the drawn
 // mark still selects the keys it stands for.
 constexpr double MIN_MARK_SPACING = 7.0;
+// The farthest, in pixels, a flattening is moved as a whole; a view this far off has no use for it.
+constexpr double MAX_SHIFT = 1 << 24;
 
 // Whether the segment from key i to key i + 1 of curve is a Bezier segment.
 template <class Value>
@@ -252,7 +254,9 @@ bool UITrackCurve::shift_of(const UITrackCurveMapping& mapping, int& dx, int& dy
     // The flattening's pixels map onto mapping's along a line in each axis; a shift is a line of
     // slope 1 that moves every point of the flattening by nearly whole pixels.
     const auto whole = [this](double a, double b, int& shift) {
-        shift = int(std::lround(std::clamp(b, -double(1 << 24), double(1 << 24))));
+        if (!(std::fabs(b) < MAX_SHIFT)) // also a degenerate view's numbers
+            return false;
+        shift = int(std::lround(b));
         return std::fabs(a - 1.0) * m_flat_reach + std::fabs(b - shift) <= SHIFT_TOLERANCE;
     };
     const double bx = mapping.xOfTime(m_flat_mapping.timeOfX(0.0));
