@@ -137,7 +137,7 @@ void UITraceLayer::fill_stamp(const Stamp& stamp, int column, int row)
         grow(first, last, top + std::countr_zero(used), top + 63 - std::countl_zero(used));
 }
 
-void UITraceLayer::write_rows(int column, int r0, int r1)
+inline void UITraceLayer::write_rows(int column, int r0, int r1)
 {
     const int height = m_area.height();
     std::uint32_t* cell = m_columns.data() + static_cast<size_t>(column) * height;
@@ -152,7 +152,7 @@ void UITraceLayer::write_rows(int column, int r0, int r1)
     }
 }
 
-bool UITraceLayer::covered_before(int column, int r0, int r1)
+inline bool UITraceLayer::covered_before(int column, int r0, int r1)
 {
     int& top = m_solid_top[column];
     int& bottom = m_solid_bottom[column];
@@ -168,7 +168,7 @@ bool UITraceLayer::covered_before(int column, int r0, int r1)
     return false;
 }
 
-void UITraceLayer::grow(int c0, int c1, int r0, int r1)
+inline void UITraceLayer::grow(int c0, int c1, int r0, int r1)
 {
     if (m_first_column > m_last_column) {
         m_first_column = c0;
@@ -183,7 +183,7 @@ void UITraceLayer::grow(int c0, int c1, int r0, int r1)
     m_last_row = std::max(m_last_row, r1);
 }
 
-void UITraceLayer::fill_uncovered(int column, int r0, int r1)
+inline void UITraceLayer::fill_uncovered(int column, int r0, int r1)
 {
     for (int w = r0 >> 6; w <= r1 >> 6; ++w) {
         const int low = std::max(r0 - w * 64, 0), high = std::min(r1 - w * 64, 63);
@@ -191,7 +191,7 @@ void UITraceLayer::fill_uncovered(int column, int r0, int r1)
     }
 }
 
-void UITraceLayer::write_word(int column, int word, std::uint64_t rows)
+inline void UITraceLayer::write_word(int column, int word, std::uint64_t rows)
 {
     std::uint32_t* cell = m_columns.data() + static_cast<size_t>(column) * m_area.height() + word * 64;
     if (m_back_to_front) {
