@@ -382,15 +382,15 @@ void UIShapeStore::merge_order()
     if (m_ranked.empty() && m_order.size() <= 2 * size_t(m_live) + 64)
         return; // nothing new, and few removed shapes to step over
     std::sort(m_ranked.begin(), m_ranked.end());
-    std::vector<std::pair<std::uint64_t, int>> merged;
-    merged.reserve(m_live);
+    m_merged.clear();
     const auto current = [this](const std::pair<std::uint64_t, int>& entry) {
         const Shape& s = m_shapes[entry.second];
         return s.kind != Removed && draw_rank(s) == entry.first;
     };
-    std::merge(m_order.begin(), m_order.end(), m_ranked.begin(), m_ranked.end(), std::back_inserter(merged));
-    merged.erase(std::remove_if(merged.begin(), merged.end(), [&](const auto& e) { return !current(e); }), merged.end());
-    m_order.swap(merged);
+    std::merge(m_order.begin(), m_order.end(), m_ranked.begin(), m_ranked.end(), std::back_inserter(m_merged));
+    m_merged.erase(std::remove_if(m_merged.begin(), m_merged.end(), [&](const auto& e) { return !current(e); }),
+                   m_merged.end());
+    m_order.swap(m_merged);
     m_ranked.clear();
 }
 

@@ -162,6 +162,9 @@ private:
     std::vector<std::pair<std::uint64_t, int>> m_order;
     std::vector<std::pair<std::uint64_t, int>> m_ranked; // added or reordered since the last merge
     std::vector<std::pair<std::uint64_t, int>> m_drawn;  // what the paint under way draws
+    // The draw order being merged, kept: a pan merges the ranks of marks coming into view every
+    // frame, and a new list of thousands would cost its pages each time.
+    std::vector<std::pair<std::uint64_t, int>> m_merged;
     std::uint32_t m_seq = 0;
     std::uint32_t m_stamp = 0;
     int m_live = 0;
