@@ -134,7 +134,9 @@ void CurveViewMoved(benchmark::State& state)
     EditorScene scene;
     scene.open();
     AppData* hub = AppData::get();
-    const float step = KEY_SPACING * KEYS / float(scene.curves()->getWidth());
+    // One pixel of the view's time axis, which leaves a margin at either side of the canvas: a
+    // middle drag moves the range by whole pixels of it.
+    const float step = float(UITrackCurvePanel::get()->getMapping().timePerPixel());
     bool shifted = false;
     double update = 0.0, paint = 0.0;
     for (auto _ : state) {

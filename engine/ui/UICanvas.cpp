@@ -12,6 +12,7 @@ namespace {
 
 const char* const k_file = "engine/ui/UICanvas";
 using Kind = UIShapeStore::Kind;
+constexpr int REACH = UITraceColumns::REACH;
 
 QColor color_of(const vec4& c) { return toQColor(c.x, c.y, c.z, c.w); }
 
@@ -53,10 +54,10 @@ bool assign(const UIElement* canvas, UIShapeStore& store, int id, Kind kind, T U
 bool equal(const QPointF& a, const QPointF& b) { return a.x() == b.x() && a.y() == b.y(); }
 
 // The area where a trace through before (whose area was shown) and one through after (whose area is
-// now) differ: the stretch between the points they share at the start and at the end, with the
-// chords that join it to those.
+// now), both moved by offset, differ: the stretch between the points they share at the start and at
+// the end, with the chords that join it to those.
 QRectF changed_stretch(const std::vector<QPointF>& before, const QRectF& shown, const std::vector<QPointF>& after,
-                       const QRectF& now)
+                       const QRectF& now, const QPoint& offset)
 {
     const size_t common = std::min(before.size(), after.size());
     size_t head = 0;
@@ -70,8 +71,9 @@ QRectF changed_stretch(const std::vector<QPointF>& before, const QRectF& shown, 
     const size_t first = head > 0 ? head - 1 : 0;
     if (first == 0 && tail == 0) // moved as a whole (the view panned): where it was is known
         return shown | now;
-    return UIShapeStore::spanOf(before, first, before.size() - tail + 1, 1.0) |
-           UIShapeStore::spanOf(after, first, after.size() - tail + 1, 1.0);
+    return (UIShapeStore::spanOf(before, first, before.size() - tail + 1, 1.0) |
+            UIShapeStore::spanOf(after, first, after.size() - tail + 1, 1.0))
+        .translated(offset);
 }
 
 } // namespace
@@ -177,8 +179,10 @@ bool UICanvas::set_points(int id, int kind, const vec3* points, int count, bool 
     s->points.resize(n);
     for (size_t i = 0; i < n; ++i)
         s->points[i] = given(i);
+    if (kind == Kind::Trace)
+        m_store->measure(id);
     const QRectF now = m_store->touch(id);
-    repaint(this, *m_store, kind == Kind::Trace ? changed_stretch(old, before, s->points, now) : before | now);
+    repaint(this, *m_store, kind == Kind::Trace ? changed_stretch(old, before, s->points, now, s->offset) : before | now);
     return true;
 }
 
@@ -219,6 +223,18 @@ bool UICanvas::setPolygonPoints(int id, const vec3* points, int count)
 bool UICanvas::setTracePoints(int id, const vec3* points, int count)
 {
     return set_points(id, Kind::Trace, points, count, false, "UICanvas::setTracePoints");
+}
+bool UICanvas::setTraceOffset(int id, int dx, int dy)
+{
+    auto [s, before] = change(id, Kind::Trace, "UICanvas::setTraceOffset");
+    if (!s)
+        return false;
+    const QPoint offset(std::clamp(dx, -REACH, REACH), std::clamp(dy, -REACH, REACH));
+    if (s->offset == offset)
+        return true;
+    s->offset = offset;
+    repaint(this, *m_store, before | m_store->touch(id));
+    return true;
 }
 bool UICanvas::setTraceColor(int id, const vec4& c) { return set_color(id, Kind::Trace, c, "UICanvas::setTraceColor"); }
 bool UICanvas::removeTrace(int id) { return remove_shape(id, Kind::Trace, "UICanvas::removeTrace"); }

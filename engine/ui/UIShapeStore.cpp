@@ -3,6 +3,7 @@
 #include <QFontMetricsF>
 #include <QPainter>
 #include <algorithm>
+#include <bit>
 #include <cmath>
 #include <iterator>
 
@@ -15,6 +16,22 @@ int cell_of(double v, int size)
     const double q = v / size;
     const int i = static_cast<int>(q);
     return i - (q < i);
+}
+
+// The smallest whole number not below v, for v well inside the range of int, written as cell_of
+// is: a paint boxes thousands of marks.
+int ceil_of(double v)
+{
+    const int i = static_cast<int>(v);
+    return i + (v > i);
+}
+
+// Whether the non-empty box a and area share pixels, as QRectF::intersects says, but inline: a
+// paint asks it of every shape on the canvas.
+bool meets(const QRectF& a, const QRectF& area)
+{
+    return !a.isEmpty() && a.left() < area.right() && area.left() < a.right() && a.top() < area.bottom() &&
+           area.top() < a.bottom();
 }
 
 bool on_segment(const QPointF& p, const QPointF& a, const QPointF& b)
@@ -55,10 +72,10 @@ QRect pixel_box(const std::vector<QPointF>& points)
                        (points[1].y() == a.y() && points[1].x() == c.x() && points[3].y() == c.y() && points[3].x() == a.x());
     if (!along)
         return QRect();
-    const int x0 = static_cast<int>(std::ceil(std::min(a.x(), c.x()) - 0.5));
-    const int x1 = static_cast<int>(std::ceil(std::max(a.x(), c.x()) - 0.5));
-    const int y0 = static_cast<int>(std::ceil(std::min(a.y(), c.y()) - 0.5));
-    const int y1 = static_cast<int>(std::ceil(std::max(a.y(), c.y()) - 0.5));
+    const int x0 = ceil_of(std::min(a.x(), c.x()) - 0.5);
+    const int x1 = ceil_of(std::max(a.x(), c.x()) - 0.5);
+    const int y0 = ceil_of(std::min(a.y(), c.y()) - 0.5);
+    const int y1 = ceil_of(std::max(a.y(), c.y()) - 0.5);
     if (x1 <= x0 || y1 <= y0)
         return QRect();
     return QRect(x0, y0, x1 - x0, y1 - y0);
@@ -122,6 +139,13 @@ QRectF UIShapeStore::touch(int id)
     return bounds;
 }
 
+void UIShapeStore::measure(int id)
+{
+    Shape& s = m_shapes[id];
+    s.columns.measure(s.points);
+    s.extent = spanOf(s.points, 0, s.points.size(), s.width / 2.0 + 1.0);
+}
+
 bool UIShapeStore::remove(int id, Kind kind)
 {
     Shape* s = find(id, kind);
@@ -179,9 +203,11 @@ QRectF UIShapeStore::boundsOf(const Shape& s) const
             return QRectF();
         return QRectF(s.position, textSize(s)).adjusted(-s.outline - 1, -s.outline - 1, s.outline + 1, s.outline + 1);
     }
+    if (s.kind == Trace)
+        return s.extent.translated(s.offset);
     if (s.kind == Polygon && s.points.size() < 3)
         return QRectF();
-    return spanOf(s.points, 0, s.points.size(), s.kind == Line || s.kind == Trace ? s.width / 2.0 + 1.0 : 1.0);
+    return spanOf(s.points, 0, s.points.size(), s.kind == Line ? s.width / 2.0 + 1.0 : 1.0);
 }
 
 QRectF UIShapeStore::spanOf(const std::vector<QPointF>& points, size_t first, size_t end, double pad)
@@ -304,7 +330,7 @@ void UIShapeStore::visit(const QRectF& area, F&& f)
                 if (s.stamp == m_stamp)
                     continue;
                 s.stamp = m_stamp;
-                if (s.bounds.intersects(area))
+                if (meets(s.bounds, area))
                     f(id, s);
             }
         }
@@ -334,9 +360,14 @@ bool UIShapeStore::invalidate(const QRectF& area)
 
 bool UIShapeStore::spans_most(const QRectF& area) const
 {
-    const double columns = cell_of(area.right(), k_cell) - cell_of(area.left(), k_cell) + 1.0;
-    const double rows = cell_of(area.bottom(), k_cell) - cell_of(area.top(), k_cell) + 1.0;
-    return 2.0 * columns * rows >= double(m_grid.size());
+    size_t filed = 0; // a shape in several of the cells counts in each
+    for (int cy = cell_of(area.top(), k_cell); cy <= cell_of(area.bottom(), k_cell); ++cy) {
+        for (int cx = cell_of(area.left(), k_cell); cx <= cell_of(area.right(), k_cell); ++cx) {
+            if (auto it = m_grid.find(key(cx, cy)); it != m_grid.end())
+                filed += it->second.size();
+        }
+    }
+    return 2 * filed >= size_t(m_live);
 }
 
 void UIShapeStore::rank(int id)
@@ -351,15 +382,15 @@ void UIShapeStore::merge_order()
     if (m_ranked.empty() && m_order.size() <= 2 * size_t(m_live) + 64)
         return; // nothing new, and few removed shapes to step over
     std::sort(m_ranked.begin(), m_ranked.end());
-    std::vector<std::pair<std::uint64_t, int>> merged;
-    merged.reserve(m_live);
+    m_merged.clear();
     const auto current = [this](const std::pair<std::uint64_t, int>& entry) {
         const Shape& s = m_shapes[entry.second];
         return s.kind != Removed && draw_rank(s) == entry.first;
     };
-    std::merge(m_order.begin(), m_order.end(), m_ranked.begin(), m_ranked.end(), std::back_inserter(merged));
-    merged.erase(std::remove_if(merged.begin(), merged.end(), [&](const auto& e) { return !current(e); }), merged.end());
-    m_order.swap(merged);
+    std::merge(m_order.begin(), m_order.end(), m_ranked.begin(), m_ranked.end(), std::back_inserter(m_merged));
+    m_merged.erase(std::remove_if(m_merged.begin(), m_merged.end(), [&](const auto& e) { return !current(e); }),
+                   m_merged.end());
+    m_order.swap(m_merged);
     m_ranked.clear();
 }
 
@@ -373,7 +404,7 @@ void UIShapeStore::gather(const QRectF& area)
         merge_order();
         for (const auto& [rank, id] : m_order) {
             const Shape& s = m_shapes[id];
-            if (s.kind != Removed && draw_rank(s) == rank && s.bounds.intersects(area) && shown(s))
+            if (s.kind != Removed && draw_rank(s) == rank && meets(s.bounds, area) && shown(s))
                 m_drawn.emplace_back(rank, id);
         }
         return;
@@ -412,7 +443,7 @@ void UIShapeStore::paint_shape(QPainter& painter, const Shape& s, const QRect& a
         if (!m_traces.isOpen())
             m_traces.begin(area);
         if (s.kind == Trace)
-            m_traces.draw(s.points, s.color);
+            m_traces.draw(s.columns, s.offset, s.color);
         else if (stamp)
             m_traces.stamp(*stamp, at, s.color);
         else
@@ -466,10 +497,12 @@ bool UIShapeStore::StampKey::operator==(const StampKey& other) const
 
 size_t UIShapeStore::StampHash::operator()(const StampKey& key) const
 {
+    // The offsets' bits (a negative zero made positive, as it compares equal), mixed inline: the
+    // library's hash of a double is a call per offset, and a paint looks up thousands of marks.
     size_t h = std::hash<int>()(key.kind * 31 + key.count) ^ std::hash<float>()(key.width);
     for (int i = 0; i < 2 * key.count; ++i)
-        h = h * 1099511628211ull ^ std::hash<double>()(key.offsets[i]);
-    return h;
+        h = (h ^ std::bit_cast<std::uint64_t>(key.offsets[i] + 0.0)) * 1099511628211ull;
+    return h ^ h >> 29;
 }
 
 const UITraceLayer::Stamp* UIShapeStore::stamp_of(const Shape& s, QPoint& at)

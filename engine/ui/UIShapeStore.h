@@ -41,6 +41,11 @@ public:
         int places[4] = {0, 0, 0, 0}; // its place in each of its first four cells' lists
         bool stale = false; // bounds wait to be recomputed
         std::uint32_t stamp = 0;
+        // A trace's pixels as its points put them, the box around its points, and the whole pixels
+        // it is moved by from there.
+        UITraceColumns columns;
+        QRectF extent;
+        QPoint offset;
     };
 
     // Creates a shape and returns its id.
@@ -51,6 +56,9 @@ public:
     // Brings a shape's bounds up to its changed geometry and returns them: at once while it stays in
     // the grid cells it is filed in (a mark nudged by a pan), else at the next paint or hit test.
     QRectF touch(int id);
+    // Measures a trace's points after they changed (the pixels it covers and its box); the caller
+    // then touches it.
+    void measure(int id);
     // Removes a shape; false when no live shape of that kind has the id.
     bool remove(int id, Kind kind);
     // Gives a shape a new draw order; false when the id is not live.
@@ -114,8 +122,8 @@ private:
     static std::int64_t key(int cx, int cy) { return (static_cast<std::int64_t>(cx) << 32) ^ static_cast<std::uint32_t>(cy); }
     template <class F>
     void visit(const QRectF& area, F&& f);
-    // Whether area spans at least half the grid cells that hold shapes: painting it then walks the
-    // kept draw order instead of gathering the shapes cell by cell and sorting them.
+    // Whether the grid cells area spans hold at least half the live shapes: painting it then walks
+    // the kept draw order instead of gathering the shapes cell by cell and sorting them.
     bool spans_most(const QRectF& area) const;
     // Fills m_drawn with the shapes that meet area and change pixels, in draw order.
     void gather(const QRectF& area);
@@ -154,6 +162,9 @@ private:
     std::vector<std::pair<std::uint64_t, int>> m_order;
     std::vector<std::pair<std::uint64_t, int>> m_ranked; // added or reordered since the last merge
     std::vector<std::pair<std::uint64_t, int>> m_drawn;  // what the paint under way draws
+    // The draw order being merged, kept: a pan merges the ranks of marks coming into view every
+    // frame, and a new list of thousands would cost its pages each time.
+    std::vector<std::pair<std::uint64_t, int>> m_merged;
     std::uint32_t m_seq = 0;
     std::uint32_t m_stamp = 0;
     int m_live = 0;

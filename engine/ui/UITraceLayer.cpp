@@ -3,20 +3,15 @@
 #include <QPainter>
 #include <algorithm>
 #include <bit>
-#include <cmath>
 
 namespace {
 
 // The columns and rows copied together: a tile of both fits in the first-level cache.
 constexpr int TILE = 32;
-
-// The largest whole number not above v, for v well inside the range of int: without the
-// processor's rounding instruction (the baseline x86-64 has none) std::floor is a library call.
-int floorOf(double v)
-{
-    const int i = static_cast<int>(v);
-    return i - (v < i);
-}
+// The columns drawn together, each band drawn, copied into the image and painted before the next:
+// a band of a tall area fits in the second-level cache, where a whole area of a megabyte or more
+// would be fetched from memory again by each of a hundred curves crossing it.
+constexpr int BAND = 64;
 
 // dst under the premultiplied src of opacity alpha (0 to 255).
 std::uint32_t over(std::uint32_t src, std::uint32_t dst, int alpha)
@@ -38,10 +33,10 @@ void UITraceLayer::begin(const QRect& area)
     m_open = true;
 }
 
-void UITraceLayer::draw(const std::vector<QPointF>& points, const QColor& color)
+void UITraceLayer::draw(const UITraceColumns& columns, const QPoint& offset, const QColor& color)
 {
-    if (m_open && !m_area.isEmpty() && !points.empty())
-        m_traces.push_back({&points, QRect(), color});
+    if (m_open && !m_area.isEmpty() && !columns.runs().empty())
+        m_traces.push_back({&columns, QRect(offset, QSize(1, 1)), color});
 }
 
 void UITraceLayer::fill(const QRect& box, const QColor& color)
@@ -57,57 +52,71 @@ void UITraceLayer::stamp(const Stamp& stamp, const QPoint& at, const QColor& col
         m_traces.push_back({nullptr, box, color, &stamp});
 }
 
-void UITraceLayer::rasterize(const Trace& trace)
+void UITraceLayer::rasterize(Trace& trace)
 {
     m_pixel = qPremultiply(trace.color.rgba());
     m_alpha = trace.color.alpha();
-    if (trace.stamp) {
+    if (trace.stamp)
         fill_stamp(*trace.stamp, trace.box.left() - m_area.left(), trace.box.top() - m_area.top());
-        return;
-    }
-    if (!trace.points) {
+    else if (trace.columns)
+        draw_runs(trace);
+    else
         fill_box(trace.box);
-        return;
+}
+
+void UITraceLayer::draw_runs(Trace& trace)
+{
+    const std::vector<UITraceColumns::Run>& runs = trace.columns->runs();
+    const int height = m_area.height();
+    const int dx = trace.box.left() - m_area.left();
+    const int dy = trace.box.top() - m_area.top();
+    while (trace.next < runs.size() && runs[trace.next].column + dx < m_band_first)
+        ++trace.next;
+    int first = m_band_end, last = -1, top = height, bottom = -1;
+    for (; trace.next < runs.size() && runs[trace.next].column + dx < m_band_end; ++trace.next) {
+        const UITraceColumns::Run& run = runs[trace.next];
+        const int r0 = std::clamp(run.top + dy, 0, height);
+        const int r1 = std::clamp(run.bottom + dy, -1, height - 1);
+        if (r0 > r1)
+            continue;
+        const int column = run.column + dx;
+        write_rows(column, r0, r1);
+        first = std::min(first, column);
+        last = std::max(last, column);
+        top = std::min(top, r0);
+        bottom = std::max(bottom, r1);
     }
-    const std::vector<QPointF>& points = *trace.points;
-    const double left = m_area.left();
-    const double right = m_area.left() + m_area.width();
-    for (size_t i = 1; i < points.size(); ++i) {
-        const QPointF& a = points[i - 1];
-        const QPointF& b = points[i];
-        const bool inside = a.x() >= left && a.x() < right && b.x() >= left && b.x() < right;
-        const int ca = inside ? floorOf(a.x()) : 0;
-        const int cb = inside ? floorOf(b.x()) : 0;
-        if (inside && ca == cb)
-            cover(ca, a.y(), b.y()); // most chords of a long curve stay in one column
-        else if (inside && cb == ca + 1 && std::isfinite(a.y() + b.y()))
-            step(a, b, cb); // or reach into the next one
-        else if (a.x() <= b.x())
-            chord(a, b);
-        else
-            chord(b, a);
-    }
-    if (points.size() == 1)
-        chord(points[0], points[0]);
-    flush();
+    if (first <= last)
+        grow(first, last, top, bottom);
 }
 
 void UITraceLayer::fill_box(const QRect& box)
 {
     const int r0 = box.top() - m_area.top();
     const int r1 = box.bottom() - m_area.top();
-    const int c0 = box.left() - m_area.left();
-    const int c1 = box.right() - m_area.left();
-    for (int c = c0; c <= c1; ++c)
-        write_rows(c, r0, r1);
+    const int c0 = std::max(box.left() - m_area.left(), m_band_first);
+    const int c1 = std::min(box.right() - m_area.left(), m_band_end - 1);
+    if (c0 > c1)
+        return;
     grow(c0, c1, r0, r1);
+    if (!m_back_to_front || (r0 >> 6) != (r1 >> 6)) {
+        for (int c = c0; c <= c1; ++c)
+            write_rows(c, r0, r1);
+        return;
+    }
+    // A mark's few rows mostly lie in one word of each column: its mask is made once.
+    const std::uint64_t rows = (~0ull >> (63 - (r1 & 63))) & (~0ull << (r0 & 63));
+    for (int c = c0; c <= c1; ++c) {
+        if (!covered_before(c, r0, r1))
+            write_word(c, r0 >> 6, rows);
+    }
 }
 
 void UITraceLayer::fill_stamp(const Stamp& stamp, int column, int row)
 {
     const int height = m_area.height();
-    const int first = std::max(column, 0);
-    const int last = std::min(column + int(stamp.columns.size()), m_area.width()) - 1;
+    const int first = std::max(column, m_band_first);
+    const int last = std::min(column + int(stamp.columns.size()), m_band_end) - 1;
     const int top = std::max(row, 0);
     if (first > last || top >= height || row <= -64)
         return;
@@ -128,71 +137,13 @@ void UITraceLayer::fill_stamp(const Stamp& stamp, int column, int row)
         grow(first, last, top + std::countr_zero(used), top + 63 - std::countl_zero(used));
 }
 
-void UITraceLayer::chord(const QPointF& a, const QPointF& b)
-{
-    const double left = m_area.left();
-    const double right = m_area.left() + m_area.width(); // the area ends before this column
-    if (b.x() < left || a.x() >= right || !std::isfinite(a.x() + a.y() + b.x() + b.y()))
-        return;
-    const double dx = b.x() - a.x();
-    const double slope = dx > 0.0 ? (b.y() - a.y()) / dx : 0.0;
-    const int c0 = floorOf(std::max(a.x(), left));
-    const int c1 = floorOf(std::min(b.x(), right - 1.0));
-    for (int c = c0; c <= c1; ++c) {
-        if (dx <= 0.0) { // straight down or up: the whole chord in one column
-            cover(c, a.y(), b.y());
-            continue;
-        }
-        const double xa = std::max(a.x(), double(c));
-        const double xb = std::min(b.x(), c + 1.0);
-        cover(c, a.y() + (xa - a.x()) * slope, a.y() + (xb - a.x()) * slope);
-    }
-}
-
-void UITraceLayer::step(const QPointF& a, const QPointF& b, int c)
-{
-    const double slope = (b.y() - a.y()) / (b.x() - a.x());
-    const double y = a.y() + (c - a.x()) * slope; // where chord cuts it, to the bit
-    cover(c - 1, a.y(), y);
-    cover(c, y, a.y() + (b.x() - a.x()) * slope);
-}
-
-void UITraceLayer::cover(int c, double ya, double yb)
-{
-    const int column = c - m_area.left();
-    if (column != m_run_column || m_run_top > m_run_bottom) {
-        flush();
-        m_run_column = column;
-        m_run_top = std::min(ya, yb);
-        m_run_bottom = std::max(ya, yb);
-        return;
-    }
-    m_run_top = std::min({m_run_top, ya, yb});
-    m_run_bottom = std::max({m_run_bottom, ya, yb});
-}
-
-void UITraceLayer::flush()
-{
-    if (!(m_run_top <= m_run_bottom))
-        return; // nothing gathered, or a row that is not a number
-    const int height = m_area.height();
-    const double top = m_area.top(); // rows far off the area are held just beyond it
-    const int r0 = floorOf(std::clamp(m_run_top - top, 0.0, double(height)));
-    const int r1 = floorOf(std::clamp(m_run_bottom - top, -1.0, height - 1.0));
-    m_run_bottom = m_run_top - 1.0;
-    if (r0 > r1)
-        return;
-    write_rows(m_run_column, r0, r1);
-    grow(m_run_column, m_run_column, r0, r1);
-}
-
-void UITraceLayer::write_rows(int column, int r0, int r1)
+inline void UITraceLayer::write_rows(int column, int r0, int r1)
 {
     const int height = m_area.height();
     std::uint32_t* cell = m_columns.data() + static_cast<size_t>(column) * height;
     if (m_back_to_front) {
-        if (m_open_words[column] > 0) // a full column takes nothing more: many curves cross each
-            fill_uncovered(column, r0, r1);
+        if (m_open_words[column] > 0 && !covered_before(column, r0, r1))
+            fill_uncovered(column, r0, r1); // a full column takes nothing more: many curves cross each
     } else if (m_alpha == 255) {
         std::fill(cell + r0, cell + r1 + 1, m_pixel);
     } else {
@@ -201,7 +152,23 @@ void UITraceLayer::write_rows(int column, int r0, int r1)
     }
 }
 
-void UITraceLayer::grow(int c0, int c1, int r0, int r1)
+inline bool UITraceLayer::covered_before(int column, int r0, int r1)
+{
+    int& top = m_solid_top[column];
+    int& bottom = m_solid_bottom[column];
+    if (r0 >= top && r1 <= bottom)
+        return true;
+    if (bottom >= top && r0 <= bottom + 1 && r1 >= top - 1) {
+        top = std::min(top, r0);
+        bottom = std::max(bottom, r1);
+    } else if (bottom < top || r1 - r0 > bottom - top) { // apart: the taller stretch is kept
+        top = r0;
+        bottom = r1;
+    }
+    return false;
+}
+
+inline void UITraceLayer::grow(int c0, int c1, int r0, int r1)
 {
     if (m_first_column > m_last_column) {
         m_first_column = c0;
@@ -216,7 +183,7 @@ void UITraceLayer::grow(int c0, int c1, int r0, int r1)
     m_last_row = std::max(m_last_row, r1);
 }
 
-void UITraceLayer::fill_uncovered(int column, int r0, int r1)
+inline void UITraceLayer::fill_uncovered(int column, int r0, int r1)
 {
     for (int w = r0 >> 6; w <= r1 >> 6; ++w) {
         const int low = std::max(r0 - w * 64, 0), high = std::min(r1 - w * 64, 63);
@@ -224,15 +191,16 @@ void UITraceLayer::fill_uncovered(int column, int r0, int r1)
     }
 }
 
-void UITraceLayer::write_word(int column, int word, std::uint64_t rows)
+inline void UITraceLayer::write_word(int column, int word, std::uint64_t rows)
 {
     std::uint32_t* cell = m_columns.data() + static_cast<size_t>(column) * m_area.height() + word * 64;
     if (m_back_to_front) {
         std::uint64_t& covered = m_covered[static_cast<size_t>(column) * m_words + word];
-        const std::uint64_t wanted = rows;
         rows &= ~covered;
-        covered |= wanted;
-        if (rows && covered == (word + 1 < m_words ? ~0ull : m_last_word))
+        if (!rows)
+            return;
+        covered |= rows;
+        if (covered == (word + 1 < m_words ? ~0ull : m_last_word))
             --m_open_words[column];
     }
     while (rows) { // each stretch of rows at once
@@ -255,38 +223,74 @@ void UITraceLayer::finish(QPainter& painter)
     if (m_image.width() < width || m_image.height() < height)
         m_image = QImage(std::max(width, m_image.width()), std::max(height, m_image.height()),
                          QImage::Format_ARGB32_Premultiplied);
-    m_columns.assign(static_cast<size_t>(width) * height, 0u);
+    if (m_columns.size() < static_cast<size_t>(width) * height)
+        m_columns.resize(static_cast<size_t>(width) * height, 0u);
     m_back_to_front = std::all_of(m_traces.begin(), m_traces.end(), [](const Trace& t) { return t.color.alpha() == 255; });
     if (m_back_to_front) {
         m_words = (height + 63) / 64;
         m_last_word = ~0ull >> (m_words * 64 - height);
         m_covered.assign(static_cast<size_t>(width) * m_words, 0u);
         m_open_words.assign(width, m_words);
-        for (auto it = m_traces.rbegin(); it != m_traces.rend(); ++it)
-            rasterize(*it);
-    } else {
-        for (const Trace& trace : m_traces)
-            rasterize(trace);
+        m_solid_top.assign(width, 0);
+        m_solid_bottom.assign(width, -1);
+    }
+    sort_into_bands();
+    for (size_t band = 0; band < m_bands.size(); ++band) {
+        m_band_first = int(band) * BAND;
+        m_band_end = std::min(m_band_first + BAND, width);
+        m_first_column = m_first_row = 0;
+        m_last_column = m_last_row = -1;
+        std::vector<int>& items = m_bands[band];
+        if (m_back_to_front)
+            std::reverse(items.begin(), items.end());
+        for (int i : items)
+            rasterize(m_traces[i]);
+        items.clear();
+        if (m_first_column > m_last_column)
+            continue;
+        transpose();
+        const QRect drawn(QPoint(m_first_column, m_first_row), QPoint(m_last_column, m_last_row));
+        painter.drawImage(drawn.topLeft() + m_area.topLeft(), m_image, drawn);
     }
     m_traces.clear();
-    if (m_first_column > m_last_column)
-        return;
-    transpose();
-    const QRect drawn(QPoint(m_first_column, m_first_row), QPoint(m_last_column, m_last_row));
-    painter.drawImage(drawn.topLeft() + m_area.topLeft(), m_image, drawn);
+}
+
+void UITraceLayer::sort_into_bands()
+{
+    m_bands.resize((m_area.width() + BAND - 1) / BAND);
+    const int last = int(m_bands.size()) - 1;
+    for (size_t i = 0; i < m_traces.size(); ++i) {
+        const Trace& trace = m_traces[i];
+        int c0 = trace.box.left(), c1 = trace.box.right();
+        if (trace.stamp)
+            c1 = c0 + int(trace.stamp->columns.size()) - 1;
+        else if (trace.columns) {
+            c1 = c0 + trace.columns->runs().back().column;
+            c0 += trace.columns->runs().front().column;
+        }
+        c0 = std::clamp((c0 - m_area.left()) / BAND, 0, last);
+        c1 = std::clamp((c1 - m_area.left()) / BAND, 0, last);
+        for (int band = c0; band <= c1; ++band)
+            m_bands[band].push_back(int(i));
+    }
 }
 
 void UITraceLayer::transpose()
 {
     const int height = m_area.height();
+    const size_t rows = static_cast<size_t>(m_last_row - m_first_row + 1);
+    std::uint8_t* image = m_image.bits();
+    const qsizetype stride = m_image.bytesPerLine();
     for (int r0 = m_first_row; r0 <= m_last_row; r0 += TILE) {
         for (int c0 = m_first_column; c0 <= m_last_column; c0 += TILE) {
             for (int r = r0; r <= std::min(r0 + TILE - 1, m_last_row); ++r) {
-                auto* line = reinterpret_cast<std::uint32_t*>(m_image.scanLine(r));
+                auto* line = reinterpret_cast<std::uint32_t*>(image + r * stride);
                 const std::uint32_t* from = m_columns.data() + r;
                 for (int c = c0; c <= std::min(c0 + TILE - 1, m_last_column); ++c)
                     line[c] = from[static_cast<size_t>(c) * height];
             }
         }
     }
+    for (int c = m_first_column; c <= m_last_column; ++c)
+        std::fill_n(m_columns.data() + static_cast<size_t>(c) * height + m_first_row, rows, 0u);
 }

@@ -10,11 +10,12 @@ class UIShapeStore;
 class UICanvasWidget;
 
 // A drawing surface of numbered shapes: lines (open polylines), traces (open polylines of many points
-// drawn one pixel wide and aliased, at a cost per column crossed rather than per point: a curve of
-// thousands of keys), polygons (filled) and texts. Each
-// shape is created with a draw order; higher orders are drawn later (on top), equal orders in
-// creation order. Coordinates are canvas pixels, x to the right, y downward, used exactly as given
-// (z is ignored). Painting looks only at the shapes that meet the exposed area.
+// drawn one pixel wide and aliased, measured into pixel columns when their points are set and then
+// drawn at a cost per column crossed rather than per point: a curve of thousands of keys), polygons
+// (filled) and texts. Each shape is created with a draw order; higher orders are drawn later (on
+// top), equal orders in creation order. Coordinates are canvas pixels, x to the right, y downward,
+// used exactly as given (z is ignored). Painting looks only at the shapes that meet the exposed
+// area.
 //
 // Operations on an id that does not name a live shape of the right kind log "UICanvas::<op>:id"
 // and return false (or -1, 0 for the queries).
@@ -43,6 +44,10 @@ public:
     // Replaces the points of a trace; in each pixel column (x up to x + 1) a chord covers the rows
     // from where it enters the column to where it leaves it.
     bool setTracePoints(int id, const vec3* points, int count);
+    // Moves a trace by whole pixels from where its points put it (0, 0 at first; new points keep
+    // it): a pan moves a curve of thousands of points at the cost of one shape, and drawing it
+    // costs a run per pixel column it crosses, however many points it has.
+    bool setTraceOffset(int id, int dx, int dy);
     bool setTraceColor(int id, const vec4& color);
     bool removeTrace(int id);
 

@@ -25,6 +25,8 @@ constexpr double MARK_REACH = 4.0;
 // always is): a mark's width, as closer marks would only cover each other. A box around the drawn
 // mark still selects the keys it stands for.
 constexpr double MIN_MARK_SPACING = 7.0;
+// The farthest, in pixels, a flattening is moved as a whole; a view this far off has no use for it.
+constexpr double MAX_SHIFT = 1 << 24;
 
 // Whether the segment from key i to key i + 1 of curve is a Bezier segment.
 template <class Value>
@@ -151,6 +153,7 @@ void UITrackCurve::clearShapes()
     m_canvas = nullptr;
     m_polyline = -1;
     m_flat_end = m_flat_begin - 1.0;
+    m_shows_flat = false;
     m_stale = true;
 }
 
@@ -189,6 +192,7 @@ void UITrackCurve::render_as(const Parameter* parameter, const UITrackCurveMappi
         m_points.clear();
         UITrackCurvePolyline(mapping, m_points).append(engine->getCurve(), flat, x0, x1);
         m_flat_end = m_flat_begin - 1.0;
+        show_placed();
         reshaped = true;
     } else {
         reshaped = update_points(engine, mapping, x0, x1);
@@ -196,8 +200,6 @@ void UITrackCurve::render_as(const Parameter* parameter, const UITrackCurveMappi
     const bool same = chosen.size() == m_chosen.size() && std::equal(chosen.begin(), chosen.end(), m_chosen.begin());
     if (!reshaped && !m_stale && same)
         return; // what the canvas shows is still right
-    if (reshaped)
-        m_canvas->setTracePoints(m_polyline, m_points.data(), m_points.size());
     m_canvas->setTraceColor(m_polyline, chosen.empty() ? m_color : bright_color());
     m_chosen = std::move(chosen);
     m_stale = false;
@@ -213,7 +215,17 @@ bool UITrackCurve::update_points(const Engine* engine, const UITrackCurveMapping
         return false;
     if (changed || !covers(mapping, x0, x1))
         flatten(engine, mapping, x0, x1);
-    place(mapping, x0, x1);
+    int dx = 0, dy = 0;
+    if (shift_of(mapping, dx, dy)) {
+        if (!m_shows_flat)
+            m_canvas->setTracePoints(m_polyline, m_flat.data(), m_flat.size());
+        m_canvas->setTraceOffset(m_polyline, dx, dy);
+        m_shows_flat = true;
+        m_offset = vec3(float(dx), float(dy), 0.0f);
+    } else {
+        place(mapping, x0, x1);
+        show_placed();
+    }
     m_drawn_mapping = mapping;
     m_drawn_x0 = x0;
     m_drawn_x1 = x1;
@@ -231,6 +243,34 @@ void UITrackCurve::flatten(const Engine* engine, const UITrackCurveMapping& mapp
     m_flat_end = mapping.timeOfX(x1 + margin);
     m_flat_revision = engine->getCurveRevision();
     m_flat_source = engine;
+    m_flat_reach = 0.0;
+    for (const vec3& p : m_flat)
+        m_flat_reach = std::max({m_flat_reach, std::fabs(double(p.x)), std::fabs(double(p.y))});
+    m_shows_flat = false; // the canvas holds the points of an earlier flattening
+}
+
+bool UITrackCurve::shift_of(const UITrackCurveMapping& mapping, int& dx, int& dy) const
+{
+    // The flattening's pixels map onto mapping's along a line in each axis; a shift is a line of
+    // slope 1 that moves every point of the flattening by nearly whole pixels.
+    const auto whole = [this](double a, double b, int& shift) {
+        if (!(std::fabs(b) < MAX_SHIFT)) // also a degenerate view's numbers
+            return false;
+        shift = int(std::lround(b));
+        return std::fabs(a - 1.0) * m_flat_reach + std::fabs(b - shift) <= SHIFT_TOLERANCE;
+    };
+    const double bx = mapping.xOfTime(m_flat_mapping.timeOfX(0.0));
+    const double by = mapping.yOfValue(m_flat_mapping.valueOfY(0.0));
+    return whole(mapping.xOfTime(m_flat_mapping.timeOfX(1.0)) - bx, bx, dx) &&
+           whole(mapping.yOfValue(m_flat_mapping.valueOfY(1.0)) - by, by, dy);
+}
+
+void UITrackCurve::show_placed()
+{
+    m_canvas->setTracePoints(m_polyline, m_points.data(), m_points.size());
+    m_canvas->setTraceOffset(m_polyline, 0, 0);
+    m_shows_flat = false;
+    m_offset = vec3();
 }
 
 bool UITrackCurve::covers(const UITrackCurveMapping& mapping, int x0, int x1) const

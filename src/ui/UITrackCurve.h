@@ -64,11 +64,18 @@ public:
     void clearShapes();
     // The canvas id of the polyline, -1 when not attached.
     int getPolyline() const { return m_polyline; }
-    // The polyline the last render drew, in canvas pixels, from column x0 to x1.
-    const jVector<vec3>& getPoints() const { return m_points; }
+    // The polyline the last render drew, in canvas pixels before getOffset moves it, across at
+    // least the columns x0 to x1 (a pan moves the last flattening as a whole).
+    const jVector<vec3>& getPoints() const { return m_shows_flat ? m_flat : m_points; }
+    // The whole pixels (z = 0) by which the canvas moves getPoints.
+    const vec3& getOffset() const { return m_offset; }
     // The share by which the pixels per second or per value unit may change while the last
     // flattened polyline is moved rather than flattened again: its chords stay as close.
     static constexpr double REUSE_SCALE = 1e-3;
+    // The most, in pixels, by which a point of the last flattening may miss its place in the view
+    // while the flattening is moved by whole pixels rather than placed point by point: a pan moves
+    // the view by a whole number of pixels up to the rounding of its times.
+    static constexpr double SHIFT_TOLERANCE = 0.01;
 
 private:
     // The colour of the polyline while one of the curve's points is selected: each channel half
@@ -89,6 +96,11 @@ private:
     bool covers(const UITrackCurveMapping& mapping, int x0, int x1) const;
     // Sets m_points to the flattened polyline moved into mapping, cut at the columns x0 and x1.
     void place(const UITrackCurveMapping& mapping, int x0, int x1);
+    // Whether mapping moves every point of the last flattening by whole pixels, to within
+    // SHIFT_TOLERANCE; sets dx and dy to them.
+    bool shift_of(const UITrackCurveMapping& mapping, int& dx, int& dy) const;
+    // Gives the canvas m_points where they are.
+    void show_placed();
     template <class Parameter>
     void render_as(const Parameter* parameter, const UITrackCurveMapping& mapping, int x0, int x1,
                    const jSet<UITrackCurveKey*>& selected);
@@ -113,6 +125,10 @@ private:
     double m_flat_end = -1.0;
     unsigned m_flat_revision = 0;
     const void* m_flat_source = nullptr;
+    double m_flat_reach = 0.0; // the largest coordinate of a point of it, across or down
+    // Whether the canvas draws the last flattening (moved by m_offset) rather than m_points.
+    bool m_shows_flat = false;
+    vec3 m_offset;
     // What the last render drew: the view, its columns, the selected points and whether the
     // points or the colour changed since (m_stale).
     UITrackCurveMapping m_drawn_mapping;

@@ -100,9 +100,10 @@ TEST_F(UITrackCurveTest, PolylineFollowsTheEngineAtEveryColumn)
         double begin, end;
         int width, x0, x1;
     };
-    // The fourth view pans the third by a tenth of its width: the polyline is moved, not flattened.
+    // The fourth view pans the third by a tenth of its width: the polyline is moved, not flattened;
+    // the fifth pans it by whole pixels, and the canvas moves the polyline as a whole.
     const View views[] = {{0.0, 6.0, 1612, 0, 1611}, {0.35, 0.95, 800, 100, 700}, {1.1, 1.3, 400, 0, 399},
-                          {1.12, 1.32, 400, 0, 399}};
+                          {1.12, 1.32, 400, 0, 399}, {1.1 + 50 * 0.2 / 388, 1.3 + 50 * 0.2 / 388, 400, 0, 399}};
     int drawn = 0;
     for (const View& view : views) {
         mapping.setSize(view.width, 400);
@@ -117,10 +118,16 @@ TEST_F(UITrackCurveTest, PolylineFollowsTheEngineAtEveryColumn)
                 high = std::max(high, engineValue(parameter, t));
             }
             mapping.frameValues(low, high);
-            const jVector<vec3>& points = draw(i, view.x0, view.x1)->getPoints();
+            const UITrackCurve* curve = draw(i, view.x0, view.x1);
+            jVector<vec3> points;
+            for (const vec3& p : curve->getPoints())
+                points.append(p + curve->getOffset());
             ASSERT_GE(points.size(), 2) << i;
-            EXPECT_NEAR(points[0].x, view.x0, 1e-3) << i;
-            EXPECT_NEAR(points.back().x, view.x1, 1e-3) << i;
+            if (&view == &views[4]) { // 50 pixels of the third view's 388 along its time axis
+                EXPECT_EQ(curve->getOffset().x, -50.0f) << i;
+            }
+            EXPECT_LE(points[0].x, view.x0 + 1e-3) << i;
+            EXPECT_GE(points.back().x, view.x1 - 1e-3) << i;
             for (int x = view.x0; x <= view.x1; ++x) {
                 double lo = 0.0, hi = 0.0;
                 ASSERT_TRUE(extentAt(points, x, lo, hi)) << i << " at " << x;
@@ -130,7 +137,7 @@ TEST_F(UITrackCurveTest, PolylineFollowsTheEngineAtEveryColumn)
             ++drawn;
         }
     }
-    EXPECT_EQ(drawn, 4 * 13);
+    EXPECT_EQ(drawn, 5 * 13);
 }
 
 // A straight curve is its corners alone; a Bezier curve takes far fewer points than columns; a

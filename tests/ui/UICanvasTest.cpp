@@ -179,6 +179,12 @@ TEST_F(UICanvasTest, TracesFillEachColumnTheyCrossAndKeepTheDrawOrder)
     EXPECT_TRUE(shows(61, 69, k_green)); // the rest of the way down: rows 40 to 70
     EXPECT_FALSE(shows(61, 30, k_green));
     EXPECT_FALSE(shows(60, 60, k_green));
+    ASSERT_TRUE(canvas->setTraceOffset(green, 3, -5)); // moved whole, new points keep the move
+    EXPECT_EQ(inked(45, k_green, 0, 60), 37);
+    canvas->setTracePoints(green, zigzag, 4);
+    EXPECT_TRUE(shows(63, 6, k_green));
+    EXPECT_FALSE(shows(60, 11, k_green));
+    canvas->setTraceOffset(green, 0, 0);
 
     const vec3 across[] = {vec3(0, 30, 0), vec3(99, 30, 0)};
     const int red = canvas->addTrace(2);
@@ -195,6 +201,8 @@ TEST_F(UICanvasTest, TracesFillEachColumnTheyCrossAndKeepTheDrawOrder)
     EXPECT_TRUE(canvas->removeTrace(green));
     EXPECT_FALSE(canvas->setTracePoints(green, across, 2));
     expectLogged("UICanvas::setTracePoints:id");
+    EXPECT_FALSE(canvas->setTraceOffset(green, 1, 1));
+    expectLogged("UICanvas::setTraceOffset:id");
 }
 
 // Small opaque marks at whole pixels are drawn from a stamp made once per look: each covers
@@ -248,6 +256,7 @@ TEST_F(UICanvasTest, EachChangeRepaintsAllItTouches)
         [&] { add_rect(canvas, 0, 50, 50, 70, 70, k_red); },
         [&] { canvas->setPolygonColor(b, k_blue); },
         [&] { canvas->setOrder(a, 2); },
+        [&] { canvas->setTraceOffset(trace, -4, 7); },
         [&] {
             wave[5].y = 5.0f;
             canvas->setTracePoints(trace, wave, 10);
