@@ -206,6 +206,8 @@ bool UICanvas::remove_shape(int id, int kind, const char* op)
     auto [s, before] = change(id, kind, op);
     if (!s)
         return false;
+    if (kind == Kind::Trace) // its followers stay where their points put them
+        before |= s->reach.translated(s->offset) | s->reach;
     m_store->remove(id, static_cast<Kind>(kind));
     repaint(this, *m_store, before);
     return true;
@@ -226,14 +228,22 @@ bool UICanvas::setTracePoints(int id, const vec3* points, int count)
 }
 bool UICanvas::setTraceOffset(int id, int dx, int dy)
 {
-    auto [s, before] = change(id, Kind::Trace, "UICanvas::setTraceOffset");
+    UIShapeStore::Shape* s = m_store->find(id, Kind::Trace);
     if (!s)
-        return false;
+        return bad_id("UICanvas::setTraceOffset");
     const QPoint offset(std::clamp(dx, -REACH, REACH), std::clamp(dy, -REACH, REACH));
     if (s->offset == offset)
         return true;
-    s->offset = offset;
-    repaint(this, *m_store, before | m_store->touch(id));
+    repaint(this, *m_store, m_store->move(id, offset));
+    return true;
+}
+bool UICanvas::followTrace(int id, int trace)
+{
+    const QRectF before = m_store->find(id, Kind::Line) || m_store->find(id, Kind::Polygon) ? m_store->shownBounds(id)
+                                                                                            : QRectF();
+    if (!m_store->follow(id, trace))
+        return bad_id("UICanvas::followTrace");
+    repaint(this, *m_store, before | m_store->shownBounds(id));
     return true;
 }
 bool UICanvas::setTraceColor(int id, const vec4& c) { return set_color(id, Kind::Trace, c, "UICanvas::setTraceColor"); }

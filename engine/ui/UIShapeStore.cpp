@@ -128,8 +128,11 @@ QRectF UIShapeStore::touch(int id)
 {
     Shape& s = m_shapes[id];
     const QRectF bounds = boundsOf(s);
-    if (!s.stale && !s.bounds.isEmpty() && !bounds.isEmpty() && same_cells(s, bounds)) {
-        s.bounds = bounds; // still in the same cells: nothing to refile
+    if (s.anchor >= 0 && !bounds.isEmpty())
+        m_shapes[s.anchor].reach |= bounds.translated(-shift_of(s));
+    const QRectF filed = bounds.translated(-drift(s)); // followers stay filed where their trace was
+    if (!s.stale && !s.bounds.isEmpty() && !filed.isEmpty() && same_cells(s, filed)) {
+        s.bounds = filed; // still in the same cells: nothing to refile
         return bounds;
     }
     if (!s.stale) {
@@ -152,10 +155,70 @@ bool UIShapeStore::remove(int id, Kind kind)
     if (!s)
         return false;
     unfile(id, *s);
+    detach(id, *s);
+    for (int follower : s->followers) { // they stay where their points put them
+        m_shapes[follower].anchor = m_shapes[follower].follower = -1;
+        touch(follower);
+    }
     *s = Shape();
     --m_live;
     m_free.push_back(id);
     return true;
+}
+
+bool UIShapeStore::follow(int id, int anchor)
+{
+    Shape* s = find(id, Line) ? find(id, Line) : find(id, Polygon);
+    if (!s || (anchor != -1 && !find(anchor, Trace)))
+        return false;
+    if (s->anchor == anchor)
+        return true;
+    detach(id, *s);
+    if (anchor >= 0) {
+        Shape& trace = m_shapes[anchor];
+        s->anchor = anchor;
+        s->follower = static_cast<int>(trace.followers.size());
+        trace.followers.push_back(id);
+    }
+    touch(id);
+    return true;
+}
+
+void UIShapeStore::detach(int id, Shape& s)
+{
+    if (s.anchor < 0)
+        return;
+    std::vector<int>& followers = m_shapes[s.anchor].followers;
+    const int last = followers.back();
+    followers[s.follower] = last;
+    m_shapes[last].follower = s.follower;
+    followers.pop_back();
+    if (followers.empty())
+        m_shapes[s.anchor].reach = QRectF();
+    s.anchor = s.follower = -1;
+    if (!s.stale) { // filed where the trace had moved it: filed again from where it is drawn now
+        s.stale = true;
+        m_stale.push_back(id);
+    }
+}
+
+QRectF UIShapeStore::move(int id, const QPoint& offset)
+{
+    Shape& s = m_shapes[id];
+    QRectF area = shownBounds(id) | s.reach.translated(s.offset);
+    if (!s.unsettled)
+        m_moved.push_back(id);
+    s.unsettled = true;
+    s.offset = offset;
+    return area | touch(id) | s.reach.translated(offset);
+}
+
+QPoint UIShapeStore::drift(const Shape& s) const
+{
+    if (s.anchor < 0)
+        return QPoint();
+    const Shape& trace = m_shapes[s.anchor];
+    return trace.offset - trace.filed;
 }
 
 bool UIShapeStore::reorder(int id, int order)
@@ -173,6 +236,7 @@ void UIShapeStore::clear()
     m_shapes.clear();
     m_free.clear();
     m_stale.clear();
+    m_moved.clear();
     m_grid.clear();
     m_order.clear();
     m_ranked.clear();
@@ -207,7 +271,7 @@ QRectF UIShapeStore::boundsOf(const Shape& s) const
         return s.extent.translated(s.offset);
     if (s.kind == Polygon && s.points.size() < 3)
         return QRectF();
-    return spanOf(s.points, 0, s.points.size(), s.kind == Line ? s.width / 2.0 + 1.0 : 1.0);
+    return spanOf(s.points, 0, s.points.size(), s.kind == Line ? s.width / 2.0 + 1.0 : 1.0).translated(shift_of(s));
 }
 
 QRectF UIShapeStore::spanOf(const std::vector<QPointF>& points, size_t first, size_t end, double pad)
@@ -232,7 +296,7 @@ QRectF UIShapeStore::spanOf(const std::vector<QPointF>& points, size_t first, si
 QRectF UIShapeStore::shownBounds(int id) const
 {
     const Shape& s = m_shapes[id];
-    return s.stale ? boundsOf(s) : s.bounds;
+    return s.stale ? boundsOf(s) : placed(s);
 }
 
 // Which of a shape's first four cells (cx, cy) is, or -1 for a later one: a shape's place in those
@@ -245,7 +309,7 @@ int UIShapeStore::slot_of(const Shape& s, int cx, int cy)
 
 void UIShapeStore::file(int id, Shape& s)
 {
-    s.bounds = boundsOf(s);
+    s.bounds = boundsOf(s).translated(-drift(s));
     if (s.bounds.isEmpty())
         return;
     s.cells[0] = cell_of(s.bounds.left(), k_cell);
@@ -302,7 +366,7 @@ void UIShapeStore::refresh()
         if (s.kind == Removed || !s.stale)
             continue;
         s.stale = false;
-        const QRectF bounds = boundsOf(s);
+        const QRectF bounds = boundsOf(s).translated(-drift(s));
         if (!bounds.isEmpty() && !s.bounds.isEmpty() && same_cells(s, bounds)) {
             s.bounds = bounds; // still in the same cells: nothing to refile
             continue;
@@ -313,10 +377,34 @@ void UIShapeStore::refresh()
     m_stale.clear();
 }
 
+void UIShapeStore::settle()
+{
+    for (int id : m_moved) {
+        Shape& trace = m_shapes[id];
+        if (trace.kind != Trace || !trace.unsettled)
+            continue; // removed since, its id perhaps given to another shape
+        trace.unsettled = false;
+        const QPoint delta = trace.offset - trace.filed;
+        trace.filed = trace.offset;
+        for (int follower : trace.followers) {
+            Shape& s = m_shapes[follower];
+            const QRectF bounds = s.bounds.translated(delta);
+            if (!s.stale && !bounds.isEmpty() && same_cells(s, bounds))
+                s.bounds = bounds;
+            else if (!s.stale) {
+                s.stale = true;
+                m_stale.push_back(follower);
+            }
+        }
+    }
+    m_moved.clear();
+    refresh();
+}
+
 template <class F>
 void UIShapeStore::visit(const QRectF& area, F&& f)
 {
-    refresh();
+    settle();
     ++m_stamp;
     int x0 = cell_of(area.left(), k_cell), x1 = cell_of(area.right(), k_cell);
     int y0 = cell_of(area.top(), k_cell), y1 = cell_of(area.bottom(), k_cell);
@@ -404,7 +492,7 @@ void UIShapeStore::gather(const QRectF& area)
         merge_order();
         for (const auto& [rank, id] : m_order) {
             const Shape& s = m_shapes[id];
-            if (s.kind != Removed && draw_rank(s) == rank && meets(s.bounds, area) && shown(s))
+            if (s.kind != Removed && draw_rank(s) == rank && meets(placed(s), area) && shown(s))
                 m_drawn.emplace_back(rank, id);
         }
         return;
@@ -436,9 +524,12 @@ void UIShapeStore::paint_shape(QPainter& painter, const Shape& s, const QRect& a
 {
     // Opaque boxes (the marks of keys) and small opaque shapes drawn from stamps join the layer
     // too: thousands of them cost a few runs of pixels each instead of the painter's fill.
-    const QRect box = s.kind == Polygon && s.color.alpha() == 255 ? pixel_box(s.points) : QRect();
+    // A follower's points are where its trace's offset moves them from.
+    const QPoint shift = shift_of(s);
+    const QRect box = s.kind == Polygon && s.color.alpha() == 255 ? pixel_box(s.points).translated(shift) : QRect();
     QPoint at;
     const UITraceLayer::Stamp* stamp = s.kind != Trace && box.isNull() ? stamp_of(s, at) : nullptr;
+    at += shift;
     if (s.kind == Trace || !box.isNull() || stamp) {
         if (!m_traces.isOpen())
             m_traces.begin(area);
@@ -464,10 +555,14 @@ void UIShapeStore::paint_shape(QPainter& painter, const Shape& s, const QRect& a
         m_state = s.kind;
         m_brush = s.color.rgba();
     }
+    if (!shift.isNull())
+        painter.translate(shift);
     if (const QRect translucent = s.kind == Polygon ? pixel_box(s.points) : QRect(); !translucent.isNull())
         painter.fillRect(translucent, s.color);
     else
         draw_geometry(painter, s);
+    if (!shift.isNull())
+        painter.translate(-shift);
 }
 
 void UIShapeStore::set_up(QPainter& painter, const Shape& s)
@@ -513,7 +608,8 @@ const UITraceLayer::Stamp* UIShapeStore::stamp_of(const Shape& s, QPoint& at)
         count > StampKey::MAX_POINTS || s.bounds.isEmpty() ||
         !std::all_of(s.points.begin(), s.points.end(), [&](const QPointF& p) { return whole(p.x()) && whole(p.y()); }))
         return nullptr;
-    const QRect box = s.bounds.toAlignedRect(); // every pixel the shape can cover
+    // Every pixel the shape can cover, where its points put it.
+    const QRect box = s.bounds.translated(-QPointF(s.anchor < 0 ? QPoint() : m_shapes[s.anchor].filed)).toAlignedRect();
     if (box.width() > MAX_STAMP_SIZE || box.height() > MAX_STAMP_SIZE)
         return nullptr;
     at = box.topLeft();
@@ -600,7 +696,7 @@ int UIShapeStore::polygonAt(float x, float y)
     int best = -1;
     QPointF p(x, y);
     visit(QRectF(x - 0.5, y - 0.5, 1.0, 1.0), [&](int id, Shape& s) {
-        if (s.kind == Polygon && contains(s.points, p) && (best < 0 || draw_rank(m_shapes[best]) < draw_rank(s)))
+        if (s.kind == Polygon && contains(s.points, p - shift_of(s)) && (best < 0 || draw_rank(m_shapes[best]) < draw_rank(s)))
             best = id;
     });
     return best;

@@ -17,7 +17,7 @@ class QPainter;
 
 // The numbered shapes of one canvas and a uniform grid over their bounds, so that painting a region
 // and hit-testing a point look only at the shapes near it: their cost follows the shapes in view,
-// not the shapes on the canvas. Ids are never reused, so a stale id can only miss.
+// not the shapes on the canvas. The id of a removed shape is given to a later one.
 class UIShapeStore {
 public:
     enum Kind : int { Removed = 0, Line = 1, Polygon = 2, Text = 3, Trace = 4 };
@@ -46,6 +46,16 @@ public:
         UITraceColumns columns;
         QRectF extent;
         QPoint offset;
+        // A line or polygon moved with a trace: the trace's id (-1 for none) and its place in the
+        // trace's list of followers.
+        int anchor = -1;
+        int follower = -1;
+        // A trace's followers, the offset they are filed in the grid at (a pan moves them without
+        // refiling each until an index is needed) and the box around their points, unmoved.
+        std::vector<int> followers;
+        QPoint filed;
+        QRectF reach;
+        bool unsettled = false; // moved since the followers were last filed (listed in m_moved)
     };
 
     // Creates a shape and returns its id.
@@ -59,6 +69,12 @@ public:
     // Measures a trace's points after they changed (the pixels it covers and its box); the caller
     // then touches it.
     void measure(int id);
+    // Moves a line or polygon with a trace from now on (a trace of -1 detaches it); false when id is
+    // not a live line or polygon or anchor not a live trace.
+    bool follow(int id, int anchor);
+    // Moves a trace (and its followers) by whole pixels from where their points put them; returns
+    // the area they covered before and cover now.
+    QRectF move(int id, const QPoint& offset);
     // Removes a shape; false when no live shape of that kind has the id.
     bool remove(int id, Kind kind);
     // Gives a shape a new draw order; false when the id is not live.
@@ -111,7 +127,19 @@ private:
     // The largest stamp, in pixels across and down.
     static constexpr int MAX_STAMP_SIZE = 64;
 
+    // Files the shapes whose bounds wait to be recomputed again.
     void refresh();
+    // Brings the followers of moved traces to where they are drawn in the grid, then refreshes:
+    // what a hit test or a partial paint does first. A full paint reads placed bounds instead.
+    void settle();
+    // Where the trace a shape follows has moved it since it was filed (0, 0 for others).
+    QPoint drift(const Shape& s) const;
+    // The shape's bounds where it is drawn now: as filed, moved by its drift.
+    QRectF placed(const Shape& s) const { return s.anchor < 0 ? s.bounds : s.bounds.translated(drift(s)); }
+    // Where the trace a shape follows moves it (0, 0 for others).
+    QPoint shift_of(const Shape& s) const { return s.anchor < 0 ? QPoint() : m_shapes[s.anchor].offset; }
+    // Takes a follower out of its trace's list.
+    void detach(int id, Shape& s);
     void file(int id, Shape& s);
     void unfile(int id, Shape& s);
     static int slot_of(const Shape& s, int cx, int cy);
@@ -137,8 +165,8 @@ private:
     // is painted before any other kind of shape draws.
     void paint_shape(QPainter& painter, const Shape& s, const QRect& area);
     // Returns the stamp of a small opaque polygon or line s with its points at whole pixels (made on
-    // first use) and sets at to where its corner goes; null for other shapes, and for a new look
-    // while MAX_STAMPS are kept. A shape at fractions of a pixel (a handle being dragged) seldom
+    // first use) and sets at to where its corner goes before a trace it follows moves it; null for
+    // other shapes, and for a new look while MAX_STAMPS are kept. A shape at fractions of a pixel (a handle being dragged) seldom
     // comes back at the same fractions, and a stamp made for one drawing costs more than painting.
     const UITraceLayer::Stamp* stamp_of(const Shape& s, QPoint& at);
     // Draws s (a polygon or a line) into a stamp of size with its corner at at.
@@ -156,6 +184,7 @@ private:
     std::vector<Shape> m_shapes;
     std::vector<int> m_free; // ids of removed shapes, given to the next shapes made
     std::vector<int> m_stale;
+    std::vector<int> m_moved; // traces with followers moved since they were last settled
     std::unordered_map<std::int64_t, std::vector<int>> m_grid;
     // The live shapes by draw rank, kept between paints (a pan moves thousands of marks but changes
     // no order); an entry whose shape was removed or reordered since no longer matches its rank.

@@ -48,6 +48,11 @@ public:
     // it): a pan moves a curve of thousands of points at the cost of one shape, and drawing it
     // costs a run per pixel column it crosses, however many points it has.
     bool setTraceOffset(int id, int dx, int dy);
+    // Moves a line or polygon with a trace from now on (a trace of -1 lets it go): it is drawn,
+    // hit and repainted where its points put it moved by the trace's offset, so that a pan moves a
+    // curve's marks with it at no cost per mark. False (logged) when id is not a live line or
+    // polygon or trace not a live trace; a removed trace lets its followers go.
+    bool followTrace(int id, int trace);
     bool setTraceColor(int id, const vec4& color);
     bool removeTrace(int id);
 

@@ -185,7 +185,7 @@ void UITrackCurve::render_as(const Parameter* parameter, const UITrackCurveMappi
 {
     const auto* engine = parameter->engine_parameter();
     jVector<UITrackCurveKey*> chosen = chosen_points(selected);
-    bool reshaped = false;
+    Redraw redraw = Redraw::Reshaped;
     if (engine->getNumKeys() == 0) {
         using Value = typename Parameter::Value;
         const Value flat = parameter->valueAt(AppData::get()->getTime());
@@ -193,31 +193,49 @@ void UITrackCurve::render_as(const Parameter* parameter, const UITrackCurveMappi
         UITrackCurvePolyline(mapping, m_points).append(engine->getCurve(), flat, x0, x1);
         m_flat_end = m_flat_begin - 1.0;
         show_placed();
-        reshaped = true;
     } else {
-        reshaped = update_points(engine, mapping, x0, x1);
+        redraw = update_points(engine, mapping, x0, x1);
     }
+    // The marks are placed in the pixels of the polyline's points, and the canvas moves them with
+    // it: a pan that keeps the same keys in view touches none of them.
+    const UITrackCurveMapping& placing = m_shows_flat ? m_flat_mapping : mapping;
+    const int dx = int(m_offset.x);
+    const std::pair<int, int> marked = marked_keys(engine, placing, x0 - dx, x1 - dx);
     const bool same = chosen.size() == m_chosen.size() && std::equal(chosen.begin(), chosen.end(), m_chosen.begin());
-    if (!reshaped && !m_stale && same)
+    if (redraw != Redraw::Reshaped && !m_stale && same && marked == m_marked)
         return; // what the canvas shows is still right
     m_canvas->setTraceColor(m_polyline, chosen.empty() ? m_color : bright_color());
     m_chosen = std::move(chosen);
     m_stale = false;
-    render_keys(engine, mapping, x0, x1, selected);
+    m_marked = marked;
+    render_keys(engine, placing, x0 - dx, x1 - dx, selected);
 }
 
 template <class Engine>
-bool UITrackCurve::update_points(const Engine* engine, const UITrackCurveMapping& mapping, int x0, int x1)
+std::pair<int, int> UITrackCurve::marked_keys(const Engine* engine, const UITrackCurveMapping& mapping, int x0, int x1)
+{
+    const auto* keys = engine->getKeys().data();
+    const auto* end = keys + engine->getNumKeys();
+    const auto* first = std::partition_point(keys, end, [&](const auto& k) { return mapping.xOfTime(k.time) < x0 - MARK_REACH; });
+    const auto* last = std::partition_point(first, end, [&](const auto& k) { return mapping.xOfTime(k.time) <= x1 + MARK_REACH; });
+    return {int(first - keys), int(last - keys)};
+}
+
+template <class Engine>
+UITrackCurve::Redraw UITrackCurve::update_points(const Engine* engine, const UITrackCurveMapping& mapping, int x0, int x1)
 {
     const bool changed =
         engine != m_flat_source || engine->getCurveRevision() != m_flat_revision || m_flat_begin > m_flat_end;
     if (!changed && mapping == m_drawn_mapping && x0 == m_drawn_x0 && x1 == m_drawn_x1)
-        return false;
+        return Redraw::None;
     if (changed || !covers(mapping, x0, x1))
         flatten(engine, mapping, x0, x1);
     int dx = 0, dy = 0;
+    Redraw redraw = Redraw::Reshaped;
     if (shift_of(mapping, dx, dy)) {
-        if (!m_shows_flat)
+        if (m_shows_flat)
+            redraw = Redraw::Moved;
+        else
             m_canvas->setTracePoints(m_polyline, m_flat.data(), m_flat.size());
         m_canvas->setTraceOffset(m_polyline, dx, dy);
         m_shows_flat = true;
@@ -229,7 +247,7 @@ bool UITrackCurve::update_points(const Engine* engine, const UITrackCurveMapping
     m_drawn_mapping = mapping;
     m_drawn_x0 = x0;
     m_drawn_x1 = x1;
-    return true;
+    return redraw;
 }
 
 template <class Engine>

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <utility>
+
 #include "kit/jMath.h"
 #include "kit/jSet.h"
 #include "kit/jVector.h"
@@ -83,11 +85,17 @@ private:
     vec4 bright_color() const;
     // The points of this curve in selected, in key order.
     jVector<UITrackCurveKey*> chosen_points(const jSet<UITrackCurveKey*>& selected) const;
+    // What a render changed of the polyline on the canvas.
+    enum class Redraw { None, Moved, Reshaped };
     // Brings m_points up to the engine parameter's curve in mapping across the columns x0 to x1:
     // flattened again when the curve changed or the view left what the last flattening covered,
-    // else moved; false when they are still those of the last render.
+    // else moved. Returns Moved when the canvas only moves the flattening it holds (and the marks
+    // that follow it), None when the points are still those of the last render.
     template <class Engine>
-    bool update_points(const Engine* engine, const UITrackCurveMapping& mapping, int x0, int x1);
+    Redraw update_points(const Engine* engine, const UITrackCurveMapping& mapping, int x0, int x1);
+    // The keys of engine whose marks show across the columns x0 to x1 of mapping, first to end.
+    template <class Engine>
+    static std::pair<int, int> marked_keys(const Engine* engine, const UITrackCurveMapping& mapping, int x0, int x1);
     // Flattens the curve of engine in mapping over the columns x0 to x1 and a quarter of their
     // width on either side, so that panning moves it.
     template <class Engine>
@@ -135,5 +143,6 @@ private:
     int m_drawn_x0 = 0;
     int m_drawn_x1 = -1;
     jVector<UITrackCurveKey*> m_chosen;
+    std::pair<int, int> m_marked{0, 0}; // the keys whose marks it drew, first to end
     bool m_stale = true;
 };

@@ -66,7 +66,9 @@ int UITrackCurveKey::getHandlePolygon(int side) const
 
 vec3 UITrackCurveKey::getHandlePoint(int side) const
 {
-    return valid(side) ? m_handle_points[side] : vec3();
+    if (!valid(side))
+        return vec3();
+    return m_curve ? m_handle_points[side] + m_curve->getOffset() : m_handle_points[side];
 }
 
 void UITrackCurveKey::render(const vec3& point, const vec4& color, bool selected, const vec3* in, const vec3* out)
@@ -84,6 +86,7 @@ void UITrackCurveKey::draw_mark(const vec3& point, const vec4& color, bool selec
     const vec4& fill = selected ? SELECTED_COLOR : color;
     if (m_mark == INVALID_INDEX) {
         m_mark = canvas->addPolygon(ORDER_MARK);
+        canvas->followTrace(m_mark, m_curve->getPolyline());
         m_mark_color = vec4(-1.0f, -1.0f, -1.0f, -1.0f); // a new shape is white: no colour matches
     }
     const UIRect square(point.x - MARK_HALF, point.y - MARK_HALF, point.x + MARK_HALF, point.y + MARK_HALF);
@@ -104,6 +107,8 @@ void UITrackCurveKey::draw_handle(int side, const vec3& point, const vec3* handl
     if (m_handle_dots[side] == INVALID_INDEX) {
         m_handle_lines[side] = canvas->addLine(ORDER_HANDLE_LINE);
         m_handle_dots[side] = canvas->addPolygon(ORDER_HANDLE_DOT);
+        canvas->followTrace(m_handle_lines[side], m_curve->getPolyline());
+        canvas->followTrace(m_handle_dots[side], m_curve->getPolyline());
         canvas->setLineColor(m_handle_lines[side], HANDLE_LINE_COLOR);
         canvas->setPolygonColor(m_handle_dots[side], HANDLE_DOT_COLOR);
     }

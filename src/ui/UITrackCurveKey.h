@@ -33,9 +33,10 @@ public:
     // and writes the parameter's keys to the engine.
     void setTimeAndValue(float time, double value);
 
-    // Draws on the curve's canvas (nothing when the curve has none), making the shapes it lacks:
-    // the mark centred on point (canvas pixels) filled with color, or white when selected; the in
-    // and out handles at the points given, each removed when its point is null.
+    // Draws on the curve's canvas (nothing when the curve has none), making the shapes it lacks,
+    // which move with the curve's polyline: the mark centred on point (canvas pixels before the
+    // curve's offset) filled with color, or white when selected; the in and out handles at the
+    // points given, each removed when its point is null.
     void render(const vec3& point, const vec4& color, bool selected, const vec3* in, const vec3* out);
     // Removes every shape from the canvas (the key left the view); the ids become -1.
     void hide();
@@ -47,7 +48,7 @@ public:
     // The canvas id of the dot of handle side (SIDE_IN or SIDE_OUT), -1 when it is not drawn (and
     // for any other side).
     int getHandlePolygon(int side) const;
-    // Where the dot of handle side was drawn last, in canvas pixels (the origin for a bad side).
+    // Where the dot of handle side is drawn, in canvas pixels (the origin for a bad side).
     vec3 getHandlePoint(int side) const;
 
 private:

@@ -172,7 +172,6 @@ TEST_F(UITrackCurveTest, HandlesSitWhereTheClampedTangentsSay)
     mapping.frameValues(1.0, 4.0);
     for (int k : {0, 3, 4, 5})
         selected.insert(lamp->getKey(k)->getCurveKey());
-    draw(LAMP, 0, 1611);
     struct Handle {
         int key, side;
         bool shown;
@@ -181,36 +180,43 @@ TEST_F(UITrackCurveTest, HandlesSitWhereTheClampedTangentsSay)
     const Handle table[] = {{0, 0, false, 0, 0},     {0, 1, true, 0.1, 2.5},  {1, 0, false, 0, 0},
                             {3, 0, true, 1.1, 1.7},  {3, 1, true, 2.0, 2.4},  {4, 0, true, 2.0, 3.0},
                             {4, 1, false, 0, 0},     {5, 0, false, 0, 0},     {5, 1, false, 0, 0}};
-    for (const Handle& h : table) {
-        const UITrackCurveKey* point = lamp->getKey(h.key)->getCurveKey();
-        const int dot = point->getHandlePolygon(h.side);
-        ASSERT_EQ(dot != INVALID_INDEX, h.shown) << h.key << "/" << h.side;
-        if (!h.shown)
-            continue;
-        const vec3 at = point->getHandlePoint(h.side);
-        EXPECT_NEAR(at.x, mapping.xOfTime(h.t), 1e-3) << h.key << "/" << h.side;
-        EXPECT_NEAR(at.y, mapping.yOfValue(h.v), 1e-3) << h.key << "/" << h.side;
-        if (h.key == 4)
-            continue; // key 4's handle lies under its own mark
-        const int x = int(std::lround(at.x)), y = int(std::lround(at.y));
-        for (const int d : {-2, 2}) {
-            EXPECT_EQ(m_canvas->getPolygonIntersection(x + d, y), dot) << h.key << "/" << h.side << " " << d;
-            EXPECT_EQ(m_canvas->getPolygonIntersection(x, y + d), dot) << h.key << "/" << h.side << " " << d;
-            EXPECT_NE(m_canvas->getPolygonIntersection(x + 2 * d, y), dot) << h.key << "/" << h.side << " " << d;
+    // Drawn, then panned by whole pixels, which the canvas moves the curve and its shapes by.
+    const double pixel = mapping.timePerPixel();
+    for (const int pan : {0, 5}) {
+        SCOPED_TRACE(pan);
+        mapping.setTimeRange(pan * pixel, 6.0 + pan * pixel);
+        EXPECT_EQ(draw(LAMP, 0, 1611)->getOffset().x, float(-pan));
+        for (const Handle& h : table) {
+            const UITrackCurveKey* point = lamp->getKey(h.key)->getCurveKey();
+            const int dot = point->getHandlePolygon(h.side);
+            ASSERT_EQ(dot != INVALID_INDEX, h.shown) << h.key << "/" << h.side;
+            if (!h.shown)
+                continue;
+            const vec3 at = point->getHandlePoint(h.side);
+            EXPECT_NEAR(at.x, mapping.xOfTime(h.t), 1e-3) << h.key << "/" << h.side;
+            EXPECT_NEAR(at.y, mapping.yOfValue(h.v), 1e-3) << h.key << "/" << h.side;
+            if (h.key == 4)
+                continue; // key 4's handle lies under its own mark
+            const int x = int(std::lround(at.x)), y = int(std::lround(at.y));
+            for (const int d : {-2, 2}) {
+                EXPECT_EQ(m_canvas->getPolygonIntersection(x + d, y), dot) << h.key << "/" << h.side << " " << d;
+                EXPECT_EQ(m_canvas->getPolygonIntersection(x, y + d), dot) << h.key << "/" << h.side << " " << d;
+                EXPECT_NE(m_canvas->getPolygonIntersection(x + 2 * d, y), dot) << h.key << "/" << h.side << " " << d;
+            }
         }
+        const int mark = lamp->getKey(1)->getCurveKey()->getMarkPolygon();
+        const double cx = mapping.xOfTime(0.4), cy = mapping.yOfValue(1.2);
+        const int left = int(std::ceil(cx - 3.5)), right = int(std::floor(cx + 3.5));
+        const int top = int(std::ceil(cy - 3.5)), bottom = int(std::floor(cy + 3.5));
+        for (const int x : {left, right}) {
+            for (const int y : {top, bottom})
+                EXPECT_EQ(m_canvas->getPolygonIntersection(x, y), mark) << x << ", " << y;
+        }
+        EXPECT_NE(m_canvas->getPolygonIntersection(left - 1, top), mark);
+        EXPECT_NE(m_canvas->getPolygonIntersection(right + 1, bottom), mark);
+        EXPECT_NE(m_canvas->getPolygonIntersection(left, top - 1), mark);
+        EXPECT_NE(m_canvas->getPolygonIntersection(right, bottom + 1), mark);
     }
-    const int mark = lamp->getKey(1)->getCurveKey()->getMarkPolygon();
-    const double cx = mapping.xOfTime(0.4), cy = mapping.yOfValue(1.2);
-    const int left = int(std::ceil(cx - 3.5)), right = int(std::floor(cx + 3.5));
-    const int top = int(std::ceil(cy - 3.5)), bottom = int(std::floor(cy + 3.5));
-    for (const int x : {left, right}) {
-        for (const int y : {top, bottom})
-            EXPECT_EQ(m_canvas->getPolygonIntersection(x, y), mark) << x << ", " << y;
-    }
-    EXPECT_NE(m_canvas->getPolygonIntersection(left - 1, top), mark);
-    EXPECT_NE(m_canvas->getPolygonIntersection(right + 1, bottom), mark);
-    EXPECT_NE(m_canvas->getPolygonIntersection(left, top - 1), mark);
-    EXPECT_NE(m_canvas->getPolygonIntersection(right, bottom + 1), mark);
 }
 
 // Taking a curve off the canvas, or a key off the curve, takes its shapes with it.

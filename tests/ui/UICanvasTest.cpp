@@ -102,6 +102,15 @@ TEST_F(UICanvasTest, HitTestsPickTheTopmostPolygonUnderItsCurrentPoints)
     EXPECT_EQ(canvas->getPolygonIntersection(20, 20), -1);
     EXPECT_EQ(canvas->getPolygonIntersection(510, 10), low);
     EXPECT_EQ(canvas->getPolygonIntersection(501, 29), -1); // outside the triangle, inside its box
+    const int trace = canvas->addTrace(0); // high moves with it, into other cells of the grid
+    ASSERT_TRUE(canvas->followTrace(high, trace));
+    canvas->setTraceOffset(trace, 200, -30);
+    EXPECT_EQ(canvas->getPolygonIntersection(50, 50), -1);
+    EXPECT_EQ(canvas->getPolygonIntersection(290, 40), high);
+    ASSERT_TRUE(canvas->removeTrace(trace)); // back where its points put it
+    EXPECT_EQ(canvas->getPolygonIntersection(50, 50), high);
+    EXPECT_FALSE(canvas->followTrace(high, trace));
+    expectLogged("UICanvas::followTrace:id");
     ASSERT_TRUE(canvas->removePolygon(high));
     EXPECT_EQ(canvas->getPolygonIntersection(50, 50), -1);
 }
@@ -257,6 +266,8 @@ TEST_F(UICanvasTest, EachChangeRepaintsAllItTouches)
         [&] { canvas->setPolygonColor(b, k_blue); },
         [&] { canvas->setOrder(a, 2); },
         [&] { canvas->setTraceOffset(trace, -4, 7); },
+        [&] { canvas->followTrace(a, trace); },
+        [&] { canvas->setTraceOffset(trace, 30, -3); },
         [&] {
             wave[5].y = 5.0f;
             canvas->setTracePoints(trace, wave, 10);
@@ -267,6 +278,7 @@ TEST_F(UICanvasTest, EachChangeRepaintsAllItTouches)
         [&] { canvas->setTextOutline(label, 2); },
         [&] { canvas->setLinePoints(canvas->addLine(4), wave + 1, 3, true); },
         [&] { canvas->removePolygon(b); },
+        [&] { canvas->removeTrace(trace); },
         [&] { canvas->removeAll(); },
     };
     const std::string shown = dir.file("shown.png"), fresh = dir.file("fresh.png");
