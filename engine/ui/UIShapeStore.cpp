@@ -131,6 +131,8 @@ QRectF UIShapeStore::touch(int id)
     if (s.anchor >= 0 && !bounds.isEmpty())
         m_shapes[s.anchor].reach |= bounds.translated(-shift_of(s));
     const QRectF filed = bounds.translated(-drift(s)); // followers stay filed where their trace was
+    s.shown = s.kind == Text || s.color.alpha() > 0;
+    s.planned = 0;
     if (!s.stale && !s.bounds.isEmpty() && !filed.isEmpty() && same_cells(s, filed)) {
         s.bounds = filed; // still in the same cells: nothing to refile
         return bounds;
@@ -487,18 +489,17 @@ void UIShapeStore::gather(const QRectF& area)
 {
     m_drawn.clear();
     refresh();
-    const auto shown = [](const Shape& s) { return s.color.alpha() > 0 || s.kind == Text; };
     if (spans_most(area)) {
         merge_order();
         for (const auto& [rank, id] : m_order) {
             const Shape& s = m_shapes[id];
-            if (s.kind != Removed && draw_rank(s) == rank && meets(placed(s), area) && shown(s))
+            if (s.kind != Removed && draw_rank(s) == rank && meets(placed(s), area) && s.shown)
                 m_drawn.emplace_back(rank, id);
         }
         return;
     }
-    visit(area, [this, &shown](int id, Shape& s) {
-        if (shown(s))
+    visit(area, [this](int id, Shape& s) {
+        if (s.shown)
             m_drawn.emplace_back(draw_rank(s), id);
     });
     std::sort(m_drawn.begin(), m_drawn.end());
@@ -507,8 +508,10 @@ void UIShapeStore::gather(const QRectF& area)
 int UIShapeStore::paint(QPainter& painter, const QRect& area)
 {
     m_invalid = QRect();
-    if (m_stamps.size() >= MAX_STAMPS)
-        m_stamps.clear(); // no layer holds one now
+    if (m_stamps.size() >= MAX_STAMPS) {
+        m_stamps.clear(); // no layer holds one now, and no plan once the generation moves on
+        ++m_stamps_made;
+    }
     gather(QRectF(area));
     painter.setRenderHint(QPainter::Antialiasing, false);
     m_brush = 0;
@@ -520,25 +523,32 @@ int UIShapeStore::paint(QPainter& painter, const QRect& area)
     return static_cast<int>(m_drawn.size());
 }
 
-void UIShapeStore::paint_shape(QPainter& painter, const Shape& s, const QRect& area)
+void UIShapeStore::plan(Shape& s)
 {
     // Opaque boxes (the marks of keys) and small opaque shapes drawn from stamps join the layer
     // too: thousands of them cost a few runs of pixels each instead of the painter's fill.
+    s.box = s.kind == Polygon && s.color.alpha() == 255 ? pixel_box(s.points) : QRect();
+    s.look = s.kind != Trace && s.box.isNull() ? stamp_of(s, s.at) : nullptr;
+    s.layered = s.kind == Trace || !s.box.isNull() || s.look;
+    s.rgba = s.color.rgba();
+    s.planned = m_stamps_made;
+}
+
+void UIShapeStore::paint_shape(QPainter& painter, Shape& s, const QRect& area)
+{
+    if (s.planned != m_stamps_made)
+        plan(s);
     // A follower's points are where its trace's offset moves them from.
     const QPoint shift = shift_of(s);
-    const QRect box = s.kind == Polygon && s.color.alpha() == 255 ? pixel_box(s.points).translated(shift) : QRect();
-    QPoint at;
-    const UITraceLayer::Stamp* stamp = s.kind != Trace && box.isNull() ? stamp_of(s, at) : nullptr;
-    at += shift;
-    if (s.kind == Trace || !box.isNull() || stamp) {
+    if (s.layered) {
         if (!m_traces.isOpen())
             m_traces.begin(area);
         if (s.kind == Trace)
-            m_traces.draw(s.columns, s.offset, s.color);
-        else if (stamp)
-            m_traces.stamp(*stamp, at, s.color);
+            m_traces.draw(s.columns, s.offset, s.rgba);
+        else if (s.look)
+            m_traces.stamp(*s.look, s.at + shift, s.rgba);
         else
-            m_traces.fill(box, s.color);
+            m_traces.fill(s.box.translated(shift), s.rgba);
         return;
     }
     if (m_traces.isOpen())
@@ -550,10 +560,10 @@ void UIShapeStore::paint_shape(QPainter& painter, const Shape& s, const QRect& a
     }
     // Neighbouring marks mostly share a colour; changing the painter's state only when it differs
     // keeps the cost per shape down to the fill itself.
-    if (s.kind == Line || m_state != Polygon || m_brush != s.color.rgba()) {
+    if (s.kind == Line || m_state != Polygon || m_brush != s.rgba) {
         set_up(painter, s);
         m_state = s.kind;
-        m_brush = s.color.rgba();
+        m_brush = s.rgba;
     }
     if (!shift.isNull())
         painter.translate(shift);

@@ -56,6 +56,20 @@ public:
         QPoint filed;
         QRectF reach;
         bool unsettled = false; // moved since the followers were last filed (listed in m_moved)
+        // Whether it changes pixels (a fully transparent shape, a hit area, does not), as of the
+        // last touch.
+        bool shown = true;
+        // How the paint draws it, worked out at the first paint after a change of look or place
+        // (while planned is the stamps' generation): into the layer as an opaque box or from a
+        // stamp (look) with its corner at at (both before a trace it follows moves them), or else
+        // with the painter, in the colour rgba. A paint of thousands of marks then costs no boxing,
+        // no look-up and no call for its colour each.
+        bool layered = false;
+        QRgb rgba = 0;
+        QRect box;
+        QPoint at;
+        const UITraceLayer::Stamp* look = nullptr;
+        std::uint32_t planned = 0;
     };
 
     // Creates a shape and returns its id.
@@ -163,7 +177,9 @@ private:
 
     // Paints the shape s with painter, the traces, opaque boxes and stamps through m_traces, which
     // is painted before any other kind of shape draws.
-    void paint_shape(QPainter& painter, const Shape& s, const QRect& area);
+    void paint_shape(QPainter& painter, Shape& s, const QRect& area);
+    // Works out how the paint draws s (its layered, box, at and look).
+    void plan(Shape& s);
     // Returns the stamp of a small opaque polygon or line s with its points at whole pixels (made on
     // first use) and sets at to where its corner goes before a trace it follows moves it; null for
     // other shapes, and for a new look while MAX_STAMPS are kept. A shape at fractions of a pixel (a handle being dragged) seldom
@@ -196,6 +212,7 @@ private:
     std::vector<std::pair<std::uint64_t, int>> m_merged;
     std::uint32_t m_seq = 0;
     std::uint32_t m_stamp = 0;
+    std::uint32_t m_stamps_made = 1; // the generation of m_stamps, counted up when it is emptied
     int m_live = 0;
     QRect m_invalid;
 };

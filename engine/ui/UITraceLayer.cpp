@@ -33,29 +33,32 @@ void UITraceLayer::begin(const QRect& area)
     m_open = true;
 }
 
-void UITraceLayer::draw(const UITraceColumns& columns, const QPoint& offset, const QColor& color)
+void UITraceLayer::draw(const UITraceColumns& columns, const QPoint& offset, QRgb color)
 {
     if (m_open && !m_area.isEmpty() && !columns.runs().empty())
         m_traces.push_back({&columns, QRect(offset, QSize(1, 1)), color});
 }
 
-void UITraceLayer::fill(const QRect& box, const QColor& color)
+void UITraceLayer::fill(const QRect& box, QRgb color)
 {
-    if (m_open && color.alpha() == 255 && box.intersects(m_area))
+    if (m_open && qAlpha(color) == 255 && box.intersects(m_area))
         m_traces.push_back({nullptr, box & m_area, color});
 }
 
-void UITraceLayer::stamp(const Stamp& stamp, const QPoint& at, const QColor& color)
+void UITraceLayer::stamp(const Stamp& stamp, const QPoint& at, QRgb color)
 {
     const QRect box(at, QSize(int(stamp.columns.size()), 64));
-    if (m_open && color.alpha() == 255 && box.intersects(m_area))
+    if (m_open && qAlpha(color) == 255 && box.intersects(m_area))
         m_traces.push_back({nullptr, box, color, &stamp});
 }
 
 void UITraceLayer::rasterize(Trace& trace)
 {
-    m_pixel = qPremultiply(trace.color.rgba());
-    m_alpha = trace.color.alpha();
+    if (trace.color != m_color) {
+        m_color = trace.color;
+        m_pixel = qPremultiply(m_color);
+        m_alpha = qAlpha(m_color);
+    }
     if (trace.stamp)
         fill_stamp(*trace.stamp, trace.box.left() - m_area.left(), trace.box.top() - m_area.top());
     else if (trace.columns)
@@ -225,7 +228,9 @@ void UITraceLayer::finish(QPainter& painter)
                          QImage::Format_ARGB32_Premultiplied);
     if (m_columns.size() < static_cast<size_t>(width) * height)
         m_columns.resize(static_cast<size_t>(width) * height, 0u);
-    m_back_to_front = std::all_of(m_traces.begin(), m_traces.end(), [](const Trace& t) { return t.color.alpha() == 255; });
+    m_back_to_front = std::all_of(m_traces.begin(), m_traces.end(), [](const Trace& t) { return qAlpha(t.color) == 255; });
+    m_color = m_pixel = 0;
+    m_alpha = 0;
     if (m_back_to_front) {
         m_words = (height + 63) / 64;
         m_last_word = ~0ull >> (m_words * 64 - height);

@@ -29,16 +29,16 @@ public:
     void begin(const QRect& area);
     // Whether the layer has begun and not yet been painted.
     bool isOpen() const { return m_open; }
-    // Adds the trace measured in columns, moved by offset (whole pixels), in color; the columns
-    // must stay as they are until finish.
-    void draw(const UITraceColumns& columns, const QPoint& offset, const QColor& color);
+    // Adds the trace measured in columns, moved by offset (whole pixels), in color (ARGB, not
+    // premultiplied, as every colour below); the columns must stay as they are until finish.
+    void draw(const UITraceColumns& columns, const QPoint& offset, QRgb color);
     // Adds the pixels of box (canvas pixels) filled with the opaque color, over what was added
     // before; does nothing for a translucent color, which the caller paints itself.
-    void fill(const QRect& box, const QColor& color);
+    void fill(const QRect& box, QRgb color);
     // Adds the pixels of stamp with its box's top-left corner at at (canvas pixels), filled with the
     // opaque color, over what was added before; does nothing for a translucent color. The stamp
     // must stay as it is until finish.
-    void stamp(const Stamp& stamp, const QPoint& at, const QColor& color);
+    void stamp(const Stamp& stamp, const QPoint& at, QRgb color);
     // Draws the traces and paints what they cover over what painter has painted (nothing when no
     // pixel was drawn), and closes the layer.
     void finish(QPainter& painter);
@@ -49,7 +49,7 @@ private:
     struct Trace {
         const UITraceColumns* columns;
         QRect box;
-        QColor color;
+        QRgb color;
         const Stamp* stamp = nullptr;
         size_t next = 0; // a trace's first run not yet drawn, the bands being drawn left to right
     };
@@ -99,8 +99,11 @@ private:
     std::vector<int> m_solid_top, m_solid_bottom;
     bool m_back_to_front = false;         // drawing from the last trace back
     QImage m_image; // the drawn pixels row by row, at least as large as the area
-    std::uint32_t m_pixel = 0; // the premultiplied colour being drawn
-    int m_alpha = 255;
+    // The colour being drawn, premultiplied, and its opacity: set again only when an item's colour
+    // differs from the one before, as neighbouring marks mostly share theirs.
+    QRgb m_color = 0;
+    std::uint32_t m_pixel = 0;
+    int m_alpha = 0;
     bool m_open = false;
     // The columns and rows of the band drawn in, relative to the area (empty while first > last).
     int m_first_column = 0, m_last_column = -1, m_first_row = 0, m_last_row = -1;
