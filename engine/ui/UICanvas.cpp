@@ -76,6 +76,24 @@ QRectF changed_stretch(const std::vector<QPointF>& before, const QRectF& shown, 
         .translated(offset);
 }
 
+// The whole pixels by which the n points given (a function of the index) lie from points, when
+// every one is moved by them; else (0, 0). A pan moves the marks of a key line so.
+template <class Given>
+QPoint whole_move(const std::vector<QPointF>& points, size_t n, const Given& given)
+{
+    if (points.size() != n || n == 0)
+        return QPoint();
+    const QPointF d = given(0) - points[0];
+    constexpr double REACH = 1 << 24;
+    if (!(std::abs(d.x()) < REACH && std::abs(d.y()) < REACH) || d.x() != int(d.x()) || d.y() != int(d.y()))
+        return QPoint();
+    for (size_t i = 1; i < n; ++i) {
+        if (!equal(given(i), points[i] + d))
+            return QPoint();
+    }
+    return d.toPoint();
+}
+
 } // namespace
 
 // A shape about to change, with the area it covered before.
@@ -171,6 +189,7 @@ bool UICanvas::set_points(int id, int kind, const vec3* points, int count, bool 
         same = equal(s->points[i], given(i));
     if (same)
         return true; // views set the same points again on every pass
+    const QPoint moved = kind == Kind::Trace ? QPoint() : whole_move(s->points, n, given);
     // A trace of thousands of points mostly changes in one stretch (the keys being dragged): its old
     // points tell which. A moved mark is rewritten in its own list.
     std::vector<QPointF> old;
@@ -181,7 +200,7 @@ bool UICanvas::set_points(int id, int kind, const vec3* points, int count, bool 
         s->points[i] = given(i);
     if (kind == Kind::Trace)
         m_store->measure(id);
-    const QRectF now = m_store->touch(id);
+    const QRectF now = moved.isNull() ? m_store->touch(id) : m_store->touchMoved(id, moved);
     repaint(this, *m_store, kind == Kind::Trace ? changed_stretch(old, before, s->points, now, s->offset) : before | now);
     return true;
 }

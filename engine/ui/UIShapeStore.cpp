@@ -144,6 +144,19 @@ QRectF UIShapeStore::touch(int id)
     return bounds;
 }
 
+QRectF UIShapeStore::touchMoved(int id, const QPoint& by)
+{
+    Shape& s = m_shapes[id];
+    const std::uint32_t planned = s.planned;
+    const QRectF bounds = touch(id);
+    if (planned != m_stamps_made)
+        return bounds;
+    s.box.translate(by); // a null box stays null
+    s.at += by;
+    s.planned = planned;
+    return bounds;
+}
+
 void UIShapeStore::measure(int id)
 {
     Shape& s = m_shapes[id];
@@ -706,7 +719,8 @@ int UIShapeStore::polygonAt(float x, float y)
     int best = -1;
     QPointF p(x, y);
     visit(QRectF(x - 0.5, y - 0.5, 1.0, 1.0), [&](int id, Shape& s) {
-        if (s.kind == Polygon && contains(s.points, p - shift_of(s)) && (best < 0 || draw_rank(m_shapes[best]) < draw_rank(s)))
+        if (s.kind == Polygon && contains(s.points, p - shift_of(s)) &&
+            (best < 0 || draw_rank(m_shapes[best]) < draw_rank(s)))
             best = id;
     });
     return best;

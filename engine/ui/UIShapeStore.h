@@ -80,6 +80,9 @@ public:
     // Brings a shape's bounds up to its changed geometry and returns them: at once while it stays in
     // the grid cells it is filed in (a mark nudged by a pan), else at the next paint or hit test.
     QRectF touch(int id);
+    // As touch, after every point of a line or polygon moved by the whole pixels by: how it is drawn
+    // (a stamp, a box) moves with it rather than being worked out again.
+    QRectF touchMoved(int id, const QPoint& by);
     // Measures a trace's points after they changed (the pixels it covers and its box); the caller
     // then touches it.
     void measure(int id);
@@ -182,8 +185,9 @@ private:
     void plan(Shape& s);
     // Returns the stamp of a small opaque polygon or line s with its points at whole pixels (made on
     // first use) and sets at to where its corner goes before a trace it follows moves it; null for
-    // other shapes, and for a new look while MAX_STAMPS are kept. A shape at fractions of a pixel (a handle being dragged) seldom
-    // comes back at the same fractions, and a stamp made for one drawing costs more than painting.
+    // other shapes, and for a new look while MAX_STAMPS are kept. A shape at fractions of a pixel
+    // (a handle being dragged) seldom comes back at the same fractions, and a stamp made for one
+    // drawing costs more than painting.
     const UITraceLayer::Stamp* stamp_of(const Shape& s, QPoint& at);
     // Draws s (a polygon or a line) into a stamp of size with its corner at at.
     static UITraceLayer::Stamp render_stamp(const Shape& s, const QPoint& at, const QSize& size);

@@ -228,7 +228,8 @@ void UITraceLayer::finish(QPainter& painter)
                          QImage::Format_ARGB32_Premultiplied);
     if (m_columns.size() < static_cast<size_t>(width) * height)
         m_columns.resize(static_cast<size_t>(width) * height, 0u);
-    m_back_to_front = std::all_of(m_traces.begin(), m_traces.end(), [](const Trace& t) { return qAlpha(t.color) == 255; });
+    m_back_to_front =
+        std::all_of(m_traces.begin(), m_traces.end(), [](const Trace& t) { return qAlpha(t.color) == 255; });
     m_color = m_pixel = 0;
     m_alpha = 0;
     if (m_back_to_front) {

@@ -216,13 +216,16 @@ std::pair<int, int> UITrackCurve::marked_keys(const Engine* engine, const UITrac
 {
     const auto* keys = engine->getKeys().data();
     const auto* end = keys + engine->getNumKeys();
-    const auto* first = std::partition_point(keys, end, [&](const auto& k) { return mapping.xOfTime(k.time) < x0 - MARK_REACH; });
-    const auto* last = std::partition_point(first, end, [&](const auto& k) { return mapping.xOfTime(k.time) <= x1 + MARK_REACH; });
+    const auto* first =
+        std::partition_point(keys, end, [&](const auto& k) { return mapping.xOfTime(k.time) < x0 - MARK_REACH; });
+    const auto* last =
+        std::partition_point(first, end, [&](const auto& k) { return mapping.xOfTime(k.time) <= x1 + MARK_REACH; });
     return {int(first - keys), int(last - keys)};
 }
 
 template <class Engine>
-UITrackCurve::Redraw UITrackCurve::update_points(const Engine* engine, const UITrackCurveMapping& mapping, int x0, int x1)
+UITrackCurve::Redraw UITrackCurve::update_points(const Engine* engine, const UITrackCurveMapping& mapping, int x0,
+                                                 int x1)
 {
     const bool changed =
         engine != m_flat_source || engine->getCurveRevision() != m_flat_revision || m_flat_begin > m_flat_end;

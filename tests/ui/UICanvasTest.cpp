@@ -216,30 +216,37 @@ TEST_F(UICanvasTest, TracesFillEachColumnTheyCrossAndKeepTheDrawOrder)
 
 // Small opaque marks at whole pixels are drawn from a stamp made once per look: each covers
 // exactly the pixels the painter fills and strokes for it, as a nearly opaque copy (which the
-// painter draws) 40 pixels to the right shows; marks at fractions of a pixel are painted.
+// painter draws) 40 pixels to the right shows; marks at fractions of a pixel are painted. Marks
+// moved by whole pixels (as a pan moves them) still cover the pixels the painter draws there.
 TEST_F(UICanvasTest, StampedMarksCoverThePixelsThePainterDraws)
 {
     const vec3 pentagon[5] = {{4, 16, 0}, {10, 10, 0}, {16, 16, 0}, {16, 23, 0}, {4, 23, 0}};
+    int fills[4], outlines[4];
     for (int copy = 0; copy < 4; ++copy) {
-        const vec3 at(40.0f * (copy % 2) + (copy / 2) * 0.375f, (copy / 2) * 30.0f, 0.0f);
+        fills[copy] = canvas->addPolygon(1);
+        outlines[copy] = canvas->addLine(2);
         const float alpha = copy % 2 ? 254.0f / 255.0f : 1.0f;
-        vec3 mark[5];
-        for (int i = 0; i < 5; ++i)
-            mark[i] = pentagon[i] + at;
-        const int fill = canvas->addPolygon(1), outline = canvas->addLine(2);
-        canvas->setPolygonPoints(fill, mark, 5);
-        canvas->setPolygonColor(fill, vec4(1, 0, 0, alpha));
-        canvas->setLinePoints(outline, mark, 5, true);
-        canvas->setLineColor(outline, vec4(0, 1, 0, alpha));
+        canvas->setPolygonColor(fills[copy], vec4(1, 0, 0, alpha));
+        canvas->setLineColor(outlines[copy], vec4(0, 1, 0, alpha));
     }
-    const QImage shown = picture();
-    for (int y = 0; y < 60; ++y)
-        for (int x = 0; x < 30; ++x) {
-            SCOPED_TRACE(testing::Message() << x << "," << y);
-            const QColor stamped = shown.pixelColor(x, y), painted = shown.pixelColor(x + 40, y);
-            EXPECT_NEAR(stamped.red(), painted.red(), 1);
-            EXPECT_NEAR(stamped.green(), painted.green(), 1);
+    for (const vec3& move : {vec3(), vec3(3, 5, 0)}) {
+        for (int copy = 0; copy < 4; ++copy) {
+            const vec3 at(40.0f * (copy % 2) + (copy / 2) * 0.375f, (copy / 2) * 30.0f, 0.0f);
+            vec3 mark[5];
+            for (int i = 0; i < 5; ++i)
+                mark[i] = pentagon[i] + at + move;
+            canvas->setPolygonPoints(fills[copy], mark, 5);
+            canvas->setLinePoints(outlines[copy], mark, 5, true);
         }
+        const QImage shown = picture();
+        for (int y = 0; y < 60; ++y)
+            for (int x = 0; x < 30; ++x) {
+                SCOPED_TRACE(testing::Message() << x << "," << y << " moved by " << move.y);
+                const QColor stamped = shown.pixelColor(x, y), painted = shown.pixelColor(x + 40, y);
+                EXPECT_NEAR(stamped.red(), painted.red(), 1);
+                EXPECT_NEAR(stamped.green(), painted.green(), 1);
+            }
+    }
 }
 
 // A change repaints only around what it touches (a long trace only where its points changed), and
