@@ -84,7 +84,6 @@ QPoint whole_move(const std::vector<QPointF>& points, size_t n, const Given& giv
     if (points.size() != n || n == 0)
         return QPoint();
     const QPointF d = given(0) - points[0];
-    constexpr double REACH = 1 << 24;
     if (!(std::abs(d.x()) < REACH && std::abs(d.y()) < REACH) || d.x() != int(d.x()) || d.y() != int(d.y()))
         return QPoint();
     for (size_t i = 1; i < n; ++i) {

@@ -51,7 +51,8 @@ public:
         int anchor = -1;
         int follower = -1;
         // A trace's followers, the offset they are filed in the grid at (a pan moves them without
-        // refiling each until an index is needed) and the box around their points, unmoved.
+        // refiling each until an index is needed) and a box around every place their points have
+        // had, unmoved (it only grows while it has followers: what a move repaints).
         std::vector<int> followers;
         QPoint filed;
         QRectF reach;
@@ -204,7 +205,7 @@ private:
     std::vector<Shape> m_shapes;
     std::vector<int> m_free; // ids of removed shapes, given to the next shapes made
     std::vector<int> m_stale;
-    std::vector<int> m_moved; // traces with followers moved since they were last settled
+    std::vector<int> m_moved; // traces moved since their followers were last settled
     std::unordered_map<std::int64_t, std::vector<int>> m_grid;
     // The live shapes by draw rank, kept between paints (a pan moves thousands of marks but changes
     // no order); an entry whose shape was removed or reordered since no longer matches its rank.
