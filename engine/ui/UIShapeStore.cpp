@@ -540,7 +540,8 @@ void UIShapeStore::plan(Shape& s)
 {
     // Opaque boxes (the marks of keys) and small opaque shapes drawn from stamps join the layer
     // too: thousands of them cost a few runs of pixels each instead of the painter's fill.
-    s.box = s.kind == Polygon && s.color.alpha() == 255 ? pixel_box(s.points) : QRect();
+    const bool opaque = s.color.alpha() == 255;
+    s.box = s.kind == Polygon && opaque ? pixel_box(s.points) : s.kind == Line && opaque ? line_box(s) : QRect();
     s.look = s.kind != Trace && s.box.isNull() ? stamp_of(s, s.at) : nullptr;
     s.layered = s.kind == Trace || !s.box.isNull() || s.look;
     s.rgba = s.color.rgba();
@@ -646,6 +647,51 @@ const UITraceLayer::Stamp* UIShapeStore::stamp_of(const Shape& s, QPoint& at)
     if (m_stamps.size() >= MAX_STAMPS)
         return nullptr;
     return &m_stamps.emplace(key, render_stamp(s, at, box.size())).first->second;
+}
+
+QRect UIShapeStore::line_box(const Shape& s)
+{
+    const auto whole = [](double v) { return std::abs(v) < (1 << 24) && v == static_cast<int>(v); };
+    if (s.points.size() != 2 || !whole(s.points[0].x()) || !whole(s.points[0].y()) || !whole(s.points[1].x()) ||
+        !whole(s.points[1].y()) || s.width > 16.0f)
+        return QRect();
+    // Either way round, the stroke is the same rectangle.
+    const QPoint p = s.points[0].toPoint(), q = s.points[1].toPoint();
+    const QPoint a(std::min(p.x(), q.x()), std::min(p.y(), q.y())), b(std::max(p.x(), q.x()), std::max(p.y(), q.y()));
+    const bool across = a.y() == b.y() && a.x() < b.x();
+    if (!across && !(a.x() == b.x() && a.y() < b.y()))
+        return QRect(); // a point or a slanted line
+    auto it = std::find_if(m_line_reach.begin(), m_line_reach.end(),
+                           [&](const LineReach& r) { return r.across == across && r.width == s.width; });
+    if (it == m_line_reach.end()) {
+        // A line 8 pixels long in the middle of a stamp large enough for the widest pen.
+        Shape probe;
+        probe.kind = Line;
+        probe.width = s.width;
+        probe.points = {QPointF(20, 20), across ? QPointF(28, 20) : QPointF(20, 28)};
+        const UITraceLayer::Stamp stamp = render_stamp(probe, QPoint(0, 0), QSize(48, 48));
+        int first = -1, last = -1;
+        std::uint64_t rows = 0;
+        bool solid = true;
+        for (int x = 0; x < 48; ++x) {
+            if (!stamp.columns[x])
+                continue;
+            solid = solid && (first < 0 || (x == last + 1 && stamp.columns[x] == rows));
+            first = first < 0 ? x : first;
+            last = x;
+            rows = stamp.columns[x];
+        }
+        solid = solid && first >= 0 && (rows & (rows + (rows & -rows))) == 0; // one stretch of rows
+        const int top = first < 0 ? 0 : std::countr_zero(rows), bottom = 63 - std::countl_zero(rows);
+        const QPoint end = probe.points[1].toPoint();
+        const QMargins reach(20 - first, 20 - top, last - end.x(), bottom - end.y());
+        m_line_reach.push_back({across, s.width, solid, reach});
+        it = m_line_reach.end() - 1;
+    }
+    if (!it->solid)
+        return QRect();
+    const QMargins& r = it->reach;
+    return QRect(QPoint(a.x() - r.left(), a.y() - r.top()), QPoint(b.x() + r.right(), b.y() + r.bottom()));
 }
 
 // The painter fills and strokes without antialiasing, so each pixel is covered or not, and a whole

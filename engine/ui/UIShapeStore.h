@@ -3,6 +3,7 @@
 #include <QCache>
 #include <QColor>
 #include <QImage>
+#include <QMargins>
 #include <QFont>
 #include <QPointF>
 #include <QRectF>
@@ -190,6 +191,12 @@ private:
     // (a handle being dragged) seldom comes back at the same fractions, and a stamp made for one
     // drawing costs more than painting.
     const UITraceLayer::Stamp* stamp_of(const Shape& s, QPoint& at);
+    // Returns the pixels an opaque line s of two points at whole pixels along an axis covers, as
+    // one box: the painter strokes it as a rectangle, whose reach past the ends and to the sides is
+    // measured once per direction and pen width from a short one drawn as a stamp. A null
+    // rectangle for other shapes: the grid's long lines then join the layer instead of each
+    // costing the painter's stroke.
+    QRect line_box(const Shape& s);
     // Draws s (a polygon or a line) into a stamp of size with its corner at at.
     static UITraceLayer::Stamp render_stamp(const Shape& s, const QPoint& at, const QSize& size);
     // Sets painter's pen and brush up for s, a polygon or a line.
@@ -202,6 +209,15 @@ private:
     QRgb m_brush = 0;       // its brush, while set up for polygons
     QCache<QString, QImage> m_text_images{8 * 1024 * 1024}; // drawn texts, by look, up to 8 MB
     std::unordered_map<StampKey, UITraceLayer::Stamp, StampHash> m_stamps;
+    // How far a stroked line along an axis covers pixels past its ends and to its sides, by
+    // direction and pen width (solid false where they are no rectangle).
+    struct LineReach {
+        bool across;
+        float width;
+        bool solid;
+        QMargins reach; // pixels before the first point (left, top) and after the second
+    };
+    std::vector<LineReach> m_line_reach;
     std::vector<Shape> m_shapes;
     std::vector<int> m_free; // ids of removed shapes, given to the next shapes made
     std::vector<int> m_stale;

@@ -217,11 +217,26 @@ TEST_F(UICanvasTest, TracesFillEachColumnTheyCrossAndKeepTheDrawOrder)
 // Small opaque marks at whole pixels are drawn from a stamp made once per look: each covers
 // exactly the pixels the painter fills and strokes for it, as a nearly opaque copy (which the
 // painter draws) 40 pixels to the right shows; marks at fractions of a pixel are painted. Marks
-// moved by whole pixels (as a pan moves them) still cover the pixels the painter draws there.
+// moved by whole pixels (as a pan moves them) still cover the pixels the painter draws there, and
+// so do lines along an axis (a grid's), drawn as boxes, either way round and of either width.
 TEST_F(UICanvasTest, StampedMarksCoverThePixelsThePainterDraws)
 {
     const vec3 pentagon[5] = {{4, 16, 0}, {10, 10, 0}, {16, 16, 0}, {16, 23, 0}, {4, 23, 0}};
     int fills[4], outlines[4];
+    struct Line {
+        vec3 from, to;
+        float width;
+    };
+    const Line lines[] = {{{1, 2, 0}, {27, 2, 0}, 1}, {{27, 6, 0}, {1, 6, 0}, 3}, {{25, 5, 0}, {25, 58, 0}, 1},
+                          {{28, 58, 0}, {28, 5, 0}, 3}};
+    for (int copy = 0; copy < 8; ++copy) {
+        const Line& l = lines[copy / 2];
+        const vec3 at(40.0f * (copy % 2), 0, 0), points[2] = {l.from + at, l.to + at};
+        const int line = canvas->addLine(3);
+        canvas->setLinePoints(line, points, 2, false);
+        canvas->setLineWidth(line, l.width);
+        canvas->setLineColor(line, vec4(0, 1, 0, copy % 2 ? 254.0f / 255.0f : 1.0f));
+    }
     for (int copy = 0; copy < 4; ++copy) {
         fills[copy] = canvas->addPolygon(1);
         outlines[copy] = canvas->addLine(2);
