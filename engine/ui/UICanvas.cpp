@@ -200,7 +200,7 @@ bool UICanvas::set_points(int id, int kind, const vec3* points, int count, bool 
     if (kind == Kind::Trace)
         m_store->measure(id);
     const QRectF now = moved.isNull() ? m_store->touch(id) : m_store->touchMoved(id, moved);
-    repaint(this, *m_store, kind == Kind::Trace ? changed_stretch(old, before, s->points, now, s->offset) : before | now);
+    repaint(this, *m_store, kind == Kind::Trace ? changed_stretch(old, before, s->points, now, s->traced->offset) : before | now);
     return true;
 }
 
@@ -225,7 +225,7 @@ bool UICanvas::remove_shape(int id, int kind, const char* op)
     if (!s)
         return false;
     if (kind == Kind::Trace) // its followers stay where their points put them
-        before |= s->reach.translated(s->offset) | s->reach;
+        before |= s->traced->reach.translated(s->traced->offset) | s->traced->reach;
     m_store->remove(id, static_cast<Kind>(kind));
     repaint(this, *m_store, before);
     return true;
@@ -250,7 +250,7 @@ bool UICanvas::setTraceOffset(int id, int dx, int dy)
     if (!s)
         return bad_id("UICanvas::setTraceOffset");
     const QPoint offset(std::clamp(dx, -REACH, REACH), std::clamp(dy, -REACH, REACH));
-    if (s->offset == offset)
+    if (s->traced->offset == offset)
         return true;
     repaint(this, *m_store, m_store->move(id, offset));
     return true;

@@ -95,6 +95,8 @@ int UIShapeStore::add(Kind kind, int order)
     Shape s;
     s.kind = kind;
     s.order = order;
+    if (kind == Trace)
+        s.traced = std::make_unique<TraceState>();
     s.seq = m_seq++;
     ++m_live;
     int id = 0;
@@ -129,7 +131,7 @@ QRectF UIShapeStore::touch(int id)
     Shape& s = m_shapes[id];
     const QRectF bounds = boundsOf(s);
     if (s.anchor >= 0 && !bounds.isEmpty())
-        m_shapes[s.anchor].reach |= bounds.translated(-shift_of(s));
+        m_shapes[s.anchor].traced->reach |= bounds.translated(-shift_of(s));
     const QRectF filed = bounds.translated(-drift(s)); // followers stay filed where their trace was
     s.shown = s.kind == Text || s.color.alpha() > 0;
     s.planned = 0;
@@ -160,8 +162,8 @@ QRectF UIShapeStore::touchMoved(int id, const QPoint& by)
 void UIShapeStore::measure(int id)
 {
     Shape& s = m_shapes[id];
-    s.columns.measure(s.points);
-    s.extent = spanOf(s.points, 0, s.points.size(), s.width / 2.0 + 1.0);
+    s.traced->columns.measure(s.points);
+    s.traced->extent = spanOf(s.points, 0, s.points.size(), s.width / 2.0 + 1.0);
 }
 
 bool UIShapeStore::remove(int id, Kind kind)
@@ -171,9 +173,11 @@ bool UIShapeStore::remove(int id, Kind kind)
         return false;
     unfile(id, *s);
     detach(id, *s);
-    for (int follower : s->followers) { // they stay where their points put them
-        m_shapes[follower].anchor = m_shapes[follower].follower = -1;
-        touch(follower);
+    if (s->traced) {
+        for (int follower : s->traced->followers) { // they stay where their points put them
+            m_shapes[follower].anchor = m_shapes[follower].follower = -1;
+            touch(follower);
+        }
     }
     *s = Shape();
     --m_live;
@@ -192,8 +196,8 @@ bool UIShapeStore::follow(int id, int anchor)
     if (anchor >= 0) {
         Shape& trace = m_shapes[anchor];
         s->anchor = anchor;
-        s->follower = static_cast<int>(trace.followers.size());
-        trace.followers.push_back(id);
+        s->follower = static_cast<int>(trace.traced->followers.size());
+        trace.traced->followers.push_back(id);
     }
     touch(id);
     return true;
@@ -203,13 +207,13 @@ void UIShapeStore::detach(int id, Shape& s)
 {
     if (s.anchor < 0)
         return;
-    std::vector<int>& followers = m_shapes[s.anchor].followers;
+    std::vector<int>& followers = m_shapes[s.anchor].traced->followers;
     const int last = followers.back();
     followers[s.follower] = last;
     m_shapes[last].follower = s.follower;
     followers.pop_back();
     if (followers.empty())
-        m_shapes[s.anchor].reach = QRectF();
+        m_shapes[s.anchor].traced->reach = QRectF();
     s.anchor = s.follower = -1;
     if (!s.stale) { // filed where the trace had moved it: filed again from where it is drawn now
         s.stale = true;
@@ -219,20 +223,20 @@ void UIShapeStore::detach(int id, Shape& s)
 
 QRectF UIShapeStore::move(int id, const QPoint& offset)
 {
-    Shape& s = m_shapes[id];
-    QRectF area = shownBounds(id) | s.reach.translated(s.offset);
-    if (!s.unsettled)
+    TraceState& t = *m_shapes[id].traced;
+    QRectF area = shownBounds(id) | t.reach.translated(t.offset);
+    if (!t.unsettled)
         m_moved.push_back(id);
-    s.unsettled = true;
-    s.offset = offset;
-    return area | touch(id) | s.reach.translated(offset);
+    t.unsettled = true;
+    t.offset = offset;
+    return area | touch(id) | t.reach.translated(offset);
 }
 
 QPoint UIShapeStore::drift(const Shape& s) const
 {
     if (s.anchor < 0)
         return QPoint();
-    const Shape& trace = m_shapes[s.anchor];
+    const TraceState& trace = *m_shapes[s.anchor].traced;
     return trace.offset - trace.filed;
 }
 
@@ -283,7 +287,7 @@ QRectF UIShapeStore::boundsOf(const Shape& s) const
         return QRectF(s.position, textSize(s)).adjusted(-s.outline - 1, -s.outline - 1, s.outline + 1, s.outline + 1);
     }
     if (s.kind == Trace)
-        return s.extent.translated(s.offset);
+        return s.traced->extent.translated(s.traced->offset);
     if (s.kind == Polygon && s.points.size() < 3)
         return QRectF();
     return spanOf(s.points, 0, s.points.size(), s.kind == Line ? s.width / 2.0 + 1.0 : 1.0).translated(shift_of(s));
@@ -395,9 +399,9 @@ void UIShapeStore::refresh()
 void UIShapeStore::settle()
 {
     for (int id : m_moved) {
-        Shape& trace = m_shapes[id];
-        if (trace.kind != Trace || !trace.unsettled)
+        if (m_shapes[id].kind != Trace || !m_shapes[id].traced->unsettled)
             continue; // removed since, its id perhaps given to another shape
+        TraceState& trace = *m_shapes[id].traced;
         trace.unsettled = false;
         const QPoint delta = trace.offset - trace.filed;
         trace.filed = trace.offset;
@@ -558,7 +562,7 @@ void UIShapeStore::paint_shape(QPainter& painter, Shape& s, const QRect& area)
         if (!m_traces.isOpen())
             m_traces.begin(area);
         if (s.kind == Trace)
-            m_traces.draw(s.columns, s.offset, s.rgba);
+            m_traces.draw(s.traced->columns, s.traced->offset, s.rgba);
         else if (s.look)
             m_traces.stamp(*s.look, s.at + shift, s.rgba);
         else
@@ -633,7 +637,7 @@ const UITraceLayer::Stamp* UIShapeStore::stamp_of(const Shape& s, QPoint& at)
         !std::all_of(s.points.begin(), s.points.end(), [&](const QPointF& p) { return whole(p.x()) && whole(p.y()); }))
         return nullptr;
     // Every pixel the shape can cover, where its points put it.
-    const QRect box = s.bounds.translated(-QPointF(s.anchor < 0 ? QPoint() : m_shapes[s.anchor].filed)).toAlignedRect();
+    const QRect box = s.bounds.translated(-QPointF(s.anchor < 0 ? QPoint() : m_shapes[s.anchor].traced->filed)).toAlignedRect();
     if (box.width() > MAX_STAMP_SIZE || box.height() > MAX_STAMP_SIZE)
         return nullptr;
     at = box.topLeft();

@@ -10,6 +10,7 @@
 #include <QString>
 #include <cstdint>
 #include <unordered_map>
+#include <memory>
 #include <vector>
 
 #include "UITraceLayer.h"
@@ -23,41 +24,46 @@ class UIShapeStore {
 public:
     enum Kind : int { Removed = 0, Line = 1, Polygon = 2, Text = 3, Trace = 4 };
 
-    struct Shape {
-        Kind kind = Removed;
-        int order = 0;
-        std::uint32_t seq = 0; // creation order, for shapes of equal order
-        std::vector<QPointF> points;
-        QColor color{255, 255, 255};
-        float width = 1.0f;
-        QString text;
-        QPointF position;
-        int fontSize = 12;
-        mutable QSizeF size; // the text's measured size, valid while sized
-        mutable bool sized = false;
-        int outline = 0;
-        QColor outlineColor{0, 0, 0};
-        QRectF bounds; // empty while the shape draws nothing
-        int cells[4] = {0, 0, -1, -1}; // first and last grid cell it is filed in (x0, y0, x1, y1)
-        int places[4] = {0, 0, 0, 0}; // its place in each of its first four cells' lists
-        bool stale = false; // bounds wait to be recomputed
-        std::uint32_t stamp = 0;
-        // A trace's pixels as its points put them, the box around its points, and the whole pixels
-        // it is moved by from there.
+    // What a trace keeps beside its shape.
+    struct TraceState {
+        // Its pixels as its points put them, the box around its points, and the whole pixels it is
+        // moved by from there.
         UITraceColumns columns;
         QRectF extent;
         QPoint offset;
-        // A line or polygon moved with a trace: the trace's id (-1 for none) and its place in the
-        // trace's list of followers.
-        int anchor = -1;
-        int follower = -1;
-        // A trace's followers, the offset they are filed in the grid at (a pan moves them without
+        // Its followers, the offset they are filed in the grid at (a pan moves them without
         // refiling each until an index is needed) and a box around every place their points have
         // had, unmoved (it only grows while it has followers: what a move repaints).
         std::vector<int> followers;
         QPoint filed;
         QRectF reach;
         bool unsettled = false; // moved since the followers were last filed (listed in m_moved)
+    };
+
+    // Members are ordered so that none pads another: a canvas holds tens of thousands of shapes.
+    struct Shape {
+        Kind kind = Removed;
+        int order = 0;
+        std::uint32_t seq = 0; // creation order, for shapes of equal order
+        float width = 1.0f;
+        std::vector<QPointF> points;
+        QColor color{255, 255, 255};
+        QString text;
+        QPointF position;
+        mutable QSizeF size; // the text's measured size, valid while sized
+        int fontSize = 12;
+        int outline = 0;
+        QColor outlineColor{0, 0, 0};
+        QRectF bounds; // empty while the shape draws nothing
+        int cells[4] = {0, 0, -1, -1}; // first and last grid cell it is filed in (x0, y0, x1, y1)
+        int places[4] = {0, 0, 0, 0}; // its place in each of its first four cells' lists
+        std::uint32_t stamp = 0;
+        // A line or polygon moved with a trace: the trace's id (-1 for none) and its place in the
+        // trace's list of followers.
+        int anchor = -1;
+        int follower = -1;
+        mutable bool sized = false;
+        bool stale = false; // bounds wait to be recomputed
         // Whether it changes pixels (a fully transparent shape, a hit area, does not), as of the
         // last touch.
         bool shown = true;
@@ -68,10 +74,12 @@ public:
         // no look-up and no call for its colour each.
         bool layered = false;
         QRgb rgba = 0;
+        std::uint32_t planned = 0;
         QRect box;
         QPoint at;
         const UITraceLayer::Stamp* look = nullptr;
-        std::uint32_t planned = 0;
+        // What only a trace keeps (null for every other kind: a canvas holds many more marks).
+        std::unique_ptr<TraceState> traced;
     };
 
     // Creates a shape and returns its id.
@@ -156,7 +164,7 @@ private:
     // The shape's bounds where it is drawn now: as filed, moved by its drift.
     QRectF placed(const Shape& s) const { return s.anchor < 0 ? s.bounds : s.bounds.translated(drift(s)); }
     // Where the trace a shape follows moves it (0, 0 for others).
-    QPoint shift_of(const Shape& s) const { return s.anchor < 0 ? QPoint() : m_shapes[s.anchor].offset; }
+    QPoint shift_of(const Shape& s) const { return s.anchor < 0 ? QPoint() : m_shapes[s.anchor].traced->offset; }
     // Takes a follower out of its trace's list.
     void detach(int id, Shape& s);
     void file(int id, Shape& s);
