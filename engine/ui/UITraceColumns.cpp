@@ -57,6 +57,22 @@ void UITraceColumns::measure(const std::vector<QPointF>& points)
     const auto left_to_right = [](const Run& a, const Run& b) { return a.column < b.column; };
     if (!std::is_sorted(m_runs.begin(), m_runs.end(), left_to_right))
         std::stable_sort(m_runs.begin(), m_runs.end(), left_to_right);
+    join_runs();
+}
+
+void UITraceColumns::join_runs()
+{
+    size_t kept = 0;
+    for (const Run& run : m_runs) {
+        Run* last = kept > 0 ? &m_runs[kept - 1] : nullptr;
+        if (last && last->column == run.column && run.top <= last->bottom + 1 && run.bottom + 1 >= last->top) {
+            last->top = std::min(last->top, run.top);
+            last->bottom = std::max(last->bottom, run.bottom);
+        } else {
+            m_runs[kept++] = run;
+        }
+    }
+    m_runs.resize(kept);
 }
 
 void UITraceColumns::chord(const QPointF& a, const QPointF& b)

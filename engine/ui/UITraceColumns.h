@@ -38,6 +38,9 @@ private:
     void cover(int c, double ya, double yb);
     // Ends the gathered run.
     void flush();
+    // Joins the runs of a column that meet or touch, taken in turn: a curve that turns back within a
+    // column crosses it again over rows it mostly covered already.
+    void join_runs();
 
     std::vector<Run> m_runs;
     double m_left = 0.0, m_right = 0.0; // the columns measured, right excluded

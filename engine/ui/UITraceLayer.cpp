@@ -140,10 +140,14 @@ void UITraceLayer::fill_stamp(const Stamp& stamp, int column, int row)
         grow(first, last, top + std::countr_zero(used), top + 63 - std::countl_zero(used));
 }
 
+inline std::uint32_t* UITraceLayer::pixels_of(int column)
+{
+    return m_columns.data() + static_cast<size_t>(column - m_band_first) * m_area.height();
+}
+
 inline void UITraceLayer::write_rows(int column, int r0, int r1)
 {
-    const int height = m_area.height();
-    std::uint32_t* cell = m_columns.data() + static_cast<size_t>(column) * height;
+    std::uint32_t* cell = pixels_of(column);
     if (m_back_to_front) {
         if (m_open_words[column] > 0 && !covered_before(column, r0, r1))
             fill_uncovered(column, r0, r1); // a full column takes nothing more: many curves cross each
@@ -196,7 +200,7 @@ inline void UITraceLayer::fill_uncovered(int column, int r0, int r1)
 
 inline void UITraceLayer::write_word(int column, int word, std::uint64_t rows)
 {
-    std::uint32_t* cell = m_columns.data() + static_cast<size_t>(column) * m_area.height() + word * 64;
+    std::uint32_t* cell = pixels_of(column) + word * 64;
     if (m_back_to_front) {
         std::uint64_t& covered = m_covered[static_cast<size_t>(column) * m_words + word];
         rows &= ~covered;
@@ -221,13 +225,12 @@ void UITraceLayer::finish(QPainter& painter)
         return;
     const int width = m_area.width();
     const int height = m_area.height();
-    // The image is kept from one paint to the next: a new one of a few megabytes each frame (the
-    // drawn bounds move with a pan) would cost its pages' faults.
-    if (m_image.width() < width || m_image.height() < height)
-        m_image = QImage(std::max(width, m_image.width()), std::max(height, m_image.height()),
-                         QImage::Format_ARGB32_Premultiplied);
-    if (m_columns.size() < static_cast<size_t>(width) * height)
-        m_columns.resize(static_cast<size_t>(width) * height, 0u);
+    // The image and the columns hold one band and are kept from one paint to the next: the bands
+    // of every area reuse the same few hundred kilobytes, which stay in the cache.
+    if (m_image.height() < height)
+        m_image = QImage(BAND, height, QImage::Format_ARGB32_Premultiplied);
+    if (m_columns.size() < static_cast<size_t>(BAND) * height)
+        m_columns.resize(static_cast<size_t>(BAND) * height, 0u);
     m_back_to_front =
         std::all_of(m_traces.begin(), m_traces.end(), [](const Trace& t) { return qAlpha(t.color) == 255; });
     m_color = m_pixel = 0;
@@ -256,7 +259,7 @@ void UITraceLayer::finish(QPainter& painter)
             continue;
         transpose();
         const QRect drawn(QPoint(m_first_column, m_first_row), QPoint(m_last_column, m_last_row));
-        painter.drawImage(drawn.topLeft() + m_area.topLeft(), m_image, drawn);
+        painter.drawImage(drawn.topLeft() + m_area.topLeft(), m_image, drawn.translated(-m_band_first, 0));
     }
     m_traces.clear();
 }
@@ -293,10 +296,10 @@ void UITraceLayer::transpose()
                 auto* line = reinterpret_cast<std::uint32_t*>(image + r * stride);
                 const std::uint32_t* from = m_columns.data() + r;
                 for (int c = c0; c <= std::min(c0 + TILE - 1, m_last_column); ++c)
-                    line[c] = from[static_cast<size_t>(c) * height];
+                    line[c - m_band_first] = from[static_cast<size_t>(c - m_band_first) * height];
             }
         }
     }
     for (int c = m_first_column; c <= m_last_column; ++c)
-        std::fill_n(m_columns.data() + static_cast<size_t>(c) * height + m_first_row, rows, 0u);
+        std::fill_n(pixels_of(c) + m_first_row, rows, 0u);
 }

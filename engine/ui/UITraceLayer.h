@@ -81,6 +81,8 @@ private:
     // bits are set in the word-th 64 rows, under what a later trace wrote when drawing from the
     // last one back.
     void write_word(int column, int word, std::uint64_t rows);
+    // The pixels of column (relative to the area, within the band being drawn).
+    std::uint32_t* pixels_of(int column);
     // Copies the columns into the image, row by row, within the drawn bounds, and clears them.
     void transpose();
 
@@ -88,8 +90,9 @@ private:
     std::vector<Trace> m_traces;
     std::vector<std::vector<int>> m_bands; // per band of columns, the traces that reach it
     int m_band_first = 0, m_band_end = 0;  // the band being drawn, relative to the area
-    // The area column by column, premultiplied ARGB; all clear between layers (each clears what
-    // it drew), so that the many small layers of a canvas between its texts cost what they draw.
+    // The band being drawn column by column, premultiplied ARGB; all clear between bands (each
+    // clears what it drew), so that the many small layers of a canvas between its texts cost what
+    // they draw.
     std::vector<std::uint32_t> m_columns;
     std::vector<std::uint64_t> m_covered; // per column, a bit per row already written
     int m_words = 0;                      // words of m_covered per column
@@ -98,7 +101,7 @@ private:
     // Per column, a stretch of rows known covered (none while top > bottom).
     std::vector<int> m_solid_top, m_solid_bottom;
     bool m_back_to_front = false;         // drawing from the last trace back
-    QImage m_image; // the drawn pixels row by row, at least as large as the area
+    QImage m_image; // the band's drawn pixels row by row, a band wide and at least as tall as the area
     // The colour being drawn, premultiplied, and its opacity: set again only when an item's colour
     // differs from the one before, as neighbouring marks mostly share theirs.
     QRgb m_color = 0;
