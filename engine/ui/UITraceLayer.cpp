@@ -3,11 +3,12 @@
 #include <QPainter>
 #include <algorithm>
 #include <bit>
+#if defined(__SSE2__)
+#include <emmintrin.h>
+#endif
 
 namespace {
 
-// The columns and rows copied together: a tile of both fits in the first-level cache.
-constexpr int TILE = 32;
 // The columns drawn together, each band drawn, copied into the image and painted before the next:
 // a band of a tall area fits in the second-level cache, where a whole area of a megabyte or more
 // would be fetched from memory again by each of a hundred curves crossing it.
@@ -231,8 +232,11 @@ void UITraceLayer::finish(QPainter& painter)
         m_image = QImage(BAND, height, QImage::Format_ARGB32_Premultiplied);
     if (m_columns.size() < static_cast<size_t>(BAND) * height)
         m_columns.resize(static_cast<size_t>(BAND) * height, 0u);
-    m_back_to_front =
-        std::all_of(m_traces.begin(), m_traces.end(), [](const Trace& t) { return qAlpha(t.color) == 255; });
+    // A lone item (a grid line between two labels) covers nothing drawn before: the coverage kept
+    // for drawing from the last item back would cost more than it spares.
+    m_back_to_front = m_traces.size() > 1 && std::all_of(m_traces.begin(), m_traces.end(), [](const Trace& t) {
+        return qAlpha(t.color) == 255;
+    });
     m_color = m_pixel = 0;
     m_alpha = 0;
     if (m_back_to_front) {
@@ -286,20 +290,53 @@ void UITraceLayer::sort_into_bands()
 
 void UITraceLayer::transpose()
 {
-    const int height = m_area.height();
-    const size_t rows = static_cast<size_t>(m_last_row - m_first_row + 1);
-    std::uint8_t* image = m_image.bits();
+    std::uint8_t* const image = m_image.bits();
     const qsizetype stride = m_image.bytesPerLine();
-    for (int r0 = m_first_row; r0 <= m_last_row; r0 += TILE) {
-        for (int c0 = m_first_column; c0 <= m_last_column; c0 += TILE) {
-            for (int r = r0; r <= std::min(r0 + TILE - 1, m_last_row); ++r) {
-                auto* line = reinterpret_cast<std::uint32_t*>(image + r * stride);
-                const std::uint32_t* from = m_columns.data() + r;
-                for (int c = c0; c <= std::min(c0 + TILE - 1, m_last_column); ++c)
-                    line[c - m_band_first] = from[static_cast<size_t>(c - m_band_first) * height];
-            }
+    std::uint32_t* lines[4];
+    for (int r = m_first_row; r <= m_last_row; r += 4) {
+        const int rows = std::min(4, m_last_row - r + 1);
+        for (int i = 0; i < rows; ++i)
+            lines[i] = reinterpret_cast<std::uint32_t*>(image + (r + i) * stride);
+        int c = m_first_column;
+        for (; rows == 4 && c + 3 <= m_last_column; c += 4)
+            move_block(c, r, lines);
+        for (; c <= m_last_column; ++c)
+            move_pixels(c, r, rows, lines);
+    }
+}
+
+inline void UITraceLayer::move_block(int column, int row, std::uint32_t* const lines[4])
+{
+    std::uint32_t* from[4];
+    for (int k = 0; k < 4; ++k)
+        from[k] = pixels_of(column + k) + row;
+    const int at = column - m_band_first;
+#if defined(__SSE2__)
+    const auto load = [](const std::uint32_t* p) { return _mm_loadu_si128(reinterpret_cast<const __m128i*>(p)); };
+    const __m128i a = load(from[0]), b = load(from[1]), c = load(from[2]), d = load(from[3]);
+    const __m128i ab_low = _mm_unpacklo_epi32(a, b), ab_high = _mm_unpackhi_epi32(a, b);
+    const __m128i cd_low = _mm_unpacklo_epi32(c, d), cd_high = _mm_unpackhi_epi32(c, d);
+    const __m128i rows[4] = {_mm_unpacklo_epi64(ab_low, cd_low), _mm_unpackhi_epi64(ab_low, cd_low),
+                             _mm_unpacklo_epi64(ab_high, cd_high), _mm_unpackhi_epi64(ab_high, cd_high)};
+    for (int k = 0; k < 4; ++k) {
+        _mm_storeu_si128(reinterpret_cast<__m128i*>(lines[k] + at), rows[k]);
+        _mm_storeu_si128(reinterpret_cast<__m128i*>(from[k]), _mm_setzero_si128());
+    }
+#else
+    for (int k = 0; k < 4; ++k) {
+        for (int i = 0; i < 4; ++i) {
+            lines[i][at + k] = from[k][i];
+            from[k][i] = 0u;
         }
     }
-    for (int c = m_first_column; c <= m_last_column; ++c)
-        std::fill_n(pixels_of(c) + m_first_row, rows, 0u);
+#endif
+}
+
+inline void UITraceLayer::move_pixels(int column, int row, int rows, std::uint32_t* const lines[4])
+{
+    std::uint32_t* from = pixels_of(column) + row;
+    for (int i = 0; i < rows; ++i) {
+        lines[i][column - m_band_first] = from[i];
+        from[i] = 0u;
+    }
 }

@@ -83,8 +83,14 @@ private:
     void write_word(int column, int word, std::uint64_t rows);
     // The pixels of column (relative to the area, within the band being drawn).
     std::uint32_t* pixels_of(int column);
-    // Copies the columns into the image, row by row, within the drawn bounds, and clears them.
+    // Copies the columns into the image within the drawn bounds, four rows of four columns at a
+    // time, and clears them.
     void transpose();
+    // Moves four rows from row on of the four columns from column on (relative to the area) into
+    // lines, the image's lines of those rows, clearing them.
+    void move_block(int column, int row, std::uint32_t* const lines[4]);
+    // Moves the first rows (at most four) from row on of column into lines, clearing them.
+    void move_pixels(int column, int row, int rows, std::uint32_t* const lines[4]);
 
     QRect m_area;
     std::vector<Trace> m_traces;
