@@ -68,28 +68,52 @@ void UITraceLayer::rasterize(Trace& trace)
         fill_box(trace.box);
 }
 
+UITraceLayer::Pen UITraceLayer::pen()
+{
+    Pen pen;
+    pen.height = m_area.height();
+    pen.pixels = m_columns.data();
+    pen.band_first = m_band_first;
+    pen.pixel = m_pixel;
+    pen.alpha = m_alpha;
+    pen.back_to_front = m_back_to_front;
+    if (m_back_to_front) {
+        pen.covered = m_covered.data();
+        pen.words = m_words;
+        pen.last_word = m_last_word;
+        pen.open = m_open_words.data();
+        pen.solid_top = m_solid_top.data();
+        pen.solid_bottom = m_solid_bottom.data();
+    }
+    return pen;
+}
+
 void UITraceLayer::draw_runs(Trace& trace)
 {
     const std::vector<UITraceColumns::Run>& runs = trace.columns->runs();
-    const int height = m_area.height();
+    const Pen pen = this->pen();
+    const int height = pen.height;
     const int dx = trace.box.left() - m_area.left();
     const int dy = trace.box.top() - m_area.top();
-    while (trace.next < runs.size() && runs[trace.next].column + dx < m_band_first)
-        ++trace.next;
+    const int band_first = m_band_first - dx, band_end = m_band_end - dx; // in the trace's columns
+    size_t next = trace.next;
+    while (next < runs.size() && runs[next].column < band_first)
+        ++next;
     int first = m_band_end, last = -1, top = height, bottom = -1;
-    for (; trace.next < runs.size() && runs[trace.next].column + dx < m_band_end; ++trace.next) {
-        const UITraceColumns::Run& run = runs[trace.next];
+    for (; next < runs.size() && runs[next].column < band_end; ++next) {
+        const UITraceColumns::Run& run = runs[next];
         const int r0 = std::clamp(run.top + dy, 0, height);
         const int r1 = std::clamp(run.bottom + dy, -1, height - 1);
         if (r0 > r1)
             continue;
         const int column = run.column + dx;
-        write_rows(column, r0, r1);
+        write_rows(pen, column, r0, r1);
         first = std::min(first, column);
         last = std::max(last, column);
         top = std::min(top, r0);
         bottom = std::max(bottom, r1);
     }
+    trace.next = next;
     if (first <= last)
         grow(first, last, top, bottom);
 }
@@ -103,22 +127,24 @@ void UITraceLayer::fill_box(const QRect& box)
     if (c0 > c1)
         return;
     grow(c0, c1, r0, r1);
-    if (!m_back_to_front || (r0 >> 6) != (r1 >> 6)) {
+    const Pen pen = this->pen();
+    if (!pen.back_to_front || (r0 >> 6) != (r1 >> 6)) {
         for (int c = c0; c <= c1; ++c)
-            write_rows(c, r0, r1);
+            write_rows(pen, c, r0, r1);
         return;
     }
     // A mark's few rows mostly lie in one word of each column: its mask is made once.
     const std::uint64_t rows = (~0ull >> (63 - (r1 & 63))) & (~0ull << (r0 & 63));
     for (int c = c0; c <= c1; ++c) {
-        if (!covered_before(c, r0, r1))
-            write_word(c, r0 >> 6, rows);
+        if (!covered_before(pen, c, r0, r1))
+            write_word(pen, c, r0 >> 6, rows);
     }
 }
 
 void UITraceLayer::fill_stamp(const Stamp& stamp, int column, int row)
 {
-    const int height = m_area.height();
+    const Pen pen = this->pen();
+    const int height = pen.height;
     const int first = std::max(column, m_band_first);
     const int last = std::min(column + int(stamp.columns.size()), m_band_end) - 1;
     const int top = std::max(row, 0);
@@ -127,43 +153,39 @@ void UITraceLayer::fill_stamp(const Stamp& stamp, int column, int row)
     // The stamp's rows within the area, from its top row there.
     const std::uint64_t inside = height - top >= 64 ? ~0ull : (1ull << (height - top)) - 1;
     const int shift = top & 63;
+    const std::uint64_t* masks = stamp.columns.data() - column;
     std::uint64_t used = 0;
     for (int c = first; c <= last; ++c) {
-        const std::uint64_t rows = (stamp.columns[c - column] >> (top - row)) & inside;
+        const std::uint64_t rows = (masks[c] >> (top - row)) & inside;
         used |= rows;
-        if (!rows || (m_back_to_front && m_open_words[c] == 0))
+        if (!rows || (pen.back_to_front && pen.open[c] == 0))
             continue;
-        write_word(c, top >> 6, rows << shift);
+        write_word(pen, c, top >> 6, rows << shift);
         if (shift && rows >> (64 - shift))
-            write_word(c, (top >> 6) + 1, rows >> (64 - shift));
+            write_word(pen, c, (top >> 6) + 1, rows >> (64 - shift));
     }
     if (used)
         grow(first, last, top + std::countr_zero(used), top + 63 - std::countl_zero(used));
 }
 
-inline std::uint32_t* UITraceLayer::pixels_of(int column)
+inline void UITraceLayer::write_rows(const Pen& pen, int column, int r0, int r1)
 {
-    return m_columns.data() + static_cast<size_t>(column - m_band_first) * m_area.height();
-}
-
-inline void UITraceLayer::write_rows(int column, int r0, int r1)
-{
-    std::uint32_t* cell = pixels_of(column);
-    if (m_back_to_front) {
-        if (m_open_words[column] > 0 && !covered_before(column, r0, r1))
-            fill_uncovered(column, r0, r1); // a full column takes nothing more: many curves cross each
-    } else if (m_alpha == 255) {
-        std::fill(cell + r0, cell + r1 + 1, m_pixel);
+    std::uint32_t* cell = pen.pixels + static_cast<size_t>(column - pen.band_first) * pen.height;
+    if (pen.back_to_front) {
+        if (pen.open[column] > 0 && !covered_before(pen, column, r0, r1))
+            fill_uncovered(pen, column, r0, r1); // a full column takes nothing more: many curves cross each
+    } else if (pen.alpha == 255) {
+        std::fill(cell + r0, cell + r1 + 1, pen.pixel);
     } else {
         for (int r = r0; r <= r1; ++r)
-            cell[r] = over(m_pixel, cell[r], m_alpha);
+            cell[r] = over(pen.pixel, cell[r], pen.alpha);
     }
 }
 
-inline bool UITraceLayer::covered_before(int column, int r0, int r1)
+inline bool UITraceLayer::covered_before(const Pen& pen, int column, int r0, int r1)
 {
-    int& top = m_solid_top[column];
-    int& bottom = m_solid_bottom[column];
+    int& top = pen.solid_top[column];
+    int& bottom = pen.solid_bottom[column];
     if (r0 >= top && r1 <= bottom)
         return true;
     if (bottom >= top && r0 <= bottom + 1 && r1 >= top - 1) {
@@ -191,30 +213,31 @@ inline void UITraceLayer::grow(int c0, int c1, int r0, int r1)
     m_last_row = std::max(m_last_row, r1);
 }
 
-inline void UITraceLayer::fill_uncovered(int column, int r0, int r1)
+inline void UITraceLayer::fill_uncovered(const Pen& pen, int column, int r0, int r1)
 {
     for (int w = r0 >> 6; w <= r1 >> 6; ++w) {
         const int low = std::max(r0 - w * 64, 0), high = std::min(r1 - w * 64, 63);
-        write_word(column, w, (~0ull >> (63 - high)) & (~0ull << low));
+        write_word(pen, column, w, (~0ull >> (63 - high)) & (~0ull << low));
     }
 }
 
-inline void UITraceLayer::write_word(int column, int word, std::uint64_t rows)
+inline void UITraceLayer::write_word(const Pen& pen, int column, int word, std::uint64_t rows)
 {
-    std::uint32_t* cell = pixels_of(column) + word * 64;
-    if (m_back_to_front) {
-        std::uint64_t& covered = m_covered[static_cast<size_t>(column) * m_words + word];
+    std::uint32_t* cell = pen.pixels + static_cast<size_t>(column - pen.band_first) * pen.height + word * 64;
+    if (pen.back_to_front) {
+        std::uint64_t& covered = pen.covered[static_cast<size_t>(column) * pen.words + word];
         rows &= ~covered;
         if (!rows)
             return;
         covered |= rows;
-        if (covered == (word + 1 < m_words ? ~0ull : m_last_word))
-            --m_open_words[column];
+        if (covered == (word + 1 < pen.words ? ~0ull : pen.last_word))
+            --pen.open[column];
     }
     while (rows) { // each stretch of rows at once
         const int first = std::countr_zero(rows);
         const int length = std::countr_one(rows >> first);
-        std::fill_n(cell + first, length, m_pixel);
+        for (std::uint32_t *to = cell + first, *end = to + length; to != end; ++to)
+            *to = pen.pixel;
         rows &= length + first >= 64 ? 0 : ~0ull << (first + length);
     }
 }
@@ -286,6 +309,11 @@ void UITraceLayer::sort_into_bands()
         for (int band = c0; band <= c1; ++band)
             m_bands[band].push_back(int(i));
     }
+}
+
+inline std::uint32_t* UITraceLayer::pixels_of(int column)
+{
+    return m_columns.data() + static_cast<size_t>(column - m_band_first) * m_area.height();
 }
 
 void UITraceLayer::transpose()

@@ -53,6 +53,25 @@ private:
         const Stamp* stamp = nullptr;
         size_t next = 0; // a trace's first run not yet drawn, the bands being drawn left to right
     };
+    // What the writes into the band being drawn read, copied out of the layer for one item: held
+    // in registers, it is not read again after each pixel written, as members would be (a pixel
+    // written could be any of them as far as the compiler knows).
+    struct Pen {
+        std::uint32_t* pixels; // the band's columns, from its first
+        int band_first;
+        int height;
+        std::uint32_t pixel;
+        int alpha;
+        bool back_to_front;
+        // Drawing from the last item back: the coverage (see below).
+        std::uint64_t* covered = nullptr;
+        int words = 0;
+        std::uint64_t last_word = 0;
+        int* open = nullptr;
+        int* solid_top = nullptr;
+        int* solid_bottom = nullptr;
+    };
+    Pen pen();
     // Draws one trace's runs, or one box's or stamp's columns, within the band being drawn.
     void rasterize(Trace& trace);
     // Draws the runs of trace that lie in the band being drawn.
@@ -66,21 +85,21 @@ private:
     void fill_stamp(const Stamp& stamp, int column, int row);
     // Writes the pixel being drawn into the rows r0 to r1 of column (relative to the area, within
     // it), under what a later trace wrote when drawing from the last one back.
-    void write_rows(int column, int r0, int r1);
+    static void write_rows(const Pen& pen, int column, int r0, int r1);
     // Whether the rows r0 to r1 of column (relative to the area) are all covered by what was drawn
     // before, as far as one stretch of covered rows kept per column tells; else notes them as
     // covered, as they are once drawn. Each of a hundred curves crossing a column mostly falls
     // within the stretch the curves drawn before cover there.
-    bool covered_before(int column, int r0, int r1);
+    static bool covered_before(const Pen& pen, int column, int r0, int r1);
     // Grows the drawn bounds over the columns c0 to c1 and rows r0 to r1 (relative to the area).
     void grow(int c0, int c1, int r0, int r1);
     // Writes the pixel being drawn into the rows r0 to r1 of column that no trace drawn before
     // (a later one) has covered.
-    void fill_uncovered(int column, int r0, int r1);
+    static void fill_uncovered(const Pen& pen, int column, int r0, int r1);
     // Writes the pixel being drawn into the rows of column (relative to the area, within it) whose
     // bits are set in the word-th 64 rows, under what a later trace wrote when drawing from the
     // last one back.
-    void write_word(int column, int word, std::uint64_t rows);
+    static void write_word(const Pen& pen, int column, int word, std::uint64_t rows);
     // The pixels of column (relative to the area, within the band being drawn).
     std::uint32_t* pixels_of(int column);
     // Copies the columns into the image within the drawn bounds, four rows of four columns at a
