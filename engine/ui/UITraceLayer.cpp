@@ -133,12 +133,11 @@ void UITraceLayer::fill_box(const QRect& box)
             write_rows(pen, c, r0, r1);
         return;
     }
-    // A mark's few rows mostly lie in one word of each column: its mask is made once.
+    // A mark's few rows mostly lie in one word of each column: its mask is made once, and the
+    // covered rows of that word tell at once what is left to draw.
     const std::uint64_t rows = (~0ull >> (63 - (r1 & 63))) & (~0ull << (r0 & 63));
-    for (int c = c0; c <= c1; ++c) {
-        if (!covered_before(pen, c, r0, r1))
-            write_word(pen, c, r0 >> 6, rows);
-    }
+    for (int c = c0; c <= c1; ++c)
+        write_word(pen, c, r0 >> 6, rows);
 }
 
 void UITraceLayer::fill_stamp(const Stamp& stamp, int column, int row)
