@@ -104,10 +104,15 @@ void UITraceLayer::draw_runs(Trace& trace)
         const UITraceColumns::Run& run = runs[next];
         const int r0 = std::clamp(run.top + dy, 0, height);
         const int r1 = std::clamp(run.bottom + dy, -1, height - 1);
+        const int column = run.column + dx;
         if (r0 > r1)
             continue;
-        const int column = run.column + dx;
-        write_rows(pen, column, r0, r1);
+        if (!pen.back_to_front)
+            write_rows(pen, column, r0, r1);
+        else if (pen.open[column] > 0 && !covered_before(pen, column, r0, r1))
+            fill_uncovered(pen, column, r0, r1);
+        else
+            continue; // under what later items drew, as most runs of a hundred curves are
         first = std::min(first, column);
         last = std::max(last, column);
         top = std::min(top, r0);
