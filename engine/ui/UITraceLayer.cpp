@@ -23,6 +23,33 @@ std::uint32_t over(std::uint32_t src, std::uint32_t dst, int alpha)
     return src + (rb | ag);
 }
 
+// The pixels a and b share (none while left > right or top > bottom), worked out here: the
+// toolkit's own is a call, and a layer takes thousands of marks.
+QRect overlap(const QRect& a, const QRect& b)
+{
+    return QRect(QPoint(std::max(a.left(), b.left()), std::max(a.top(), b.top())),
+                 QPoint(std::min(a.right(), b.right()), std::min(a.bottom(), b.bottom())));
+}
+
+bool empty(const QRect& r) { return r.left() > r.right() || r.top() > r.bottom(); }
+
+// Writes pixel into the count pixels from to on: a mark's stretch is a few pixels, where the set-up
+// of a vectorised loop would cost more than the stores.
+inline void fill_pixels(std::uint32_t* to, int count, std::uint32_t pixel)
+{
+#if defined(__SSE2__)
+    if (count >= 4) {
+        const __m128i four = _mm_set1_epi32(static_cast<int>(pixel));
+        for (; count > 4; count -= 4, to += 4)
+            _mm_storeu_si128(reinterpret_cast<__m128i*>(to), four);
+        _mm_storeu_si128(reinterpret_cast<__m128i*>(to + count - 4), four); // the last four, again in part
+        return;
+    }
+#endif
+    for (; count > 0; --count)
+        *to++ = pixel;
+}
+
 } // namespace
 
 void UITraceLayer::begin(const QRect& area)
@@ -42,14 +69,16 @@ void UITraceLayer::draw(const UITraceColumns& columns, const QPoint& offset, QRg
 
 void UITraceLayer::fill(const QRect& box, QRgb color)
 {
-    if (m_open && qAlpha(color) == 255 && box.intersects(m_area))
-        m_traces.push_back({nullptr, box & m_area, color});
+    if (!m_open || qAlpha(color) != 255)
+        return;
+    if (const QRect inside = overlap(box, m_area); !empty(inside))
+        m_traces.push_back({nullptr, inside, color});
 }
 
 void UITraceLayer::stamp(const Stamp& stamp, const QPoint& at, QRgb color)
 {
     const QRect box(at, QSize(int(stamp.columns.size()), 64));
-    if (m_open && qAlpha(color) == 255 && box.intersects(m_area))
+    if (m_open && qAlpha(color) == 255 && !empty(overlap(box, m_area)))
         m_traces.push_back({nullptr, box, color, &stamp});
 }
 
@@ -240,8 +269,7 @@ inline void UITraceLayer::write_word(const Pen& pen, int column, int word, std::
     while (rows) { // each stretch of rows at once
         const int first = std::countr_zero(rows);
         const int length = std::countr_one(rows >> first);
-        for (std::uint32_t *to = cell + first, *end = to + length; to != end; ++to)
-            *to = pen.pixel;
+        fill_pixels(cell + first, length, pen.pixel);
         rows &= length + first >= 64 ? 0 : ~0ull << (first + length);
     }
 }
