@@ -1,14 +1,12 @@
 #include "ui/UITrackLineKey.h"
 
 #include "TrackEditorMsg.h"
-#include "data/AppData.h"
 #include "data/FKey.h"
 #include "data/FParameterSingle.h"
 #include "msg/MsgMngr.h"
 #include "ui/UICanvas.h"
 #include "ui/UIRect.h"
 #include "ui/UITrackLine.h"
-#include "ui/UITrackLinePanel.h"
 
 static_assert(sizeof(UITrackLineKey) <= 48, "a mark per key of a large track: keep it in the allocator's 48-byte class");
 
@@ -110,15 +108,13 @@ void UITrackLineKey::clearRender()
     clearShapes();
 }
 
-void UITrackLineKey::render(int y, int width, bool selected)
+void UITrackLineKey::render(int x, int y, bool selected)
 {
     if (!m_canvas)
         return;
     if (m_hit_polygon == INVALID_INDEX)
         make_shapes();
     m_concealed = false;
-    const AppData* hub = AppData::get();
-    const int x = UITrackLinePanel::timeToPixel(getTime(), hub->getBeginTime(), hub->getEndTime(), width);
     draw_text(x, y);
     const float l = float(x - 6), c = float(x), r = float(x + 6);
     const vec3 up[5] = {{l, float(y + 14), 0}, {c, float(y + 8), 0}, {r, float(y + 14), 0},

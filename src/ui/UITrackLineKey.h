@@ -23,9 +23,9 @@ public:
     virtual void setLine(UITrackLine* line);
     // Leaves the line (when on one), removes the shapes from the canvas and resets the ids.
     virtual void clearRender();
-    // Draws the mark with the row top at y, at the x of the key's time in the visible range of a
-    // canvas width pixels wide (making its shapes on first use); a selected mark is filled white.
-    virtual void render(int y, int width, bool selected);
+    // Draws the mark centred at x (the pixel of the key's time in the visible range) with the row
+    // top at y, making its shapes on first use; a selected mark is filled white.
+    virtual void render(int x, int y, bool selected);
     // True when the mark shows a key whose value is empty (drawn pointing down).
     virtual bool isEmptyMark() const { return false; }
     virtual jString getText() const { return jString(); }

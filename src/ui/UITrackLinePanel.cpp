@@ -40,6 +40,12 @@ struct TimeScale {
     {
     }
     bool flat() const { return span <= 0.0f || room <= 0.0f; }
+    int pixelOf(float t) const
+    {
+        if (flat())
+            return SIDE_MARGIN;
+        return int(std::clamp((t - begin) * room / span, -PIXEL_LIMIT, PIXEL_LIMIT) + SIDE_MARGIN);
+    }
 };
 
 const vec4 BACKGROUND{0.1f, 0.1f, 0.1f, 1.0f};
@@ -101,10 +107,7 @@ void UITrackLinePanel::release()
 
 int UITrackLinePanel::timeToPixel(float t, float begin, float end, int width)
 {
-    const TimeScale scale(begin, end, width);
-    if (scale.flat())
-        return SIDE_MARGIN;
-    return int(std::clamp((t - scale.begin) * scale.room / scale.span, -PIXEL_LIMIT, PIXEL_LIMIT) + SIDE_MARGIN);
+    return TimeScale(begin, end, width).pixelOf(t);
 }
 
 float UITrackLinePanel::pixelToTime(int x, float begin, float end, int width)
@@ -265,15 +268,16 @@ void UITrackLinePanel::render_line(UITrackLine* line, int y)
 {
     line->render(y, m_width, m_selected_lines.contains(line));
     const AppData* hub = AppData::get();
+    const TimeScale scale(hub->getBeginTime(), hub->getEndTime(), m_width);
     int previous = INT_MIN / 2;
     for (UITrackLineKey* key : line->getKeys()) {
-        const bool selected = m_selected_keys.contains(key);
-        const int x = timeToPixel(key->getTime(), hub->getBeginTime(), hub->getEndTime(), m_width);
+        const bool selected = !m_selected_keys.empty() && m_selected_keys.contains(key);
+        const int x = scale.pixelOf(key->getTime());
         if (!selected && (x - previous < MIN_MARK_SPACING || x < -SIDE_MARGIN || x > m_width + SIDE_MARGIN)) {
             key->conceal();
             continue;
         }
-        key->render(y, m_width, selected);
+        key->render(x, y, selected);
         previous = x;
     }
     line->setDirty(false);
