@@ -58,6 +58,22 @@ void UITraceColumns::measure(const std::vector<QPointF>& points)
     if (!std::is_sorted(m_runs.begin(), m_runs.end(), left_to_right))
         std::stable_sort(m_runs.begin(), m_runs.end(), left_to_right);
     join_runs();
+    keep_rows();
+}
+
+void UITraceColumns::keep_rows()
+{
+    m_rows.clear();
+    constexpr int LOW = INT16_MIN, HIGH = INT16_MAX;
+    for (size_t i = 0; i < m_runs.size(); ++i) {
+        const Run& run = m_runs[i];
+        if (run.column != m_runs.front().column + int(i) || run.top < LOW || run.bottom > HIGH)
+            return;
+    }
+    for (const Run& run : m_runs) {
+        m_rows.push_back(static_cast<std::int16_t>(run.top));
+        m_rows.push_back(static_cast<std::int16_t>(run.bottom));
+    }
 }
 
 void UITraceColumns::join_runs()

@@ -119,37 +119,45 @@ UITraceLayer::Pen UITraceLayer::pen()
 
 void UITraceLayer::draw_runs(Trace& trace)
 {
-    const std::vector<UITraceColumns::Run>& runs = trace.columns->runs();
     const Pen pen = this->pen();
-    const int height = pen.height;
     const int dx = trace.box.left() - m_area.left();
     const int dy = trace.box.top() - m_area.top();
-    const int band_first = m_band_first - dx, band_end = m_band_end - dx; // in the trace's columns
-    size_t next = trace.next;
-    while (next < runs.size() && runs[next].column < band_first)
-        ++next;
-    int first = m_band_end, last = -1, top = height, bottom = -1;
-    for (; next < runs.size() && runs[next].column < band_end; ++next) {
-        const UITraceColumns::Run& run = runs[next];
-        const int r0 = std::clamp(run.top + dy, 0, height);
-        const int r1 = std::clamp(run.bottom + dy, -1, height - 1);
-        const int column = run.column + dx;
-        if (r0 > r1)
-            continue;
-        if (!pen.back_to_front)
-            write_rows(pen, column, r0, r1);
-        else if (pen.open[column] > 0 && !covered_before(pen, column, r0, r1))
-            fill_uncovered(pen, column, r0, r1);
-        else
-            continue; // under what later items drew, as most runs of a hundred curves are
-        first = std::min(first, column);
-        last = std::max(last, column);
-        top = std::min(top, r0);
-        bottom = std::max(bottom, r1);
+    Drawn drawn{m_band_end, -1, pen.height, -1};
+    const std::vector<UITraceColumns::Run>& runs = trace.columns->runs();
+    if (trace.columns->isDense()) {
+        const int start = runs.front().column + dx; // the area's column of the first run
+        const std::int16_t* rows = trace.columns->rows().data();
+        const int end = std::min(m_band_end - start, int(runs.size()));
+        for (int i = std::max(m_band_first - start, 0); i < end; ++i)
+            draw_run(pen, start + i, rows[2 * i] + dy, rows[2 * i + 1] + dy, drawn);
+    } else {
+        size_t next = trace.next;
+        while (next < runs.size() && runs[next].column + dx < m_band_first)
+            ++next;
+        for (; next < runs.size() && runs[next].column + dx < m_band_end; ++next)
+            draw_run(pen, runs[next].column + dx, runs[next].top + dy, runs[next].bottom + dy, drawn);
+        trace.next = next;
     }
-    trace.next = next;
-    if (first <= last)
-        grow(first, last, top, bottom);
+    if (drawn.first <= drawn.last)
+        grow(drawn.first, drawn.last, drawn.top, drawn.bottom);
+}
+
+inline void UITraceLayer::draw_run(const Pen& pen, int column, int top, int bottom, Drawn& drawn)
+{
+    const int r0 = std::clamp(top, 0, pen.height);
+    const int r1 = std::clamp(bottom, -1, pen.height - 1);
+    if (r0 > r1)
+        return;
+    if (!pen.back_to_front)
+        write_rows(pen, column, r0, r1);
+    else if (pen.open[column] > 0 && !covered_before(pen, column, r0, r1))
+        fill_uncovered(pen, column, r0, r1);
+    else
+        return; // under what later items drew, as most runs of a hundred curves are
+    drawn.first = std::min(drawn.first, column);
+    drawn.last = std::max(drawn.last, column);
+    drawn.top = std::min(drawn.top, r0);
+    drawn.bottom = std::max(drawn.bottom, r1);
 }
 
 void UITraceLayer::fill_box(const QRect& box)

@@ -74,8 +74,16 @@ private:
     Pen pen();
     // Draws one trace's runs, or one box's or stamp's columns, within the band being drawn.
     void rasterize(Trace& trace);
+    // The columns and rows an item drew into (none while first > last), gathered as it draws and
+    // then grown into the band's.
+    struct Drawn {
+        int first, last, top, bottom;
+    };
     // Draws the runs of trace that lie in the band being drawn.
     void draw_runs(Trace& trace);
+    // Draws the rows top to bottom (relative to the area, not yet held inside it) of column,
+    // adding what it drew to drawn.
+    static void draw_run(const Pen& pen, int column, int top, int bottom, Drawn& drawn);
     // Lists each trace, box and stamp in m_bands under every band it reaches, in drawing order.
     void sort_into_bands();
     // Draws the columns of box (within the area and the band) in the opaque pixel being drawn.

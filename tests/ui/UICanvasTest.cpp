@@ -207,6 +207,16 @@ TEST_F(UICanvasTest, TracesFillEachColumnTheyCrossAndKeepTheDrawOrder)
     EXPECT_TRUE(shows(60, 30, vec4(0.5f, 0.5f, 0, 1)));
     ASSERT_TRUE(canvas->setOrder(under, 3));
     EXPECT_TRUE(shows(60, 20, k_blue));
+    // A trace turning back crosses its columns twice and keeps the rows between clear.
+    canvas->setTraceColor(red, k_red);
+    const vec3 turn[] = {vec3(70, 20, 0), vec3(80, 20, 0), vec3(80, 60, 0), vec3(70, 60, 0)};
+    const int back = canvas->addTrace(4);
+    canvas->setTracePoints(back, turn, 4);
+    canvas->setTraceColor(back, k_green);
+    EXPECT_EQ(inked(20, k_green, 70, 81), 11);
+    EXPECT_EQ(inked(60, k_green, 70, 81), 11);
+    EXPECT_TRUE(shows(75, 40, k_blue));
+    EXPECT_TRUE(shows(80, 40, k_green));
     EXPECT_TRUE(canvas->removeTrace(green));
     EXPECT_FALSE(canvas->setTracePoints(green, across, 2));
     expectLogged("UICanvas::setTracePoints:id");
