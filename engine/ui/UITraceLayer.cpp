@@ -1,5 +1,6 @@
 #include "UITraceLayer.h"
 
+#include <QPaintEngine>
 #include <QPainter>
 #include <algorithm>
 #include <bit>
@@ -33,10 +34,15 @@ QRect overlap(const QRect& a, const QRect& b)
 
 bool empty(const QRect& r) { return r.left() > r.right() || r.top() > r.bottom(); }
 
-// Writes pixel into the count pixels from to on: a mark's stretch is a few pixels, where the set-up
-// of a vectorised loop would cost more than the stores.
-inline void fill_pixels(std::uint32_t* to, int count, std::uint32_t pixel)
+// Writes pixel into count pixels from to on, step pixels apart: a mark's stretch is a few pixels,
+// where the set-up of a vectorised loop would cost more than the stores.
+inline void fill_pixels(std::uint32_t* to, int count, std::ptrdiff_t step, std::uint32_t pixel)
 {
+    if (step != 1) {
+        for (; count > 0; --count, to += step)
+            *to = pixel;
+        return;
+    }
 #if defined(__SSE2__)
     if (count >= 4) {
         const __m128i four = _mm_set1_epi32(static_cast<int>(pixel));
@@ -101,8 +107,16 @@ UITraceLayer::Pen UITraceLayer::pen()
 {
     Pen pen;
     pen.height = m_area.height();
-    pen.pixels = m_columns.data();
     pen.band_first = m_band_first;
+    if (m_target) {
+        pen.pixels = m_target + m_band_first;
+        pen.column_step = 1;
+        pen.row_step = m_target_stride;
+    } else {
+        pen.pixels = m_columns.data();
+        pen.column_step = pen.height;
+        pen.row_step = 1;
+    }
     pen.pixel = m_pixel;
     pen.alpha = m_alpha;
     pen.back_to_front = m_back_to_front;
@@ -211,15 +225,15 @@ void UITraceLayer::fill_stamp(const Stamp& stamp, int column, int row)
 
 inline void UITraceLayer::write_rows(const Pen& pen, int column, int r0, int r1)
 {
-    std::uint32_t* cell = pen.pixels + static_cast<size_t>(column - pen.band_first) * pen.height;
+    std::uint32_t* cell = pen.pixels + (column - pen.band_first) * pen.column_step;
     if (pen.back_to_front) {
         if (pen.open[column] > 0 && !covered_before(pen, column, r0, r1))
             fill_uncovered(pen, column, r0, r1); // a full column takes nothing more: many curves cross each
     } else if (pen.alpha == 255) {
-        std::fill(cell + r0, cell + r1 + 1, pen.pixel);
+        fill_pixels(cell + r0 * pen.row_step, r1 - r0 + 1, pen.row_step, pen.pixel);
     } else {
         for (int r = r0; r <= r1; ++r)
-            cell[r] = over(pen.pixel, cell[r], pen.alpha);
+            cell[r * pen.row_step] = over(pen.pixel, cell[r * pen.row_step], pen.alpha);
     }
 }
 
@@ -264,7 +278,7 @@ inline void UITraceLayer::fill_uncovered(const Pen& pen, int column, int r0, int
 
 inline void UITraceLayer::write_word(const Pen& pen, int column, int word, std::uint64_t rows)
 {
-    std::uint32_t* cell = pen.pixels + static_cast<size_t>(column - pen.band_first) * pen.height + word * 64;
+    std::uint32_t* cell = pen.pixels + (column - pen.band_first) * pen.column_step + word * 64 * pen.row_step;
     if (pen.back_to_front) {
         std::uint64_t& covered = pen.covered[static_cast<size_t>(column) * pen.words + word];
         rows &= ~covered;
@@ -277,7 +291,7 @@ inline void UITraceLayer::write_word(const Pen& pen, int column, int word, std::
     while (rows) { // each stretch of rows at once
         const int first = std::countr_zero(rows);
         const int length = std::countr_one(rows >> first);
-        fill_pixels(cell + first, length, pen.pixel);
+        fill_pixels(cell + first * pen.row_step, length, pen.row_step, pen.pixel);
         rows &= length + first >= 64 ? 0 : ~0ull << (first + length);
     }
 }
@@ -310,6 +324,7 @@ void UITraceLayer::finish(QPainter& painter)
         m_solid_top.assign(width, 0);
         m_solid_bottom.assign(width, -1);
     }
+    m_target = m_back_to_front ? device_pixels(painter) : nullptr;
     sort_into_bands();
     for (size_t band = 0; band < m_bands.size(); ++band) {
         m_band_first = int(band) * BAND;
@@ -322,13 +337,39 @@ void UITraceLayer::finish(QPainter& painter)
         for (int i : items)
             rasterize(m_traces[i]);
         items.clear();
-        if (m_first_column > m_last_column)
+        if (m_target || m_first_column > m_last_column)
             continue;
         transpose();
         const QRect drawn(QPoint(m_first_column, m_first_row), QPoint(m_last_column, m_last_row));
         painter.drawImage(drawn.topLeft() + m_area.topLeft(), m_image, drawn.translated(-m_band_first, 0));
     }
     m_traces.clear();
+    m_target = nullptr;
+}
+
+std::uint32_t* UITraceLayer::device_pixels(QPainter& painter)
+{
+    QPaintEngine* engine = painter.paintEngine();
+    QPaintDevice* device = engine ? engine->paintDevice() : nullptr;
+    if (!device || device->devType() != QInternal::Image || painter.hasClipping() || painter.opacity() != 1.0 ||
+        painter.compositionMode() != QPainter::CompositionMode_SourceOver)
+        return nullptr;
+    auto* image = static_cast<QImage*>(device);
+    const QImage::Format format = image->format();
+    if ((format != QImage::Format_ARGB32_Premultiplied && format != QImage::Format_ARGB32 &&
+         format != QImage::Format_RGB32) ||
+        image->devicePixelRatio() != 1.0 || !image->isDetached())
+        return nullptr;
+    const QTransform& to_device = painter.deviceTransform();
+    const QPoint offset(int(to_device.dx()), int(to_device.dy()));
+    if (to_device.type() > QTransform::TxTranslate || offset.x() != to_device.dx() || offset.y() != to_device.dy())
+        return nullptr;
+    const QRect target = m_area.translated(offset);
+    const QRegion clip = engine->systemClip();
+    if (!image->rect().contains(target) || (!clip.isEmpty() && !(clip.rectCount() == 1 && clip.boundingRect().contains(target))))
+        return nullptr;
+    m_target_stride = image->bytesPerLine() / 4;
+    return reinterpret_cast<std::uint32_t*>(image->bits()) + target.top() * m_target_stride + target.left();
 }
 
 void UITraceLayer::sort_into_bands()

@@ -3,6 +3,7 @@
 #include <QColor>
 #include <QImage>
 #include <QRect>
+#include <cstddef>
 #include <cstdint>
 #include <vector>
 
@@ -57,7 +58,11 @@ private:
     // in registers, it is not read again after each pixel written, as members would be (a pixel
     // written could be any of them as far as the compiler knows).
     struct Pen {
-        std::uint32_t* pixels; // the band's columns, from its first
+        // The band's first column at row 0, and how far apart columns and rows lie: in the band's
+        // columns, or in the painter's own pixels.
+        std::uint32_t* pixels;
+        std::ptrdiff_t column_step;
+        std::ptrdiff_t row_step;
         int band_first;
         int height;
         std::uint32_t pixel;
@@ -110,6 +115,12 @@ private:
     static void write_word(const Pen& pen, int column, int word, std::uint64_t rows);
     // The pixels of column (relative to the area, within the band being drawn).
     std::uint32_t* pixels_of(int column);
+    // Returns the pixel of the area's top-left corner in the painter's own pixels (setting
+    // m_target_stride), or null unless they can be written in place of painting the layer: an
+    // image of 32-bit pixels, reached by a whole-pixel move, with the area wholly inside its clip
+    // and nothing else of the painter's state in the way. Drawing from the last item back, each
+    // pixel is written once over what is painted beneath, and copying and blending bands is spared.
+    std::uint32_t* device_pixels(QPainter& painter);
     // Copies the columns into the image within the drawn bounds, four rows of four columns at a
     // time, and clears them.
     void transpose();
@@ -134,6 +145,8 @@ private:
     // Per column, a stretch of rows known covered (none while top > bottom).
     std::vector<int> m_solid_top, m_solid_bottom;
     bool m_back_to_front = false;         // drawing from the last trace back
+    std::uint32_t* m_target = nullptr;    // the painter's pixels drawn into, while finishing
+    std::ptrdiff_t m_target_stride = 0;   // pixels from one of their rows to the next
     QImage m_image; // the band's drawn pixels row by row, a band wide and at least as tall as the area
     // The colour being drawn, premultiplied, and its opacity: set again only when an item's colour
     // differs from the one before, as neighbouring marks mostly share theirs.
