@@ -311,9 +311,9 @@ void UITraceLayer::finish(QPainter& painter)
         m_columns.resize(static_cast<size_t>(BAND) * height, 0u);
     // A lone item (a grid line between two labels) covers nothing drawn before: the coverage kept
     // for drawing from the last item back would cost more than it spares.
-    m_back_to_front = m_traces.size() > 1 && std::all_of(m_traces.begin(), m_traces.end(), [](const Trace& t) {
-        return qAlpha(t.color) == 255;
-    });
+    const bool opaque =
+        std::all_of(m_traces.begin(), m_traces.end(), [](const Trace& t) { return qAlpha(t.color) == 255; });
+    m_back_to_front = opaque && m_traces.size() > 1;
     m_color = m_pixel = 0;
     m_alpha = 0;
     if (m_back_to_front) {
@@ -324,7 +324,7 @@ void UITraceLayer::finish(QPainter& painter)
         m_solid_top.assign(width, 0);
         m_solid_bottom.assign(width, -1);
     }
-    m_target = m_back_to_front ? device_pixels(painter) : nullptr;
+    m_target = opaque ? device_pixels(painter) : nullptr;
     sort_into_bands();
     for (size_t band = 0; band < m_bands.size(); ++band) {
         m_band_first = int(band) * BAND;

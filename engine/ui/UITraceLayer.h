@@ -118,8 +118,9 @@ private:
     // Returns the pixel of the area's top-left corner in the painter's own pixels (setting
     // m_target_stride), or null unless they can be written in place of painting the layer: an
     // image of 32-bit pixels, reached by a whole-pixel move, with the area wholly inside its clip
-    // and nothing else of the painter's state in the way. Drawing from the last item back, each
-    // pixel is written once over what is painted beneath, and copying and blending bands is spared.
+    // and nothing else of the painter's state in the way. Opaque items drawn from the last one back
+    // (or a lone one) write each pixel once over what is painted beneath, and copying and blending
+    // bands is spared.
     std::uint32_t* device_pixels(QPainter& painter);
     // Copies the columns into the image within the drawn bounds, four rows of four columns at a
     // time, and clears them.
