@@ -17,7 +17,8 @@ class QPainter;
 // set-up per segment or per fill, so that curves of many thousand points and the marks of their
 // keys stay cheap to paint. A later trace covers an earlier one; when every trace is opaque
 // they are drawn from the last one back, each pixel written once, so that many curves crossing
-// the same rows cost what one does.
+// the same rows cost what one does, and straight into the painter's pixels where it paints on a
+// plain image.
 class UITraceLayer {
 public:
     // A small shape's pixels, column by column: bit r of a column's mask is set where the shape
@@ -113,7 +114,7 @@ private:
     // bits are set in the word-th 64 rows, under what a later trace wrote when drawing from the
     // last one back.
     static void write_word(const Pen& pen, int column, int word, std::uint64_t rows);
-    // The pixels of column (relative to the area, within the band being drawn).
+    // The band's own pixels of column (relative to the area, within the band being drawn).
     std::uint32_t* pixels_of(int column);
     // Returns the pixel of the area's top-left corner in the painter's own pixels (setting
     // m_target_stride), or null unless they can be written in place of painting the layer: an
