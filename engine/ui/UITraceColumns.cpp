@@ -64,13 +64,12 @@ void UITraceColumns::measure(const std::vector<QPointF>& points)
 void UITraceColumns::keep_rows()
 {
     m_rows.clear();
-    constexpr int LOW = INT16_MIN, HIGH = INT16_MAX;
     for (size_t i = 0; i < m_runs.size(); ++i) {
         const Run& run = m_runs[i];
-        if (run.column != m_runs.front().column + int(i) || run.top < LOW || run.bottom > HIGH)
+        if (run.column != m_runs.front().column + int(i) || run.top < INT16_MIN || run.bottom > INT16_MAX) {
+            m_rows.clear();
             return;
-    }
-    for (const Run& run : m_runs) {
+        }
         m_rows.push_back(static_cast<std::int16_t>(run.top));
         m_rows.push_back(static_cast<std::int16_t>(run.bottom));
     }

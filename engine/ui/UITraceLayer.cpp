@@ -160,14 +160,8 @@ inline void UITraceLayer::draw_run(const Pen& pen, int column, int top, int bott
 {
     const int r0 = std::clamp(top, 0, pen.height);
     const int r1 = std::clamp(bottom, -1, pen.height - 1);
-    if (r0 > r1)
-        return;
-    if (!pen.back_to_front)
-        write_rows(pen, column, r0, r1);
-    else if (pen.open[column] > 0 && !covered_before(pen, column, r0, r1))
-        fill_uncovered(pen, column, r0, r1);
-    else
-        return; // under what later items drew, as most runs of a hundred curves are
+    if (r0 > r1 || !write_rows(pen, column, r0, r1))
+        return; // off the area, or under what later items drew, as most runs of a hundred curves are
     drawn.first = std::min(drawn.first, column);
     drawn.last = std::max(drawn.last, column);
     drawn.top = std::min(drawn.top, r0);
@@ -223,18 +217,20 @@ void UITraceLayer::fill_stamp(const Stamp& stamp, int column, int row)
         grow(first, last, top + std::countr_zero(used), top + 63 - std::countl_zero(used));
 }
 
-inline void UITraceLayer::write_rows(const Pen& pen, int column, int r0, int r1)
+inline bool UITraceLayer::write_rows(const Pen& pen, int column, int r0, int r1)
 {
-    std::uint32_t* cell = pen.pixels + (column - pen.band_first) * pen.column_step;
+    std::uint32_t* cell = pen.column(column);
     if (pen.back_to_front) {
-        if (pen.open[column] > 0 && !covered_before(pen, column, r0, r1))
-            fill_uncovered(pen, column, r0, r1); // a full column takes nothing more: many curves cross each
+        if (pen.open[column] == 0 || covered_before(pen, column, r0, r1))
+            return false; // a full column takes nothing more: many curves cross each
+        fill_uncovered(pen, column, r0, r1);
     } else if (pen.alpha == 255) {
         fill_pixels(cell + r0 * pen.row_step, r1 - r0 + 1, pen.row_step, pen.pixel);
     } else {
         for (int r = r0; r <= r1; ++r)
             cell[r * pen.row_step] = over(pen.pixel, cell[r * pen.row_step], pen.alpha);
     }
+    return true;
 }
 
 inline bool UITraceLayer::covered_before(const Pen& pen, int column, int r0, int r1)
@@ -278,7 +274,7 @@ inline void UITraceLayer::fill_uncovered(const Pen& pen, int column, int r0, int
 
 inline void UITraceLayer::write_word(const Pen& pen, int column, int word, std::uint64_t rows)
 {
-    std::uint32_t* cell = pen.pixels + (column - pen.band_first) * pen.column_step + word * 64 * pen.row_step;
+    std::uint32_t* cell = pen.column(column) + word * 64 * pen.row_step;
     if (pen.back_to_front) {
         std::uint64_t& covered = pen.covered[static_cast<size_t>(column) * pen.words + word];
         rows &= ~covered;

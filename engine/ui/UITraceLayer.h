@@ -76,6 +76,8 @@ private:
         int* open = nullptr;
         int* solid_top = nullptr;
         int* solid_bottom = nullptr;
+        // The pixel of column (relative to the area, within the band) at row 0.
+        std::uint32_t* column(int c) const { return pixels + (c - band_first) * column_step; }
     };
     Pen pen();
     // Draws one trace's runs, or one box's or stamp's columns, within the band being drawn.
@@ -98,8 +100,9 @@ private:
     // relative to the area, in the opaque pixel being drawn.
     void fill_stamp(const Stamp& stamp, int column, int row);
     // Writes the pixel being drawn into the rows r0 to r1 of column (relative to the area, within
-    // it), under what a later trace wrote when drawing from the last one back.
-    static void write_rows(const Pen& pen, int column, int r0, int r1);
+    // it), under what a later trace wrote when drawing from the last one back; false when that
+    // covers them all already.
+    static bool write_rows(const Pen& pen, int column, int r0, int r1);
     // Whether the rows r0 to r1 of column (relative to the area) are all covered by what was drawn
     // before, as far as one stretch of covered rows kept per column tells; else notes them as
     // covered, as they are once drawn. Each of a hundred curves crossing a column mostly falls
